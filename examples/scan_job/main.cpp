@@ -1,0 +1,131 @@
+// Reads an outline, a station and points; finds out which points lie inside the outlined area as seen from
+// the station; records the area and those points, and draws them.
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <string>
+
+#include "options.h"
+#include "picture.h"
+#include "progress.h"
+#include "record.h"
+#include "scan_job.h"
+#include "text.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string degreesMinutesSeconds(double degrees) {
+    return utf8(CCalcXYZHV::AngleStr(CCalcXYZHV::Angle100To60(degrees, 1, 0), 0));
+}
+
+void print(const char* title, const std::string& text) {
+    std::printf("  %-17s %s\n", title, text.c_str());
+}
+
+void printDirection(const char* title, double horizontal, double elevation) {
+    const double zenith = 90.0 - elevation;
+    // The degree sign takes two bytes but one column, so the text cannot be padded by its length.
+    print(title,
+          format("%9.4f = %s   zenith %8.4f = %s", horizontal, degreesMinutesSeconds(horizontal).c_str(),
+                 zenith, degreesMinutesSeconds(zenith).c_str()));
+}
+
+void printInput(const Options& options, const ScanJob& job) {
+    std::printf("Input\n");
+    print("outline",
+          format("%s: %d vertices", options.outline.u8string().c_str(), job.area.outlineAngles.GetSize()));
+    print("station",
+          format("%s: %.3f north, %.3f east, %.3f; instrument %.3f above", utf8(job.station.name).c_str(),
+                 job.station.x, job.station.y, job.station.z, job.instrumentHeight));
+    print("points", format("%s: %d points", options.points.u8string().c_str(), job.points.GetSize()));
+}
+
+void printArea(const ScanJob& job) {
+    std::printf("Area (degrees)\n");
+    printDirection("top left", job.left(), job.top());
+    printDirection("bottom right", job.right(), job.bottom());
+    print("size", format("%.4f wide, %.4f high", job.width(), job.height()));
+    print("zero", job.crossesZero ? format("crossed by the outline: %d vertices before it, %d behind it",
+                                           job.verticesBeforeZero, job.verticesBehindZero)
+                                  : std::string("not crossed by the outline"));
+    print("shots", format("%d columns, %d rows", job.area.columnCount, job.area.rowCount));
+    std::string columns, rows;
+    for (int column = 0; column < job.area.columnCount; ++column)
+        columns += format(" %.2f", job.area.shootPolyline.GetVertex(static_cast<unsigned int>(column))->x);
+    for (int row = 0; row < job.area.rowCount; ++row)
+        rows += format(
+            " %.2f",
+            job.area.shootPolyline.GetVertex(static_cast<unsigned int>(row * job.area.columnCount))->z);
+    print("  columns at", columns.substr(1));
+    print("  rows at", rows.substr(1));
+    print("check", format("passed (%d)", job.area.CheckParameter()));
+}
+
+void printCounts(const ScanJob& job) {
+    std::printf("Points\n");
+    print("inside", format("%6d", job.count(Place::inside)));
+    print("outside", format("%6d", job.count(Place::outside)));
+    print("at station", format("%6d   straight above or below it", job.count(Place::atStation)));
+}
+
+void run(const Options& options) {
+    ScanJob job;
+    job.instrumentHeight = options.instrumentHeight;
+    readOutline(options.outline, job);
+    job.station = options.stationGiven ? options.givenStation : readStation(options.station);
+    readPoints(options.points, job);
+    printInput(options, job);
+
+    measureArea(job);
+    planShots(job);
+    printArea(job);
+
+    {
+        ProgressLine line("Sighting the points");
+        sightPoints(job, std::ref(line));
+    }
+    printCounts(job);
+
+    std::error_code error;
+    fs::create_directories(options.out, error);
+    if (!fs::is_directory(options.out, error))
+        fail(options.out, "the folder for the results cannot be made");
+    const fs::path areaFile = options.out / "scan_area.txt";
+    const fs::path pointFile = options.out / "points_inside.csv";
+    const fs::path pictureFile = options.out / "scan_job.svg";
+
+    std::printf("Written to %s and read back\n", options.out.u8string().c_str());
+    const double areaDifference = recordArea(job.area, areaFile);
+    print("scan_area.txt",
+          format("%d shots; angles within %.1e degrees", job.area.shootAngles.GetSize(), areaDifference));
+    PointsBack back;
+    {
+        ProgressLine line("Recording the points inside");
+        back = recordPointsInside(job, pointFile, std::ref(line));
+    }
+    print("points_inside.csv", format("%d points; coordinates within %.1e, angles within %.1e degrees",
+                                      back.count, back.coordinates, back.angles));
+    const int beyond = drawPicture(job, pictureFile);
+    print("scan_job.svg", format("the picture; %d points lie beyond its view", beyond));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        const Options options = readOptions(argc, argv);
+        if (options.help)
+            std::fputs(kUsage, stdout);
+        else
+            run(options);
+        return 0;
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "scan_job: %s\n\n%s", error.what(), kUsage);
+        return 2;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "scan_job: %s\n", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,260 @@
+#include "picture.h"
+
+#include <cmath>
+#include <fstream>
+#include <utility>
+
+#include "text.h"
+#include "view.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr double kTextSize = 12.0;
+constexpr double kLetter = 0.6 * kTextSize;  // width of a letter, about
+
+const char kInside[] = "#1565a8", kOutside[] = "#e08a2e", kLine[] = "#12263a", kFrame[] = "#7a8794",
+           kZero[] = "#b3202c", kShot[] = "#1e7d32", kGrid[] = "#e6e9ec";
+
+std::string escaped(const std::string& text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '&')
+            result += "&amp;";
+        else if (c == '<')
+            result += "&lt;";
+        else if (static_cast<unsigned char>(c) >= ' ')  // the others are no characters of the format
+            result += c;
+    }
+    return result;
+}
+
+std::string degrees(double value, double step) {
+    const int decimals = step >= 1.0 ? 0 : static_cast<int>(std::ceil(-std::log10(step) - 1e-9));
+    const std::string digits = format("%.*f°", decimals, std::fabs(value));
+    return value < 0.0 ? "−" + digits : digits;
+}
+
+class Drawing {
+public:
+    explicit Drawing(const ScanJob& job) : m_job(job), m_view(job) {}
+
+    // Returns how many points lie beyond the view.
+    int draw() {
+        const double width = m_view.paperWidth();
+        const double height = m_view.paperHeight();
+        add(
+            format("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%.0f\" height=\"%.0f\" "
+                   "viewBox=\"0 0 %.0f %.0f\" font-family=\"DejaVu Sans, Verdana, Arial, sans-serif\" "
+                   "font-size=\"%.0f\" fill=\"%s\">",
+                   width, height, width, height, kTextSize, kLine));
+        add("<rect width=\"100%\" height=\"100%\" fill=\"white\"/>");
+        axes();
+        const int beyond = points();
+        frame();
+        outline();
+        zeroDirection();
+        shots();
+        corners();
+        title(beyond);
+        legend();
+        add("</svg>");
+        return beyond;
+    }
+    const std::string& svg() const { return m_svg; }
+
+private:
+    void add(const std::string& element) { m_svg += element + '\n'; }
+
+    void line(double x1, double y1, double x2, double y2, const char* colour, double width,
+              const char* dashes = "none") {
+        add(
+            format("<path d=\"M%.1f %.1fL%.1f %.1f\" stroke=\"%s\" stroke-width=\"%.1f\" "
+                   "stroke-dasharray=\"%s\"/>",
+                   x1, y1, x2, y2, colour, width, dashes));
+    }
+    void text(double x, double y, const char* anchor, const std::string& words, const char* more = "") {
+        add(format("<text x=\"%.1f\" y=\"%.1f\" text-anchor=\"%s\" %s>%s</text>", x, y, anchor, more,
+                   escaped(words).c_str()));
+    }
+    void cross(double x, double y) {
+        line(x - 6.0, y, x + 6.0, y, kShot, 2.0);
+        line(x, y - 6.0, x, y + 6.0, kShot, 2.0);
+    }
+
+    void axes();
+    int points();
+    void outline();
+    void frame();
+    void zeroDirection();
+    void shots();
+    void corners();
+    void title(int beyond);
+    void legend();
+
+    const ScanJob& m_job;
+    const View m_view;
+    std::string m_svg;
+};
+
+void Drawing::axes() {
+    const double left = m_view.x(m_view.left()), right = m_view.x(m_view.right());
+    const double top = m_view.y(m_view.top()), bottom = m_view.y(m_view.bottom());
+
+    const double middle = m_job.left() + m_job.width() / 2.0;
+    const double stepX = tickStep(m_view.scaleX(), 64.0);
+    for (double k = std::ceil((middle + m_view.left()) / stepX); k * stepX <= middle + m_view.right(); ++k) {
+        const double x = m_view.x(k * stepX - middle);
+        line(x, top, x, bottom, kGrid, 1.0);
+        line(x, bottom, x, bottom + 5.0, kLine, 1.0);
+        double angle = std::fmod(k * stepX + 360.0, 360.0);
+        text(x, bottom + 20.0, "middle", degrees(angle, stepX));
+    }
+    const double stepY = tickStep(m_view.scaleY(), 36.0);
+    for (double k = std::ceil(m_view.bottom() / stepY); k * stepY <= m_view.top(); ++k) {
+        const double y = m_view.y(k * stepY);
+        line(left, y, right, y, k == 0.0 ? kFrame : kGrid, 1.0);
+        line(left - 5.0, y, left, y, kLine, 1.0);
+        text(left - 9.0, y + 4.0, "end", degrees(k * stepY, stepY));
+    }
+    add(format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"none\" stroke=\"%s\"/>",
+               left, top, right - left, bottom - top, kLine));
+
+    text((left + right) / 2.0, bottom + 44.0, "middle", "horizontal angle", "font-size=\"13\"");
+    const double stretch = m_view.scaleY() / m_view.scaleX();
+    const std::string words =
+        stretch > 1.0 ? format("elevation, drawn %.1f times as large", stretch) : "elevation";
+    const std::string turned =
+        format("font-size=\"13\" transform=\"rotate(-90 22 %.1f)\"", (top + bottom) / 2.0);
+    text(22.0, (top + bottom) / 2.0, "middle", words, turned.c_str());
+}
+
+// Dots: lines of no length with round ends, which take less room in the file than circles.
+int Drawing::points() {
+    std::string inside, outside;
+    int beyond = 0;
+    for (const Sight& sight : m_job.sights) {
+        if (sight.place == Place::atStation)
+            continue;
+        const double x = m_job.fromMiddle(sight.direction), y = signedElevation(sight.elevation);
+        if (m_view.shows(x, y))
+            (sight.place == Place::inside ? inside : outside) +=
+                format("M%.1f %.1fh0", m_view.x(x), m_view.y(y));
+        else
+            ++beyond;
+    }
+    const double size = m_job.sights.size() > 20000 ? 1.5 : 3.0;
+    for (const auto& [dots, colour] : {std::pair(outside, kOutside), std::pair(inside, kInside)})
+        if (!dots.empty())
+            add(format("<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.1f\" stroke-linecap=\"round\"/>",
+                       dots.c_str(), colour, size));
+    return beyond;
+}
+
+void Drawing::frame() {
+    const double left = m_view.x(m_job.width() / -2.0), top = m_view.y(m_job.top());
+    add(
+        format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"none\" stroke=\"%s\" "
+               "stroke-width=\"1.2\" stroke-dasharray=\"2 3\"/>",
+               left, top, m_job.width() * m_view.scaleX(), m_job.height() * m_view.scaleY(), kFrame));
+}
+
+void Drawing::outline() {
+    std::string way;
+    const CPolyline& vertices = m_job.area.outlinePolyline;
+    for (int i = 0; i < vertices.GetVertexSize(); ++i) {
+        const CVertex* vertex = vertices.GetVertex(static_cast<unsigned int>(i));
+        way += format("%c%.1f %.1f", i == 0 ? 'M' : 'L', m_view.x(m_job.fromMiddle(vertex->x)),
+                      m_view.y(signedElevation(vertex->y)));
+    }
+    add(format("<path d=\"%sZ\" fill=\"none\" stroke=\"%s\" stroke-width=\"2\" stroke-linejoin=\"round\"/>",
+               way.c_str(), kLine));
+}
+
+void Drawing::zeroDirection() {
+    const double zero = m_job.fromMiddle(0.0);
+    if (zero < m_view.left() || zero > m_view.right())
+        return;
+    const double x = m_view.x(zero), top = m_view.y(m_view.top());
+    line(x, top, x, m_view.y(m_view.bottom()), kZero, 1.5, "8 5");
+    text(x, top - 8.0, "middle", "zero direction", format("fill=\"%s\"", kZero).c_str());
+}
+
+void Drawing::shots() {
+    const CPolyline& shots = m_job.area.shootPolyline;
+    for (int i = 0; i < shots.GetVertexSize(); ++i) {
+        const CVertex* shot = shots.GetVertex(static_cast<unsigned int>(i));
+        cross(m_view.x(m_job.fromMiddle(shot->x)), m_view.y(90.0 - shot->z));
+    }
+}
+
+// The labels stand outside the corner frame, on white, because points may lie below them.
+void Drawing::corners() {
+    const auto label = [&](double fromMiddle, double angle, double elevation, const char* name, bool above) {
+        const double x = m_view.x(fromMiddle), y = m_view.y(elevation);
+        const std::string words =
+            std::string(name) + " " + degrees(angle, 0.01) + ", " + degrees(elevation, 0.01);
+        const double width = kLetter * static_cast<double>(words.size());
+        add(
+            format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"16\" fill=\"white\" "
+                   "fill-opacity=\"0.85\"/>",
+                   above ? x - 3.0 : x - width + 3.0, above ? y - 23.0 : y + 7.0, width));
+        text(x, above ? y - 11.0 : y + 19.0, above ? "start" : "end", words);
+        add(
+            format("<rect x=\"%.1f\" y=\"%.1f\" width=\"8\" height=\"8\" fill=\"white\" stroke=\"%s\" "
+                   "stroke-width=\"2\"/>",
+                   x - 4.0, y - 4.0, kLine));
+    };
+    label(m_job.width() / -2.0, m_job.left(), m_job.top(), "top left", true);
+    label(m_job.width() / 2.0, m_job.right(), m_job.bottom(), "bottom right", false);
+}
+
+void Drawing::title(int beyond) {
+    text(View::kLeft, 36.0, "start", "Scan job from station " + utf8(m_job.station.name),
+         "font-size=\"19\" font-weight=\"bold\"");
+    std::string counts = format("%d points: %d inside the outline, %d outside", m_job.points.GetSize(),
+                                m_job.count(Place::inside), m_job.count(Place::outside));
+    if (const int atStation = m_job.count(Place::atStation))
+        counts += format(", %d straight above or below the station", atStation);
+    if (beyond > 0)
+        counts += format("; %d of them lie beyond this view", beyond);
+    text(View::kLeft, 60.0, "start", counts, "font-size=\"13\"");
+}
+
+void Drawing::legend() {
+    const double y = m_view.paperHeight() - 24.0;
+    double x = View::kLeft;
+    const auto name = [&](const char* words) {
+        text(x + 26.0, y + 4.0, "start", words);
+        x += 26.0 + kLetter * static_cast<double>(std::char_traits<char>::length(words)) + 18.0;
+    };
+    const auto dot = [&](const char* colour) {
+        add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"4\" fill=\"%s\"/>", x + 10.0, y, colour));
+    };
+    dot(kInside);
+    name("inside");
+    dot(kOutside);
+    name("outside");
+    line(x, y, x + 20.0, y, kLine, 2.0);
+    name("outline");
+    line(x, y, x + 20.0, y, kFrame, 1.2, "2 3");
+    name("corner frame");
+    cross(x + 10.0, y);
+    name("shot");
+    line(x, y, x + 20.0, y, kZero, 1.5, "8 5");
+    name("zero direction");
+}
+
+}  // namespace
+
+int drawPicture(const ScanJob& job, const fs::path& path) {
+    Drawing drawing(job);
+    const int beyond = drawing.draw();
+    std::ofstream file(path, std::ios::binary);
+    file << drawing.svg();
+    file.close();
+    if (!file)
+        fail(path, "the picture cannot be written");
+    return beyond;
+}

@@ -1,0 +1,63 @@
+// A scan job: the area that the operator outlined, the shots over it, and the points that lie inside it.
+#ifndef EXAMPLES_SCAN_JOB_SCAN_JOB_H
+#define EXAMPLES_SCAN_JOB_SCAN_JOB_H
+
+#include <fieldscan/fieldscan.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+enum class Place { inside, outside, atStation };  // atStation: straight above or below it, no direction
+
+// A point as seen from the station, in degrees. The elevation is in [0, 360], as the outline has it.
+struct Sight {
+    double direction;
+    double zenith;
+    double elevation;
+    Place place;
+};
+
+struct ScanJob {
+    CXYZ station;
+    double instrumentHeight = 0.0;
+    CScanArea area;
+    CArray<CXYZ, CXYZ&> points;
+    std::vector<Sight> sights;  // one for each point
+
+    bool crossesZero = false;
+    int verticesBeforeZero = 0;  // where the outline crosses the zero direction
+    int verticesBehindZero = 0;
+
+    // The area in degrees. Top and bottom are elevations, less than 0 below the horizon.
+    double left() const;
+    double right() const;
+    double top() const;
+    double bottom() const;
+    double width() const;
+    double height() const;
+    // How far right of the middle of the area the horizontal angle lies, in [-180, 180]: continuous across
+    // the zero direction.
+    double fromMiddle(double horizontalAngle) const;
+
+    int count(Place place) const;
+};
+
+// Called with what is done and what there is to do.
+using Progress = std::function<void(int done, int total)>;
+
+// An elevation of the library, [0, 360], as a number that is less than 0 below the horizon.
+double signedElevation(double elevation);
+CString libraryPath(const std::filesystem::path& path);
+[[noreturn]] void fail(const std::filesystem::path& path, const std::string& what);
+
+// A failure of one of these is a std::runtime_error with a text for the operator.
+void readOutline(const std::filesystem::path& path, ScanJob& job);
+CXYZ readStation(const std::filesystem::path& path);
+void readPoints(const std::filesystem::path& path, ScanJob& job);
+void measureArea(ScanJob& job);
+void planShots(ScanJob& job);
+void sightPoints(ScanJob& job, const Progress& progress);
+
+#endif

@@ -1,0 +1,101 @@
+#include <fieldscan/point_files.h>
+
+#include <algorithm>
+#include <string>
+
+#include "files/point_lines.h"
+#include "platform/framework/number_text.h"
+#include "platform/system.h"
+
+using namespace fieldscan;
+
+namespace {
+
+// Most lines that hold something and fit into what is left of the file: a character and a line feed each, the
+// last line feed may be missing.
+long long linesThatFit(const CFile& file) { return (file.GetLength() - file.GetPosition() + 1) / 2; }
+
+// Reads "%d" or "%d %d" into the values; false only where the input ends first.
+bool readInts(CFile& file, std::initializer_list<int*> values) {
+    std::string line;
+    if (!readLine(file, line))
+        return false;
+    Scanner scanner(line);
+    bool first = true;
+    for (int* value : values) {
+        const Scanner::Result result = scanner.scanInt(*value);
+        if (first && result == Scanner::Result::endOfInput)
+            return false;
+        first = false;
+    }
+    return true;
+}
+
+bool readImagePoint(CFile& file, unsigned int codePage, CXYZ& point) {
+    std::string line, name;
+    if (!readLine(file, line))
+        return false;
+    Scanner scanner(line);
+    if (scanner.scanWord(name) != Scanner::Result::matched)
+        return false;
+    point.name = wideTrimmed(codePage, name);
+    scanner.scanDouble(point.x);
+    scanner.scanDouble(point.y);
+    return true;
+}
+
+}  // namespace
+
+int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points, int mustExist) {
+    points.SetSize(0);
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!imageName || !openForReading(file, path, mustExist))
+            return 0;
+        const unsigned int codePage = system::ansiCodePage();
+        std::string line;
+        readLine(file, line);
+        *imageName = wideTrimmed(codePage, line);
+        int count = 0;
+        if (!readInts(file, {&size.cx, &size.cy}) || !readInts(file, {&count}))
+            return 0;
+        if (count < 1)
+            return 1;
+        points.SetSize(static_cast<int>(std::min<long long>(count, linesThatFit(file))));
+        for (int i = 0; i < points.GetSize(); ++i) {
+            if (!readImagePoint(file, codePage, points[i])) {
+                if (points.GetSize() < count)
+                    points.SetSize(i);
+                return 0;
+            }
+        }
+        return points.GetSize() == count ? 1 : 0;
+    });
+}
+
+int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points) {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!path || !imageName || !openForWriting(file, *path, 0))
+            return 0;
+        LineWriter lines(file);
+        lines.append(*imageName);
+        lines.endLine();
+        appendInt(lines.text(), size.cx);
+        lines.text() += ' ';
+        appendInt(lines.text(), size.cy);
+        lines.endLine();
+        appendInt(lines.text(), points.GetSize());
+        lines.endLine();
+        for (int i = 0; i < points.GetSize(); ++i) {
+            lines.append(points[i].name);
+            for (const double coordinate : {points[i].x, points[i].y}) {
+                lines.text() += ' ';
+                appendFixed(lines.text(), coordinate, 10, 20);
+            }
+            lines.endLine();
+        }
+        const bool written = lines.finish();
+        return file.Close() && written ? 1 : 0;
+    });
+}

@@ -1,0 +1,35 @@
+// What the readers and writers of points share.
+#ifndef FIELDSCAN_FILES_POINT_LINES_H
+#define FIELDSCAN_FILES_POINT_LINES_H
+
+#include <fieldscan/framework/file.h>
+#include <fieldscan/points.h>
+
+#include <functional>
+#include <string_view>
+
+#include "platform/framework/line_text.h"
+
+namespace fieldscan {
+
+// Appends "name,x,y,z" with six decimals, without an end of line.
+void appendPoint(LineWriter& lines, const CXYZ& point);
+
+// The point of the fields name, x, y, z; fields beyond `count` are empty.
+CXYZ pointOf(unsigned int codePage, const std::string_view* fields, int count);
+
+// Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
+bool openForReading(CFile& file, const CString* path, int mustExist);
+
+// Opens for writing: append 1 an existing file, behind its end; else made or emptied.
+bool openForWriting(CFile& file, const CString& path, int append);
+
+// What is written is on the medium when this returns true; the file is closed either way.
+bool closeOnMedium(CFile& file);
+
+// Opens the file for appending, lets `write` fill lines, closes it on the medium: 1, or 0 when a step fails.
+int appendToFile(const CString& path, const std::function<void(LineWriter&)>& write);
+
+}  // namespace fieldscan
+
+#endif

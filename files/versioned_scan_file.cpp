@@ -1,0 +1,125 @@
+#include <fieldscan/scan_result_files.h>
+
+#include <fieldscan/card.h>
+
+#include <string>
+#include <string_view>
+
+#include "files/point_lines.h"
+#include "platform/framework/number_text.h"
+#include "platform/system.h"
+
+using namespace fieldscan;
+
+namespace {
+
+const char16_t kVersionLine[] = u"FIELD_SCAN_MPT_FILEVER1.0";
+
+// The fields of a line, in their order.
+enum Field { kName, kX, kY, kZ, kCode, kAttribute, kText, kFirst, kSecond, kFields };
+
+void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, double first, double second) {
+    appendPoint(lines, point);
+    lines.text() += ',';
+    lines.append(point.code);
+    lines.text() += ',';
+    appendInt(lines.text(), point.attr[2]);
+    lines.text() += ',';
+    lines.append(text);
+    for (const double value : {first, second}) {
+        lines.text() += ',';
+        appendFixed(lines.text(), value, 4);
+    }
+    lines.endLine();
+}
+
+// Element i, or what a missing one stands for.
+template <class Array, class Element>
+Element elementOr(const Array& array, int i, const Element& missing) {
+    return i < array.GetSize() ? array[i] : missing;
+}
+
+bool writeHeader(CFile& file, const CString& header) {
+    LineWriter lines(file);
+    lines.append(header);
+    lines.text() += '\r';
+    lines.endLine();
+    return lines.finish();
+}
+
+}  // namespace
+
+int WriteHeader(CFile* file, CString header) {
+    zeroIfOutOfMemory([&] { return writeHeader(*file, header) ? 1 : 0; });
+    return 1;
+}
+
+int ReadHeader(CFile* file, CString header) {
+    return zeroIfOutOfMemory([&] {
+        std::string line;
+        if (!readLine(*file, line))
+            return 0;
+        const CString found = wideTrimmed(system::ansiCodePage(), line);
+        return !found.IsEmpty() && found == header ? 1 : 0;
+    });
+}
+
+int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
+                        CArray<double, double>& second, CStringArray& texts, int append) {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!openForWriting(file, path, append))
+            return 0;
+        bool written = append == 1 || writeHeader(file, kVersionLine);
+        LineWriter lines(file);
+        for (int i = 0; i < points.GetSize(); ++i)
+            appendVersioned(lines, points[i], elementOr(texts, i, CString()), elementOr(first, i, 0.0),
+                            elementOr(second, i, 0.0));
+        written = lines.finish() && written;
+        return closeOnMedium(file) && written ? 1 : 0;
+    });
+}
+
+int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text) {
+    if (!CRTCard().IsFile(path)) {
+        CFile file;
+        if (ScanFileOpen(&file, path) != 1)
+            return 0;
+        const bool written = zeroIfOutOfMemory([&] { return writeHeader(file, kVersionLine) ? 1 : 0; }) == 1;
+        if (!closeOnMedium(file) || !written)
+            return 0;
+    }
+    return appendToFile(path,
+                        [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
+}
+
+int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
+                       CArray<double, double>& second, CStringArray& texts) {
+    points.SetSize(0);
+    first.SetSize(0);
+    second.SetSize(0);
+    texts.SetSize(0);
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, kVersionLine) != 1)
+            return 0;
+        const unsigned int codePage = system::ansiCodePage();
+        std::string_view fields[kFields];
+        for (std::string line; readLine(file, line);) {
+            if (splitAtCommas(line, fields, kFields) < kFields)
+                continue;
+            CXYZ point = pointOf(codePage, fields, kCode);
+            point.code = wideTrimmed(codePage, fields[kCode]);
+            point.attr[2] = parseInt(fields[kAttribute]);
+            reserveDouble(points);
+            reserveDouble(texts);
+            reserveDouble(first);
+            reserveDouble(second);
+            texts.Add(wideTrimmed(codePage, fields[kText]));
+            points.Add(point);
+            first.Add(parseDouble(fields[kFirst]));
+            second.Add(parseDouble(fields[kSecond]));
+        }
+        return 1;
+    });
+}

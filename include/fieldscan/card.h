@@ -1,0 +1,27 @@
+// CRTCard: files on the storage cards.
+#ifndef FIELDSCAN_CARD_H
+#define FIELDSCAN_CARD_H
+
+#include <fieldscan/framework/string.h>
+
+class FIELDSCAN_API CRTCard {
+public:
+    // `path` is the folder of a card; null gives the empty path.
+    CRTCard(const unsigned short* path = nullptr);
+    CRTCard(const CRTCard& other);
+    virtual ~CRTCard();
+    CRTCard& operator=(const CRTCard& other);
+
+    // 1 when `path` names an existing file, 0 when it does not, or names a folder.
+    int IsFile(CString path);
+
+    // The name of the file without folder and without what follows its last "." ("\Card\A.B.csv" gives
+    // "A.B"; a name that begins with its only "." is kept whole). Returns 1; 0 with an empty title when the
+    // path names no file: it is empty or ends with a separator.
+    int GetFileTitle(CString path, CString& title);
+
+private:
+    CString m_path;
+};
+
+#endif

@@ -1,0 +1,22 @@
+// Everything the library exports.
+#ifndef FIELDSCAN_FIELDSCAN_H
+#define FIELDSCAN_FIELDSCAN_H
+
+#include <fieldscan/attitude.h>
+#include <fieldscan/card.h>
+#include <fieldscan/clock.h>
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/file.h>
+#include <fieldscan/framework/string.h>
+#include <fieldscan/framework/types.h>
+#include <fieldscan/key_sort.h>
+#include <fieldscan/message.h>
+#include <fieldscan/point_files.h>
+#include <fieldscan/points.h>
+#include <fieldscan/polyline.h>
+#include <fieldscan/rotation.h>
+#include <fieldscan/scan_area.h>
+#include <fieldscan/scan_result_files.h>
+#include <fieldscan/survey.h>
+
+#endif

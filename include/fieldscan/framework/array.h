@@ -1,0 +1,266 @@
+// CArray: a growable array, indexed from 0; CStringArray: one of strings.
+#ifndef FIELDSCAN_FRAMEWORK_ARRAY_H
+#define FIELDSCAN_FRAMEWORK_ARRAY_H
+
+#include <fieldscan/framework/string.h>
+
+#include <cassert>
+#include <cstddef>
+#include <cstring>
+#include <new>
+#include <utility>
+
+// Elements of type T held by value; ARG is how Add, SetAt and InsertAt take one (by convention `T&` or `T`).
+//
+// Growth: when no step is set, the room grows by max(4, min(1024, size / 8)) elements, and never to less than
+// what is asked for. A smaller size destroys the surplus elements and keeps the room; size 0 frees it. The
+// storage of a new element is filled with zero bytes before the element is constructed, so a member that its
+// constructor does not set starts at 0.
+//
+// An index must lie in 0 .. GetSize() - 1 (debug builds assert it); SetAtGrow and InsertAt make room
+// themselves and drop a negative index. Any change of the size ends the life of pointers to elements.
+// Arrays are not copied by = but by Copy. Only memory exhaustion can fail: std::bad_alloc, and the array then
+// holds valid elements still, after Add, Reserve and SetSize those it held before.
+template <class T, class ARG = const T&>
+class CArray {
+public:
+    CArray() noexcept : m_data(nullptr), m_size(0), m_capacity(0), m_growBy(0) {}
+    ~CArray() { RemoveAll(); }
+    CArray(const CArray&) = delete;
+    CArray& operator=(const CArray&) = delete;
+
+    int GetSize() const { return m_size; }
+    int GetCount() const { return m_size; }
+    int GetUpperBound() const { return m_size - 1; }
+    bool IsEmpty() const { return m_size == 0; }
+    int GetCapacity() const { return m_capacity; }
+
+    T& operator[](int index) { return ElementAt(index); }
+    const T& operator[](int index) const { return GetAt(index); }
+    const T& GetAt(int index) const {
+        assert(index >= 0 && index < m_size);
+        return m_data[index];
+    }
+    T& ElementAt(int index) {
+        assert(index >= 0 && index < m_size);
+        return m_data[index];
+    }
+    void SetAt(int index, ARG element) { ElementAt(index) = element; }
+    T* GetData() { return m_data; }
+    const T* GetData() const { return m_data; }
+
+    // Sets the size. `growBy` >= 0 sets the growth step too (0: the rule above). A negative size changes
+    // nothing.
+    void SetSize(int size, int growBy = -1);
+    void RemoveAll() { SetSize(0); }
+    void Reserve(int capacity);  // room for so many elements without another growth
+    void FreeExtra();            // gives back the room beyond the size
+
+    int Add(ARG element);  // returns its index
+    void SetAtGrow(int index, ARG element);
+    // Moves the elements from `index` on `count` places up and puts `count` copies of `element` there.
+    void InsertAt(int index, ARG element, int count = 1);
+    // Removes up to `count` elements from `index` on.
+    void RemoveAt(int index, int count = 1);
+
+    void Copy(const CArray& other);
+    void Swap(CArray& other) noexcept;  // exchanges the contents
+    int Append(const CArray& other);  // returns the index of the first element appended
+
+private:
+    struct Block;  // storage that is freed unless it is taken
+
+    int grownCapacity(int needed) const;
+    T* appendNew();
+    void moveTo(Block& block);
+    static void construct(T* place, int count);
+    static void destroy(T* first, int count);
+
+    T* m_data;
+    int m_size;
+    int m_capacity;
+    int m_growBy;
+};
+
+// Strings; positions as in CArray.
+class CStringArray : public CArray<CString, const CString&> {};
+
+// ---------------------------------------------------------------------------------------------------------
+
+template <class T, class ARG>
+struct CArray<T, ARG>::Block {
+    explicit Block(int n)
+        : data(static_cast<T*>(::operator new(static_cast<std::size_t>(n) * sizeof(T)))), capacity(n) {}
+    ~Block() { ::operator delete(data); }
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+    T* data;
+    int capacity;
+};
+
+template <class T, class ARG>
+void CArray<T, ARG>::construct(T* place, int count) {
+    std::memset(static_cast<void*>(place), 0, static_cast<std::size_t>(count) * sizeof(T));
+    int made = 0;
+    try {
+        for (; made < count; ++made)
+            ::new (static_cast<void*>(place + made)) T();
+    } catch (...) {
+        destroy(place, made);
+        throw;
+    }
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::destroy(T* first, int count) {
+    for (int i = 0; i < count; ++i)
+        first[i].~T();
+}
+
+template <class T, class ARG>
+int CArray<T, ARG>::grownCapacity(int needed) const {
+    int step = m_growBy;
+    if (step == 0) {
+        step = m_size / 8;
+        step = step < 4 ? 4 : (step > 1024 ? 1024 : step);
+    }
+    const int kMost = 0x7fffffff;
+    const int grown = m_capacity > kMost - step ? kMost : m_capacity + step;
+    return grown < needed ? needed : grown;
+}
+
+// Elements are copied where a move could throw, so that a failure leaves the array as it was.
+template <class T, class ARG>
+void CArray<T, ARG>::moveTo(Block& block) {
+    int made = 0;
+    try {
+        for (; made < m_size; ++made)
+            ::new (static_cast<void*>(block.data + made)) T(std::move_if_noexcept(m_data[made]));
+    } catch (...) {
+        destroy(block.data, made);
+        throw;
+    }
+    destroy(m_data, m_size);
+    std::swap(m_data, block.data);
+    std::swap(m_capacity, block.capacity);
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::Reserve(int capacity) {
+    if (capacity <= m_capacity)
+        return;
+    Block block(capacity);
+    moveTo(block);
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::FreeExtra() {
+    if (m_size == m_capacity)
+        return;
+    Block block(m_size);
+    moveTo(block);
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::SetSize(int size, int growBy) {
+    if (size < 0)
+        return;
+    if (growBy >= 0)
+        m_growBy = growBy;
+    if (size == 0) {
+        destroy(m_data, m_size);
+        ::operator delete(m_data);
+        m_data = nullptr;
+        m_size = m_capacity = 0;
+    } else if (size < m_size) {
+        destroy(m_data + size, m_size - size);
+        m_size = size;
+    } else if (size > m_size) {
+        if (size > m_capacity)
+            Reserve(grownCapacity(size));
+        construct(m_data + m_size, size - m_size);
+        m_size = size;
+    }
+}
+
+template <class T, class ARG>
+T* CArray<T, ARG>::appendNew() {
+    construct(m_data + m_size, 1);
+    return m_data + m_size++;
+}
+
+template <class T, class ARG>
+int CArray<T, ARG>::Add(ARG element) {
+    if (m_size < m_capacity) {
+        *appendNew() = element;
+        return m_size - 1;
+    }
+    T copy(element);  // it may lie in the storage that the growth frees
+    Reserve(grownCapacity(m_size + 1));
+    *appendNew() = std::move(copy);
+    return m_size - 1;
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::SetAtGrow(int index, ARG element) {
+    if (index < 0)
+        return;
+    T copy(element);
+    if (index >= m_size)
+        SetSize(index + 1);
+    m_data[index] = std::move(copy);
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::InsertAt(int index, ARG element, int count) {
+    if (index < 0 || count < 1)
+        return;
+    const T copy(element);
+    const int tail = index < m_size ? m_size - index : 0;
+    SetSize((tail > 0 ? m_size : index) + count);
+    for (int i = m_size - 1; i >= m_size - tail; --i)
+        m_data[i] = std::move(m_data[i - count]);
+    for (int i = 0; i < count; ++i)
+        m_data[index + i] = copy;
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::RemoveAt(int index, int count) {
+    if (index < 0 || index >= m_size || count < 1)
+        return;
+    if (count > m_size - index)
+        count = m_size - index;
+    for (int i = index; i < m_size - count; ++i)
+        m_data[i] = std::move(m_data[i + count]);
+    destroy(m_data + m_size - count, count);
+    m_size -= count;
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::Copy(const CArray& other) {
+    if (this == &other)
+        return;
+    SetSize(other.m_size);
+    for (int i = 0; i < m_size; ++i)
+        m_data[i] = other.m_data[i];
+}
+
+template <class T, class ARG>
+void CArray<T, ARG>::Swap(CArray& other) noexcept {
+    std::swap(m_data, other.m_data);
+    std::swap(m_size, other.m_size);
+    std::swap(m_capacity, other.m_capacity);
+    std::swap(m_growBy, other.m_growBy);
+}
+
+template <class T, class ARG>
+int CArray<T, ARG>::Append(const CArray& other) {
+    const int first = m_size;
+    const int count = other.m_size;
+    SetSize(m_size + count);
+    for (int i = 0; i < count; ++i)
+        m_data[first + i] = other.m_data[i];
+    return first;
+}
+
+#endif

@@ -1,0 +1,86 @@
+// CFile: a byte file.
+#ifndef FIELDSCAN_FRAMEWORK_FILE_H
+#define FIELDSCAN_FRAMEWORK_FILE_H
+
+#include <fieldscan/framework/string.h>
+
+#include <string>
+
+class CFile;
+
+namespace fieldscan {
+bool readLine(CFile& file, std::string& line);
+}
+
+// A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
+// writes go to the system at once. Paths: docs/architecture.md, Paths.
+//
+// Every operation returns 1 for success and 0 for failure unless it says otherwise; on a file that is not
+// open they fail. Nothing is thrown. The destructor closes.
+class FIELDSCAN_API CFile {
+public:
+    // Mode bits for Open, combined with |:
+    //   modeRead                                   an existing file, for reading
+    //   modeWrite                                  an existing file, for writing, contents kept
+    //   modeReadWrite                              an existing file, for both
+    //   modeCreate | modeWrite                     made or emptied, for writing
+    //   modeCreate | modeReadWrite                 made or emptied, for both
+    //   modeCreate | modeNoTruncate | modeWrite    made if missing, contents kept, for writing
+    // The position is the start of the file.
+    enum Mode : unsigned int {
+        modeRead = 0x0000,
+        modeWrite = 0x0001,
+        modeReadWrite = 0x0002,
+        modeCreate = 0x1000,
+        modeNoTruncate = 0x2000
+    };
+
+    // Why the last Open failed.
+    enum Cause {
+        causeNone,              // it did not fail
+        causeNotFound,          // no such file, or a folder of the path is missing
+        causeAccessDenied,      // no right to it, write protected, or a folder
+        causeSharingViolation,  // another program holds it
+        causeOther
+    };
+
+    CFile();
+    ~CFile();
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+
+    // Closes a file that was open. An empty path, or one with a zero unit inside, fails with causeOther.
+    int Open(const CString& path, unsigned int mode);
+    Cause GetOpenFailure() const { return m_cause; }
+    bool IsOpen() const;
+
+    // Up to `count` bytes from the position on; returns how many were read, less than `count` only at the
+    // end of the file or when the medium fails.
+    unsigned int Read(void* buffer, unsigned int count);
+    // All `count` bytes, or 0: part of them may then be on the medium.
+    int Write(const void* buffer, unsigned int count);
+
+    int SeekToBegin();
+    int SeekToEnd();
+    long long GetPosition() const;  // -1 when it cannot be told
+    long long GetLength() const;    // in bytes, -1 when it cannot be told
+
+    // What was written is on the medium, not only with the system, when this returns 1.
+    int Flush();
+    // 0 when the system reports that something written before was lost; the file is closed all the same.
+    int Close();
+
+private:
+    friend bool fieldscan::readLine(CFile& file, std::string& line);
+
+    bool fill();
+    bool dropBuffer();
+
+    long long m_handle;  // -1 when not open
+    Cause m_cause;
+    char* m_buffer;
+    unsigned int m_next;  // the unread part of the buffer: m_next .. m_end - 1
+    unsigned int m_end;
+};
+
+#endif

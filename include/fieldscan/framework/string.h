@@ -1,0 +1,104 @@
+// CString: text in UTF-16, a value.
+#ifndef FIELDSCAN_FRAMEWORK_STRING_H
+#define FIELDSCAN_FRAMEWORK_STRING_H
+
+#include <fieldscan/export.h>
+
+// Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that does not count.
+// Copies share nothing. A unit is half of a character outside the basic plane; lengths and positions count
+// units. Up to 7 units (most point names) are kept inside the object without an allocation.
+//
+// Positions: a read at a position outside the text gives 0, a write there is dropped; Left, Mid and Right cut
+// what they are asked for down to what there is. A null pointer stands for the empty text everywhere.
+// Only memory exhaustion can fail: std::bad_alloc, and the text is then as it was before.
+class FIELDSCAN_API CString {
+public:
+    CString() noexcept;
+    CString(const CString& other);
+    CString(CString&& other) noexcept;  // leaves `other` empty
+    CString(const unsigned short* text);
+    CString(const char16_t* text);
+    CString(const char* text);  // 8-bit text in the ANSI code page (docs/architecture.md, Text)
+#if defined(_WIN32)
+    CString(const wchar_t* text);
+#endif
+    CString(const unsigned short* text, int length);  // the first `length` units, zero units included
+    explicit CString(unsigned short unit, int count = 1);
+    ~CString();
+
+    CString& operator=(const CString& other);
+    CString& operator=(CString&& other) noexcept;
+
+    int GetLength() const { return m_length; }
+    bool IsEmpty() const { return m_length == 0; }
+    void Empty();  // frees the storage too
+    operator const unsigned short*() const { return m_text; }
+    const unsigned short* GetString() const { return m_text; }
+
+    unsigned short GetAt(int position) const { return inside(position) ? m_text[position] : 0; }
+    unsigned short operator[](int position) const { return GetAt(position); }
+    void SetAt(int position, unsigned short unit);
+
+    CString Left(int count) const;
+    CString Right(int count) const;
+    CString Mid(int first) const;
+    CString Mid(int first, int count) const;
+
+    // Position of the first (ReverseFind: last) match at or after `start`, -1 when there is none. The empty
+    // text is found at `start` while that lies inside the text or at its end.
+    int Find(unsigned short unit, int start = 0) const;
+    int Find(const CString& part, int start = 0) const;
+    int FindOneOf(const CString& units) const;
+    int ReverseFind(unsigned short unit) const;
+
+    // White space is tab, line feed, vertical tab, form feed, carriage return, blank and the ideographic
+    // blank U+3000, in every locale.
+    CString& TrimLeft();
+    CString& TrimRight();
+    CString& Trim();
+
+    // The 26 letters of ASCII only.
+    CString& MakeUpper();
+    CString& MakeLower();
+
+    int Replace(unsigned short from, unsigned short to);  // returns how many were replaced
+    int Insert(int position, const CString& text);        // returns the new length
+    int Delete(int position, int count = 1);              // returns the new length
+
+    CString& operator+=(const CString& text);
+    CString& operator+=(unsigned short unit);
+    void Append(const unsigned short* text, int length);
+
+    // Order of the units' values: negative, 0 or positive. CompareNoCase folds the letters of ASCII.
+    int Compare(const CString& other) const;
+    int CompareNoCase(const CString& other) const;
+
+private:
+    enum { kInside = 8 };  // units kept in the object, the closing zero included
+
+    bool inside(int position) const { return position >= 0 && position < m_length; }
+    void assign(const unsigned short* text, int length);
+    void take(CString& other) noexcept;
+    void grow(int length);
+    void setLength(int length);
+    void release();
+
+    unsigned short* m_text;  // m_inside, or storage of its own
+    int m_length;
+    int m_capacity;  // units that fit, without the closing zero
+    unsigned short m_inside[kInside];
+};
+
+FIELDSCAN_API CString operator+(const CString& a, const CString& b);
+FIELDSCAN_API CString operator+(const CString& a, unsigned short unit);
+
+// clang-format off
+inline bool operator==(const CString& a, const CString& b) { return a.Compare(b) == 0; }
+inline bool operator!=(const CString& a, const CString& b) { return a.Compare(b) != 0; }
+inline bool operator< (const CString& a, const CString& b) { return a.Compare(b) <  0; }
+inline bool operator> (const CString& a, const CString& b) { return a.Compare(b) >  0; }
+inline bool operator<=(const CString& a, const CString& b) { return a.Compare(b) <= 0; }
+inline bool operator>=(const CString& a, const CString& b) { return a.Compare(b) >= 0; }
+// clang-format on
+
+#endif

@@ -1,0 +1,116 @@
+// CVertex, CPolyline: polylines and polygons.
+#ifndef FIELDSCAN_POLYLINE_H
+#define FIELDSCAN_POLYLINE_H
+
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/string.h>
+#include <fieldscan/points.h>
+
+// A point of a polyline with a word of flag bits. Its point name is "0" until it is given one.
+class FIELDSCAN_API CVertex : public CXYZ {
+public:
+    enum Flag {
+        kSplineVertex = 0x08,  // inserted by a spline
+        kSplineFrame = 0x10,   // a control point of a spline, as the user gave it
+        kDefault = 0x20        // what a vertex made by default carries; nothing reads it
+    };
+
+    CVertex(int flag = kDefault);
+    CVertex(double x, double y, double z, int flag);
+    CVertex(const CVertex& other);
+    CVertex(CVertex&& other) noexcept;
+    CVertex& operator=(const CVertex& other);
+    CVertex& operator=(CVertex&& other) noexcept;
+
+    int CheckVertexFlag(int mask) const;  // 1 when all bits of `mask` are set, else 0
+    int IsSplineFrame() const;            // 1 or 0
+    void SetSplineFrame(int on);          // nonzero sets the bit, zero clears it
+    void SetSplineVertex(int on);
+
+    int flag;
+};
+
+// An ordered list of vertices with a name. Open unless Close was called; the closed bit matters to the total
+// lengths and InterpolateVertex, not to CheckTurn and PtInPolyline.
+//
+// Index i: 0 .. GetVertexSize() - 1, compared as a signed number. Any other is refused: the operation gives 0
+// (GetVertex null, the distances 0.0) and changes nothing.
+class FIELDSCAN_API CPolyline {
+public:
+    enum Flag { kClosed = 0x01, kDefault = 0x08 };  // of kDefault, which a new polyline has, nothing is read
+
+    CPolyline(int flags = kDefault, int splineFlag = 0);  // splineFlag is stored without a check
+    CPolyline(const CPolyline& other);
+    ~CPolyline();
+    CPolyline& operator=(const CPolyline& other);
+
+    // ---- Vertices ----
+
+    // Valid until the number of vertices changes.
+    CVertex* GetVertex(unsigned int i);
+    const CVertex* GetVertex(unsigned int i) const;
+    int SetVertex(unsigned int i, const CVertex& v);
+    int AddVertex(const CVertex& v);  // returns the index of the new last vertex
+    // Puts a copy of `v` before vertex i. The count is no valid i: only AddVertex appends.
+    int InsertVertex(unsigned int i, const CVertex& v);
+    int DelVertex(unsigned int i);
+    void DelAllVertex();  // frees the storage too
+    int GetVertexSize() const;
+    void SetVertexSize(unsigned int n);  // new ones are default vertices; a count beyond int changes nothing
+
+    // ---- Flags ----
+
+    int CheckPolylineFlag(int mask) const;  // 1 when all bits of `mask` are set, else 0
+    void Close();
+    void Open();
+    int IsClose() const;  // 1 or 0
+    // 6 and 1000 are the kinds of splines: stored, 1. Any other: 0 is stored, 0.
+    int SetSplineFlag(int kind);
+    // 6 when its bits are all set, else 1000 when its are, else 0.
+    int GetSplineFlag() const;
+
+    // ---- Orientation; z does not count ----
+
+    // Last vertex first; vertex flags go along, the polyline's flags stay.
+    void Reverse();
+    // The sign, -1, 0 or 1, of the sum over i = 0 .. n - 2 of
+    //   (C.x - A.x) (B.y - A.y) - (B.x - A.x) (C.y - A.y),   A, B, C = vertices i, i + 1, i + 2,
+    // C of the last term being vertex 0; 0 for fewer than three vertices. The triple (n - 1, 0, 1) is not in
+    // the sum, which decides the sign for some outlines that are not convex: callers rely on it as it is.
+    // With x to the right and y up, 1 is clockwise and -1 counter-clockwise.
+    int CheckTurn() const;
+    // Reverses unless CheckTurn gives -1: degenerate outlines too.
+    void Normalize();
+
+    // ---- Measures ----
+
+    // 1 when (x, y) lies inside the polygon, always taken as closed, else 0. Counts the edges that pass y, lower
+    // end included, upper end not, at or to the right of x. So a point on an edge belongs to the area on the
+    // left of it: of the unit square (0, 0.5) is outside, (1, 0.5) inside, (0.5, 0) inside, (0.5, 1) outside.
+    // On a slanted edge that holds to the rounding of the crossing, which runs from the edge's first vertex.
+    int PtInPolyline(double x, double y) const;
+
+    double GetDistance(int i, int j) const;  // in space
+    double GetDistanceXY(int i, int j) const;
+    // The sum over the edges, with the closing edge when the closed bit is set.
+    double GetTotalLength() const;
+    double GetTotalLengthXY() const;
+
+    // The bounding box. Returns 1; for an empty polyline 0, and all six are 0.
+    int GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin, double& zMax) const;
+
+    // Inserts vertices at the distances step, 2 step, ... from the start of every edge while they are less than
+    // its length in space, the closing edge of a closed polyline included. Given vertices stay as they are; new
+    // ones have the flag 0x20 and the polyline's name. Returns 1; 0 when step is not above 0, when a distance is
+    // not finite, when the vertices would not fit an array or memory runs out, and then nothing has changed.
+    int InterpolateVertex(double step);
+
+    CString name;  // "0" when made
+    CArray<CVertex, CVertex&> vertices;
+    double reserved1;  // 0 when made, copied, read by nothing here
+    int flags;
+    int splineFlag;
+    double reserved2;  // as reserved1
+};
+
+#endif

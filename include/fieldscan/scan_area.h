@@ -1,0 +1,114 @@
+// CScanArea: one scan job.
+#ifndef FIELDSCAN_SCAN_AREA_H
+#define FIELDSCAN_SCAN_AREA_H
+
+#include <fieldscan/attitude.h>
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/file.h>
+#include <fieldscan/framework/string.h>
+#include <fieldscan/polyline.h>
+
+// A grid of camera shots over an area that the operator outlined. Directions are CWPK in radians: omega the
+// zenith angle, kappa the horizontal angle in [0, 2 pi), phi 0. The grid is stored row by row: index = row *
+// columnCount + column. The outline is a closed ring; its horizontal angles wrap at the zero direction, and a
+// jump of half a turn or more between neighbours is taken for that wrap.
+class FIELDSCAN_API CScanArea {
+public:
+    CScanArea();
+    CScanArea(const CScanArea& other);
+    virtual ~CScanArea();
+    // Copies counts, corners, shots, image names, header line and outline. The work tables and both polylines
+    // of the target stay as they are: they are rebuilt from the rest.
+    CScanArea& operator=(const CScanArea& other);
+
+    // Everything to 0 or empty, the two polylines excepted.
+    void Init();
+
+    // ---- Checks and queries ----
+
+    // 1 when the record is consistent, else the first of these that holds:
+    //   -1  imageNames does not hold columnCount * rowCount elements
+    //   -2  shootAngles does not
+    //   -3  an omega or kappa of the two corners lies outside [0, 2 pi)
+    //   -4  a shot's zenith angle exceeds that of its row's first shot by more than one degree, or its
+    //       horizontal angle that of its column's top shot; one that is smaller passes
+    // An empty grid passes.
+    int CheckParameter() const;
+
+    // 1 when the first image name is not empty; 0 when it is, or when there is none.
+    int IsWithImage() const;
+
+    // The exterior orientation file of shot `index`: its image name with ".ext" for all from the last "." on;
+    // a name without "." gives ".ext" alone; blanks at both ends of the stem go. Returns 1; 0 when index lies
+    // outside the grid, and then `name` is unchanged. A shot without a name counts as an empty one.
+    int GetExtFileName(int index, CString& name) const;
+
+    // Brings an angle in radians into [0, 2 pi). Angles of 2^31 turns and more are outside the contract.
+    void NormalizeAngle(double& angle) const;
+
+    // ---- Polylines, in degrees; rebuilt from the angle arrays at each call ----
+
+    // shootPolyline: x = horizontal angle, y = 0, z = zenith angle of each shot.
+    void CalHVPolyline1();
+    // outlinePolyline: x = horizontal angle, y = elevation in [0, 360] of each outline direction, z = 0. A
+    // direction below the horizon has an elevation just under 360.
+    void CalHVPolyline2();
+
+    // ---- The outline ----
+
+    // 1 when the outline crosses the zero direction: neighbours, the last and the first included, differ by pi
+    // or more in kappa. Else 0.
+    int CheckZeroCross() const;
+    // Distributes the indices of the outline, in ring order from the first vertex behind a wrap from 2 pi to 0:
+    // those behind such a wrap into afterWrap, those behind a wrap back into beforeWrap. To be called when
+    // CheckZeroCross gives 1. Both are emptied first; null pointers are passed over.
+    void DivideZeroCross(CArray<int, int&>* afterWrap, CArray<int, int&>* beforeWrap) const;
+    // Index of the vertex with the smallest zenith angle, the last of several; -1 for an empty outline.
+    int GetMinmumHAngleIndex() const;
+    // Sets areaAngle1 to the top-left direction (smallest zenith angle, left horizontal angle) and areaAngle2 to
+    // the bottom-right one; phi stays. Across the zero direction left is the smallest angle before the wrap and
+    // right the largest behind it, so left > right. Always 1. Searches begin at 360 for the smallest and -1 for
+    // the largest figure, which is what an empty outline leaves.
+    int CalPolylineTopLeftBottomRight();
+
+    // ---- Scan-area file, first version: docs/file_formats.md ----
+
+    // Makes or replaces the file. Six decimals of a degree are kept, phi is not. One line per image name, with
+    // the direction of the same index (0, 0 where there is none).
+    // Returns 1; 0 when the path is empty, the file cannot be opened, or writing or closing fails.
+    int Write(CString path) const;
+    // Init, then what the file holds. The shots are read to the end of the file, whatever the counts say; a line
+    // that does not begin with two numbers is passed over; an image name ends at its first blank.
+    // Returns 1; 0 when the path is empty, the file cannot be opened, or the first line does not hold two
+    // integers or the second or third not two numbers; what was read before that stays.
+    //
+    // Both show a message (CKTImgMsg) when the file cannot be opened because access is denied or another program
+    // holds it.
+    int Read(CString path);
+
+    // ---- Data ----
+
+    int columnCount;  // shots per row
+    int rowCount;
+    CWPK areaAngle1;  // top-left direction of the area
+    CWPK areaAngle2;  // bottom-right direction
+    CStringArray imageNames;
+    CArray<CWPK, CWPK&> shootAngles;
+    CArray<double, double> workTable1;  // tables of the planning of the shooting grid
+    CArray<double, double> workTable2;
+    CPolyline shootPolyline;
+    CPolyline outlinePolyline;
+    CString headerLine;  // first line of the last file read in the second version
+    CArray<CWPK, CWPK&> outlineAngles;
+
+protected:
+    enum { kLineSize = 512 };
+    // One line of `file`, its line feed included, into a buffer of at least kLineSize bytes, closed by a zero
+    // byte; what does not fit is left out. Returns the bytes stored, 0 at the end of the file.
+    int GetImgCsvLine(CFile* file, char* buffer);
+    // Appends the text, in 8-bit characters, to "\Internal Disk\FIELD_SCAN\log.txt". Does nothing when that
+    // cannot be opened.
+    void WriteLogFile(CString text);
+};
+
+#endif

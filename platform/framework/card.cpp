@@ -1,0 +1,32 @@
+#include <fieldscan/card.h>
+
+#include <algorithm>
+
+#include "platform/framework/line_text.h"
+#include "platform/system.h"
+
+CRTCard::CRTCard(const unsigned short* path) : m_path(path) {}
+
+CRTCard::CRTCard(const CRTCard& other) : m_path(other.m_path) {}
+
+CRTCard::~CRTCard() {}
+
+CRTCard& CRTCard::operator=(const CRTCard& other) {
+    m_path = other.m_path;
+    return *this;
+}
+
+int CRTCard::IsFile(CString path) {
+    return fieldscan::zeroIfOutOfMemory([&] { return fieldscan::system::isFile(path) ? 1 : 0; });
+}
+
+int CRTCard::GetFileTitle(CString path, CString& title) {
+    const int separator = std::max(path.ReverseFind('\\'), path.ReverseFind('/'));
+    return fieldscan::zeroIfOutOfMemory([&] {
+        title = path.Mid(separator + 1);
+        const int dot = title.ReverseFind('.');
+        if (dot > 0)
+            title = title.Left(dot);
+        return title.IsEmpty() ? 0 : 1;
+    });
+}

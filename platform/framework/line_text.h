@@ -1,0 +1,66 @@
+// Lines of the text files: 8-bit in the ANSI code page, ended by a line feed.
+#ifndef FIELDSCAN_PLATFORM_FRAMEWORK_LINE_TEXT_H
+#define FIELDSCAN_PLATFORM_FRAMEWORK_LINE_TEXT_H
+
+#include <fieldscan/framework/file.h>
+
+#include <new>
+#include <string>
+#include <string_view>
+
+namespace fieldscan {
+
+// The next line with its line feed (the last line of a file may lack it), however long; false at the end.
+bool readLine(CFile& file, std::string& line);
+
+// `text` without white space of ASCII at both ends.
+std::string_view trimmed(std::string_view text);
+
+// 8-bit text as UTF-16 in the code page of files, trimmed at both ends.
+CString wideTrimmed(unsigned int codePage, std::string_view text);
+
+// Splits at commas into at most `most` fields, not trimmed; the rest of the line after the last of them is
+// left out. Returns how many there are: at least 1.
+int splitAtCommas(std::string_view line, std::string_view* fields, int most);
+
+// Collects text and writes it in large pieces. What is left is written by finish, which tells whether all
+// writes succeeded.
+class LineWriter {
+public:
+    explicit LineWriter(CFile& file);
+    std::string& text() { return m_text; }
+    unsigned int codePage() const { return m_codePage; }
+    void append(const CString& wide);
+    void endLine();  // appends a line feed
+    bool finish();
+
+private:
+    void put();
+
+    CFile& m_file;
+    unsigned int m_codePage;
+    std::string m_text;
+    bool m_good;
+};
+
+// Room for one more element, doubled when it runs out: readers do not know how much is to come, and the array's
+// own growth step would make a long file quadratic.
+template <class Array>
+void reserveDouble(Array& array) {
+    if (array.GetSize() == array.GetCapacity())
+        array.Reserve(array.GetSize() < 32 ? 64 : array.GetSize() > 0x3fffffff ? 0x7fffffff : 2 * array.GetSize());
+}
+
+// The result of `work`, or 0 when memory ran out: no exception leaves the library's operations.
+template <class Work>
+int zeroIfOutOfMemory(Work work) {
+    try {
+        return work();
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
+}
+
+}  // namespace fieldscan
+
+#endif

@@ -1,0 +1,51 @@
+// Numbers as text and text as numbers, exactly as the C library does both in its "C" locale, whatever locale
+// the application has set. Integers are 32 bits wide on every target: a number beyond saturates, as strtol
+// does where long has 32 bits.
+#ifndef FIELDSCAN_PLATFORM_FRAMEWORK_NUMBER_TEXT_H
+#define FIELDSCAN_PLATFORM_FRAMEWORK_NUMBER_TEXT_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace fieldscan {
+
+// ---- Numbers as text; each appends to `out` ----
+
+// "%d", "%Nd" (width > 0), "%0Nd" (zeroFill).
+void appendInt(std::string& out, long long value, int width = 0, bool zeroFill = false);
+// "%.Nf", "%W.Nf" (width > 0), "%0W.Nf" (zeroFill); inf and nan are never filled with zeros. decimals >= 0.
+void appendFixed(std::string& out, double value, int decimals, int width = 0, bool zeroFill = false);
+// "%.Ne"; the exponent has at least two digits.
+void appendExponent(std::string& out, double value, int decimals = 6);
+
+// ---- Text as numbers ----
+// `used`, where asked for, receives the count of characters that the number took, leading white space
+// included; 0 when there was none. Without a number the result is 0. The view need not end at a NUL; inside
+// it a NUL is a character like any other. A nan has its sign but not the payload of "nan(...)".
+
+double parseDouble(std::string_view text, std::size_t* used = nullptr);  // strtod, atof
+int parseInt(std::string_view text, int base = 10,
+             std::size_t* used = nullptr);  // strtol, atoi; base 0, 2 to 36
+
+// sscanf, one conversion a call. A text that ends (but for white space) before a conversion begins gives
+// endOfInput, which sscanf reports as EOF when it is the first conversion. Where the result is not matched,
+// the output is untouched and no later conversion of the same scan matches either.
+class Scanner {
+public:
+    enum class Result { matched, mismatch, endOfInput };
+
+    explicit Scanner(std::string_view text) : m_rest(text) {}
+    Result scanDouble(double& value);    // "%lf"
+    Result scanInt(int& value);          // "%d"
+    Result scanWord(std::string& word);  // "%s"
+
+private:
+    bool skipSpace();
+    std::string_view m_rest;
+    Result m_failed = Result::matched;
+};
+
+}  // namespace fieldscan
+
+#endif

@@ -1,0 +1,50 @@
+// Clock, running program and messages.
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <string>
+
+#include "platform/system.h"
+
+namespace fieldscan {
+namespace system {
+
+namespace {
+
+constexpr unsigned long long kUnixEpoch = 116444736000000000ULL;  // 1970-01-01 as a file time
+
+}  // namespace
+
+unsigned long long fileTimeNow() {
+    using Ticks = std::chrono::duration<long long, std::ratio<1, 10000000>>;
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    return kUnixEpoch + static_cast<unsigned long long>(std::chrono::duration_cast<Ticks>(sinceEpoch).count());
+}
+
+long long localOffsetSeconds() {
+    const std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    return localtime_r(&now, &local) ? local.tm_gmtoff : 0;
+}
+
+bool modulePath(CString& path) {
+    char text[4096];
+    const ssize_t length = ::readlink("/proc/self/exe", text, sizeof text);
+    if (length <= 0 || length == static_cast<ssize_t>(sizeof text))
+        return false;
+    path.Empty();
+    appendWide(kUtf8, text, static_cast<std::size_t>(length), path);
+    return true;
+}
+
+void showMessage(const CString& text, const CRect&) {
+    std::string bytes;
+    appendAnsi(kUtf8, text.GetString(), text.GetLength(), bytes);
+    bytes += '\n';
+    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+}
+
+}  // namespace system
+}  // namespace fieldscan

@@ -1,0 +1,127 @@
+// Files through the system calls of POSIX. Paths: `\` separates too; a path that begins with `\` is a path of
+// the device below the folder that FIELDSCAN_ROOT names (default `/`); names are UTF-8.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+#include "platform/system.h"
+
+namespace fieldscan {
+namespace system {
+
+namespace {
+
+int descriptor(FileHandle file) { return static_cast<int>(file); }
+
+std::string hostPath(const CString& path) {
+    std::string host;
+    if (path.GetAt(0) == '\\')
+        if (const char* root = std::getenv("FIELDSCAN_ROOT"))
+            host = root;
+    appendAnsi(kUtf8, path.GetString(), path.GetLength(), host);
+    std::replace(host.begin(), host.end(), '\\', '/');
+    return host;
+}
+
+// Repeats a call that a signal interrupted.
+template <class Call>
+auto uninterrupted(Call call) {
+    decltype(call()) result;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    return result;
+}
+
+CFile::Cause causeOf(int error) {
+    switch (error) {
+        case ENOENT:
+        case ENOTDIR:
+            return CFile::causeNotFound;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case EISDIR:
+            return CFile::causeAccessDenied;
+        case EBUSY:
+        case ETXTBSY:
+            return CFile::causeSharingViolation;
+        default:
+            return CFile::causeOther;
+    }
+}
+
+int openFlags(unsigned int mode) {
+    int flags = O_RDONLY;
+    if (mode & CFile::modeWrite)
+        flags = O_WRONLY;
+    else if (mode & CFile::modeReadWrite)
+        flags = O_RDWR;
+    if (mode & CFile::modeCreate) {
+        flags |= O_CREAT;
+        if (!(mode & CFile::modeNoTruncate))
+            flags |= O_TRUNC;
+    }
+    return flags | O_CLOEXEC;
+}
+
+bool isFolder(int file) {
+    struct stat status;
+    return fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
+    const std::string host = hostPath(path);
+    const int file = uninterrupted([&] { return ::open(host.c_str(), openFlags(mode), 0666); });
+    if (file < 0) {
+        cause = causeOf(errno);
+        return kNoFile;
+    }
+    if (isFolder(file)) {  // which POSIX opens for reading
+        ::close(file);
+        cause = CFile::causeAccessDenied;
+        return kNoFile;
+    }
+    return file;
+}
+
+long long readFile(FileHandle file, void* buffer, std::size_t count) {
+    return uninterrupted([&] { return ::read(descriptor(file), buffer, count); });
+}
+
+long long writeFile(FileHandle file, const void* buffer, std::size_t count) {
+    return uninterrupted([&] { return ::write(descriptor(file), buffer, count); });
+}
+
+long long seekFile(FileHandle file, long long offset, bool fromEnd) {
+    return ::lseek(descriptor(file), static_cast<off_t>(offset), fromEnd ? SEEK_END : SEEK_CUR);
+}
+
+bool rewindFile(FileHandle file) { return ::lseek(descriptor(file), 0, SEEK_SET) == 0; }
+
+long long fileLength(FileHandle file) {
+    struct stat status;
+    return fstat(descriptor(file), &status) == 0 ? static_cast<long long>(status.st_size) : -1;
+}
+
+bool flushFile(FileHandle file) {
+    return uninterrupted([&] { return ::fsync(descriptor(file)); }) == 0;
+}
+
+// Not repeated when interrupted: the descriptor is gone then, and may already be another file's.
+bool closeFile(FileHandle file) { return ::close(descriptor(file)) == 0 || errno == EINTR; }
+
+bool isFile(const CString& path) {
+    struct stat status;
+    return !path.IsEmpty() && ::stat(hostPath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+}  // namespace system
+}  // namespace fieldscan

@@ -1,0 +1,129 @@
+// Point in polygon, lengths, bounding box, interpolation.
+#include <fieldscan/polyline.h>
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/framework/line_text.h"
+
+namespace {
+
+constexpr double kLargest = std::numeric_limits<double>::max();
+
+double distanceInSpace(const CXYZ& from, const CXYZ& to) { return from.Len(to); }
+
+double distanceInPlan(const CXYZ& from, const CXYZ& to) {
+    const double dx = to.x - from.x;
+    const double dy = to.y - from.y;
+    return std::sqrt(dy * dy + dx * dx);
+}
+
+// The distance of vertices i and j by `distance`; 0 where one does not exist.
+template <class Distance>
+double between(const CPolyline& polyline, int i, int j, Distance distance) {
+    const CVertex* from = polyline.GetVertex(static_cast<unsigned int>(i));
+    const CVertex* to = polyline.GetVertex(static_cast<unsigned int>(j));
+    return from && to ? distance(*from, *to) : 0.0;
+}
+
+template <class Distance>
+double totalLength(const CPolyline& polyline, Distance distance) {
+    const int n = polyline.GetVertexSize();
+    double length = 0.0;
+    for (int k = 0; k < n - 1; ++k)
+        length += between(polyline, k, k + 1, distance);
+    if (polyline.IsClose() && n >= 2)
+        length += between(polyline, n - 1, 0, distance);
+    return length;
+}
+
+void widen(double value, double& least, double& most) {
+    if (value < least)
+        least = value;
+    if (value > most)
+        most = value;
+}
+
+// The vertices strictly inside the edge from p to q at every `step`; false when they would not fit.
+bool appendInner(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ& q, double step,
+                 const CString& name) {
+    const double length = p.Len(q);
+    if (!(step < length))
+        return !std::isnan(length);
+    if (!(length / step < std::numeric_limits<int>::max() - vertices.GetSize() - 2.0))
+        return false;
+    const double dx = q.x - p.x;
+    const double dy = q.y - p.y;
+    const double dz = q.z - p.z;
+    const double perLength = 1.0 / length;
+    for (double t = step; t < length; t += step) {
+        CVertex inner(perLength * t * dx + p.x, perLength * t * dy + p.y, perLength * t * dz + p.z,
+                      CVertex::kDefault);
+        inner.name = name;
+        vertices.Add(inner);
+    }
+    return true;
+}
+
+}  // namespace
+
+int CPolyline::PtInPolyline(double x, double y) const {
+    const int n = vertices.GetSize();
+    int crossings = 0;
+    for (int i = 0; i < n; ++i) {
+        const CVertex& p = vertices[i];
+        const CVertex& q = vertices[i == n - 1 ? 0 : i + 1];
+        const bool passes = (p.y <= y && y < q.y) || (q.y <= y && y < p.y);
+        if (passes && (q.x - p.x) / (q.y - p.y) * (y - p.y) + p.x >= x)
+            ++crossings;
+    }
+    return crossings % 2;
+}
+
+double CPolyline::GetDistance(int i, int j) const { return between(*this, i, j, distanceInSpace); }
+
+double CPolyline::GetDistanceXY(int i, int j) const { return between(*this, i, j, distanceInPlan); }
+
+double CPolyline::GetTotalLength() const { return totalLength(*this, distanceInSpace); }
+
+double CPolyline::GetTotalLengthXY() const { return totalLength(*this, distanceInPlan); }
+
+int CPolyline::GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin,
+                        double& zMax) const {
+    const int n = vertices.GetSize();
+    if (n == 0) {
+        xMin = xMax = yMin = yMax = zMin = zMax = 0.0;
+        return 0;
+    }
+    xMin = yMin = zMin = kLargest;
+    xMax = yMax = zMax = -kLargest;
+    for (int i = 0; i < n; ++i) {
+        widen(vertices[i].x, xMin, xMax);
+        widen(vertices[i].y, yMin, yMax);
+        widen(vertices[i].z, zMin, zMax);
+    }
+    return 1;
+}
+
+int CPolyline::InterpolateVertex(double step) {
+    if (!(step > 0.0))
+        return 0;
+    const int n = vertices.GetSize();
+    if (n == 0)
+        return 1;
+    return fieldscan::zeroIfOutOfMemory([&] {
+        CPolyline result;
+        result.vertices.Add(vertices[0]);
+        for (int i = 0; i < n - 1 || (i == n - 1 && IsClose()); ++i) {
+            const bool closing = i == n - 1;
+            CVertex& q = vertices[closing ? 0 : i + 1];
+            if (!appendInner(result.vertices, vertices[i], q, step, name))
+                return 0;
+            if (!closing)
+                result.vertices.Add(q);
+        }
+        vertices.Swap(result.vertices);
+        return 1;
+    });
+}

@@ -1,0 +1,90 @@
+// Length and angle units, and differences of angles.
+#include <cmath>
+
+#include <fieldscan/survey.h>
+
+#include "platform/framework/arithmetic.h"
+
+using fieldscan::truncated;
+using fieldscan::wrapTurn;
+
+namespace {
+
+// `angle` rounded for display: `scale` takes it to tenths of the display's unit, and `fraction` says which part
+// of a unit stands for what lies beyond the whole ones.
+template <class Fraction>
+double roundedForDisplay(double angle, double turn, double scale, double unit, Fraction fraction) {
+    if (!std::isfinite(angle))
+        return angle;
+    wrapTurn(angle, turn, false);
+    const double tenths = static_cast<double>(truncated(angle * scale + 0.5)) * 0.1;
+    const double whole = static_cast<double>(truncated(tenths));
+    angle = (whole + fraction(tenths - whole)) * unit;
+    wrapTurn(angle, turn, false);
+    return angle;
+}
+
+double halves(double f) { return f >= 0.75 ? 1.0 : f >= 0.25 ? 0.5 : 0.0; }
+
+double fifths(double f) {
+    return f >= 0.9 ? 1.0 : f >= 0.7 ? 0.8 : f >= 0.5 ? 0.6 : f >= 0.3 ? 0.4 : f >= 0.1 ? 0.2 : 0.0;
+}
+
+}  // namespace
+
+CCalcXYZHV::CCalcXYZHV() {}
+CCalcXYZHV::CCalcXYZHV(const CCalcXYZHV&) {}
+CCalcXYZHV& CCalcXYZHV::operator=(const CCalcXYZHV&) { return *this; }
+CCalcXYZHV::~CCalcXYZHV() {}
+
+double CCalcXYZHV::MtoUSFT(double m) { return m * 3.280833333333333; }
+double CCalcXYZHV::MtoIntFT(double m) { return m * 3.280839895013123; }
+double CCalcXYZHV::USFTtoM(double ft) { return ft * 0.30480060960121924; }
+double CCalcXYZHV::IntFTtoM(double ft) { return ft * 0.3048; }
+
+double CCalcXYZHV::DEGtoGON(double deg) { return deg * 1.1111111111111112; }
+double CCalcXYZHV::DEGtoMIL(double deg) { return deg * 17.77777777777778; }
+double CCalcXYZHV::GONtoDEG(double gon) { return gon * 0.9; }
+double CCalcXYZHV::MILtoDEG(double mil) { return mil * 0.05625; }
+
+void CCalcXYZHV::Angle0To360(double& a) { wrapTurn(a, 360.0, true); }
+
+double CCalcXYZHV::RoundGON(double gon) { return roundedForDisplay(gon, 400.0, 10000.0, 0.001, halves); }
+
+double CCalcXYZHV::RoundMIL(double mil, int mode) {
+    return roundedForDisplay(mil, 6400.0, 1000.0, 0.01, mode == 0 ? halves : fifths);
+}
+
+double CCalcXYZHV::AngleDifference(double a, double b) {
+    constexpr double kEpsilon = 2.220446049250313e-16;
+    Angle0To360(a);
+    Angle0To360(b);
+    double r = std::fabs(a - b);
+    if (r > 180.0)
+        r = 360.0 - r;
+    else if (-kEpsilon <= r && r <= kEpsilon)
+        return 0.0;
+    if (b <= a - 180.0)
+        return r;
+    if (b <= a || a + 180.0 <= b)
+        return -r;
+    return r;
+}
+
+double CCalcXYZHV::AngleDifference_Over0(double a, double b) {
+    const double difference = AngleDifference(a, b);
+    return difference < 0.0 ? difference + 360.0 : difference;
+}
+
+double CCalcXYZHV::AngleDifference_Under0(double a, double b) {
+    const double difference = AngleDifference(a, b);
+    return difference > 0.0 ? difference - 360.0 : difference;
+}
+
+double CCalcXYZHV::AngleH0toZ0(double v) {
+    double angle = 90.0 - v;
+    Angle0To360(angle);
+    return angle;
+}
+
+double CCalcXYZHV::AngleZ0toH0(double v) { return AngleH0toZ0(v); }

@@ -1,0 +1,311 @@
+// Points, attitude angles, rotation matrices.
+#include <fieldscan/attitude.h>
+#include <fieldscan/points.h>
+#include <fieldscan/rotation.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace {
+
+const double kPi = 3.141592653589793;
+
+CXYZ station() {
+    CXYZ point(u"ST1", 6, 5, 8);
+    point.code = u"NAIL";
+    point.attr[4] = 7;
+    return point;
+}
+
+void expectPoint(const CXYZ& point, double x, double y, double z, const char16_t* name, const char16_t* code) {
+    EXPECT_EQ(point.x, x);
+    EXPECT_EQ(point.y, y);
+    EXPECT_EQ(point.z, z);
+    EXPECT_EQ(point.name, CString(name));
+    EXPECT_EQ(point.code, CString(code));
+    EXPECT_EQ(point.attr[4], *code ? 7 : 0);
+}
+
+TEST(Points, OperatorsKeepOrDropTheName) {
+    const CXYZ a = station(), b(2, 0, 4);
+    expectPoint(+a, 6, 5, 8, u"ST1", u"NAIL");
+    expectPoint(-a, -6, -5, -8, u"ST1", u"NAIL");
+    expectPoint(a + b, 8, 5, 12, u"ST1", u"NAIL");
+    expectPoint(a - b, 4, 5, 4, u"ST1", u"NAIL");
+    expectPoint(a * b, 12, 0, 32, u"ST1", u"NAIL");
+    expectPoint(a * 2.0, 12, 10, 16, u"ST1", u"NAIL");
+    expectPoint(a / b, 3, 0, 2, u"", u"");
+    expectPoint(a / 2.0, 3, 2.5, 4, u"", u"");
+    expectPoint(a / 0.0, 0, 0, 0, u"", u"");
+    expectPoint(a.Out(b), 20, -8, -10, u"", u"");
+    EXPECT_EQ((CXYZ(1, 1, 1) / 49.0).x, 1.0 / 49.0 * 1.0);
+    EXPECT_EQ((CXYZ(49, 49, 49) / 49.0).x, 49 * (1.0 / 49.0)) << "by the reciprocal, which is not 1";
+
+    CXYZ c = a;
+    c += b;
+    expectPoint(c, 8, 5, 12, u"ST1", u"NAIL");
+    c -= b;
+    c *= b;
+    expectPoint(c, 12, 0, 32, u"ST1", u"NAIL");
+    c = a;
+    c /= b;
+    expectPoint(c, 3, 5, 2, u"ST1", u"NAIL");
+    c /= 0.0;
+    expectPoint(c, 3, 5, 2, u"ST1", u"NAIL");
+    c *= 2.0;
+    c /= 4.0;
+    expectPoint(c, 1.5, 2.5, 1, u"ST1", u"NAIL");
+
+    const CXYZ& self = c;
+    c = self;
+    expectPoint(c, 1.5, 2.5, 1, u"ST1", u"NAIL");
+    CXYZ moved(std::move(c));
+    expectPoint(moved, 1.5, 2.5, 1, u"ST1", u"NAIL");
+    moved.Init();
+    expectPoint(moved, 0, 0, 0, u"", u"");
+}
+
+TEST(Points, SumsInTheStatedOrder) {
+    // Sums that another order would round otherwise.
+    const CXYZ a(1e16, 1, 1), b(1, 1, 1);
+    EXPECT_EQ(a.Inn(b), 1e16 + 2) << "z z + y y first";
+    EXPECT_EQ(CXYZ(1e8, 1, 1).Len(), std::sqrt(1e16)) << "x x first";
+    EXPECT_EQ(CXYZ().Len(CXYZ(1e8, 1, 1)), std::sqrt(1e16 + 2)) << "dz dz first";
+    EXPECT_EQ(CXYZ().Len(), 0.0);
+    EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(0, 0, 0), 3.0), 1) << "inclusive";
+    EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(0, 0, 0), std::nextafter(3.0, 0.0)), 0);
+    EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(1, 2, 2), 0.0), 1);
+}
+
+TEST(Points, PlanePointsCopyTheirCoordinates) {
+    CXYF a;
+    EXPECT_EQ(a.x + a.y, 0.0f);
+    a.SetXY(1.5f, -2.0f);
+    CXYF b(a), c;
+    c = b;
+    EXPECT_EQ(c.x - c.y, 3.5f);
+    delete[] new CXYF[3];
+}
+
+TEST(Attitude, NormalizesIntoTheClosedRange) {
+    const double turn = kPi * 2.0;
+    const struct {
+        double angle, expected;
+    } rows[] = {{3.5, 3.5 - turn}, {-3.5, -3.5 + turn}, {7.0, 7.0 - turn},   {kPi, kPi},
+                {-kPi, -kPi},      {-0.0, -0.0},        {turn, 0.0},         {-turn, -0.0},
+                {3.0, 3.0},        {-7.0, -7.0 + turn}, {turn + kPi, kPi},   {1e9, std::fmod(1e9, turn)}};
+    for (const auto& row : rows) {
+        double angle = row.angle;
+        CWPK::NormalizeAngle(angle);
+        if (std::fabs(row.expected) > kPi)
+            EXPECT_EQ(angle, row.expected - turn) << row.angle;
+        else
+            EXPECT_EQ(angle, row.expected) << row.angle;
+        EXPECT_EQ(std::signbit(angle), std::signbit(row.expected) != (std::fabs(row.expected) > kPi)) << row.angle;
+    }
+    double nothing = std::nan("");
+    CWPK::NormalizeAngle(nothing);
+    EXPECT_TRUE(std::isnan(nothing));
+}
+
+TEST(Attitude, SubtractsByItsOwnRule) {
+    const double turn = kPi * 2.0;
+    EXPECT_EQ(CWPK::SubtractAngle(3.0, -3.0), turn - 6.0);
+    EXPECT_EQ(CWPK::SubtractAngle(-3.0, 3.0), -6.0);
+    EXPECT_EQ(CWPK::SubtractAngle(1.0, 0.25), 0.75);
+    EXPECT_EQ(CWPK::SubtractAngle(kPi, 0.0), kPi) << "a tie keeps d";
+    const CWPK from(0.5, -1.0, 3.0), to(1.0, 2.0, -3.0);
+    const CWPK way = from.Subtract(to);
+    EXPECT_EQ(way.omega, 0.5);
+    EXPECT_EQ(way.phi, 3.0);
+    EXPECT_EQ(way.kappa, -6.0) << "not normalised";
+    const CWPK sum = from + CWPK(3.0, -3.0, 3.0), difference = CWPK(-3.0, 0, 0) - CWPK(3.0, 0, 0);
+    EXPECT_EQ(sum.omega, 3.5 - turn);
+    EXPECT_EQ(sum.phi, -4.0 + turn);
+    EXPECT_EQ(difference.omega, -6.0 + turn);
+    EXPECT_EQ((-CWPK(4.0, 0, 0)).omega, -4.0);
+    CWPK compound(3.0, 0, 0);
+    compound += CWPK(3.0, 0, 0);
+    EXPECT_EQ(compound.omega, 6.0 - turn);
+    compound -= CWPK(3.0, 0, 0);
+    EXPECT_EQ(compound.omega, 6.0 - turn - 3.0 + turn);
+}
+
+// The product of elementary matrices in long double, as the orders define it.
+struct Exact {
+    long double m[3][3];
+};
+
+Exact elementary(int axis, long double angle) {
+    const long double c = std::cos(angle), s = std::sin(angle);
+    if (axis == 0)
+        return {{{1, 0, 0}, {0, c, -s}, {0, s, c}}};
+    if (axis == 1)
+        return {{{c, 0, s}, {0, 1, 0}, {-s, 0, c}}};
+    return {{{c, -s, 0}, {s, c, 0}, {0, 0, 1}}};
+}
+
+Exact product(const Exact& a, const Exact& b) {
+    Exact r = {};
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j)
+            for (int k = 0; k < 3; ++k)
+                r.m[i][j] += a.m[i][k] * b.m[k][j];
+    return r;
+}
+
+double farthest(const CRot& rotation, const Exact& exact) {
+    double most = 0;
+    for (int i = 0; i < 3; ++i)
+        for (int j = 0; j < 3; ++j)
+            most = std::max(most, static_cast<double>(std::fabs(rotation.m[i][j] - exact.m[i][j])));
+    return most;
+}
+
+// Angles in every quadrant, and phi at and around a quarter turn.
+CWPK someAngles(int i, std::mt19937_64& random) {
+    std::uniform_real_distribution<double> angle(-kPi, kPi);
+    CWPK a(angle(random), angle(random), angle(random));
+    if (i % 3 == 0)
+        a.phi = std::copysign(kPi / 2 + a.phi * std::pow(10.0, -(i % 17)), angle(random));
+    a.Normalize();
+    return a;
+}
+
+TEST(Rotation, AgreesWithProductsOfElementaryMatrices) {
+    std::mt19937_64 random(1);
+    double worst = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const CWPK a = someAngles(i, random);
+        const Exact w = elementary(0, a.omega), p = elementary(1, a.phi), k = elementary(2, a.kappa);
+        const Exact expected[] = {w, p, k, product(k, product(p, w)), product(w, product(p, k))};
+        for (int sys = ROT_W; sys <= ROT_KPW; ++sys) {
+            CRot r;
+            ASSERT_EQ(r.SetMatrix(static_cast<ROT_SYSTEM>(sys), a), 1);
+            worst = std::max(worst, farthest(r, expected[sys]));
+        }
+    }
+    EXPECT_LT(worst, 1e-15);
+    RecordProperty("worst", std::to_string(worst * 1e15) + "e-15");
+}
+
+TEST(Rotation, GivesBackTheAnglesCloseToTheHint) {
+    std::mt19937_64 random(2);
+    for (int i = 0; i < 20000; ++i) {
+        const CWPK a = someAngles(i, random);
+        for (const ROT_SYSTEM sys : {ROT_WPK, ROT_KPW}) {
+            CRot r, again;
+            r.SetMatrix(sys, a);
+            CWPK b = a;
+            ASSERT_EQ(r.CalAngle(sys, b), 1);
+            again.SetMatrix(sys, b);
+            Exact matrix;
+            for (int j = 0; j < 9; ++j)
+                matrix.m[j / 3][j % 3] = r.m[j / 3][j % 3];
+            // asin of a sine close to 1 knows phi to the root of the rounding only
+            ASSERT_LT(farthest(again, matrix), std::fabs(std::cos(a.phi)) < 1e-6 ? 4e-8 : 1e-9) << i;
+            if (std::fabs(std::cos(a.phi)) > 1e-3) {
+                ASSERT_NEAR(b.omega, a.omega, 1e-9) << i;
+                ASSERT_NEAR(b.phi, a.phi, 1e-9) << i;
+                ASSERT_NEAR(b.kappa, a.kappa, 1e-9) << i;
+            }
+        }
+    }
+}
+
+TEST(Rotation, ResolvesWhatTheAnglesLeaveOpen) {
+    CRot r;
+    for (const ROT_SYSTEM sys : {ROT_WPK, ROT_KPW}) {
+        // phi beyond a quarter turn is found only with a hint on that side
+        r.SetMatrix(sys, CWPK(0.3, kPi - 0.3, -0.2));
+        CWPK near(0.3, kPi - 0.4, -0.2), far(-2.8, 0.2, 2.9);
+        r.CalAngle(sys, near);
+        EXPECT_NEAR(near.phi, kPi - 0.3, 1e-12);
+        EXPECT_NEAR(near.omega, 0.3, 1e-12);
+        r.CalAngle(sys, far);
+        EXPECT_NEAR(far.phi, 0.3, 1e-12);
+        EXPECT_NEAR(far.omega, 0.3 - kPi, 1e-12);
+        EXPECT_NEAR(far.kappa, kPi - 0.2, 1e-12);
+
+        for (const double side : {1.0, -1.0}) {  // a quarter turn: omega from the hint, kappa the rest
+            r.SetMatrix(sys, CWPK(0.5, side * kPi / 2, 0.7));
+            CWPK locked(0.1, side * 1.5, 0.6);
+            r.CalAngle(sys, locked);
+            EXPECT_EQ(locked.omega, 0.1);
+            EXPECT_NEAR(locked.phi, side * kPi / 2, 1e-7);
+            const double sum = sys == ROT_WPK ? -side : side;  // which combination of omega and kappa is fixed
+            EXPECT_NEAR(locked.kappa, 0.7 + sum * (0.5 - 0.1), 1e-12) << sys << " " << side;
+        }
+    }
+    r.m[2][0] = -1.0000000000000002;  // rounding may lead there
+    CWPK clamped;
+    EXPECT_EQ(r.CalAngle(ROT_WPK, clamped), 1);
+    EXPECT_EQ(clamped.phi, kPi / 2);
+}
+
+TEST(Rotation, RefusesUnknownOrders) {
+    CRot r;
+    r.SetMatrix(ROT_KPW, CWPK(0.1, 0.2, 0.3));
+    const CRot before(r);
+    CWPK angles(1, 2, 3);
+    for (const int sys : {7, -1, 5}) {
+        EXPECT_EQ(r.SetMatrix(static_cast<ROT_SYSTEM>(sys), angles), 0);
+        EXPECT_EQ(r.AddMatrix(static_cast<ROT_SYSTEM>(sys), angles), 0);
+        EXPECT_EQ(r.CalAngle(static_cast<ROT_SYSTEM>(sys), angles), 0);
+    }
+    for (int i = 0; i < 9; ++i)
+        EXPECT_EQ(r.m[i / 3][i % 3], before.m[i / 3][i % 3]);
+    EXPECT_EQ(angles.omega * 100 + angles.phi * 10 + angles.kappa, 123);
+    const struct {
+        ROT_SYSTEM sys;
+        double omega, phi, kappa;
+    } rows[] = {{ROT_W, 1, 0, 0}, {ROT_P, 0, 2, 0}, {ROT_K, 0, 0, 3}};
+    for (const auto& row : rows) {
+        CWPK single(9, 9, 9);
+        r.SetMatrix(row.sys, angles);
+        EXPECT_EQ(r.CalAngle(row.sys, single), 1);
+        EXPECT_NEAR(single.omega, row.omega, 1e-15);
+        EXPECT_NEAR(single.phi, row.phi, 1e-15);
+        EXPECT_NEAR(single.kappa, row.kappa, 1e-15);
+    }
+}
+
+TEST(Rotation, TurnsPointsAndComposes) {
+    const double degrees[] = {10, -20, 130};
+    CRot d, inverse, w, k;
+    d.SetDIMat(degrees);
+    CRot expected;
+    expected.SetMatrix(ROT_KPW, CWPK(10 * kPi / 180, -20 * kPi / 180, 130 * kPi / 180));
+    EXPECT_NEAR(d.m[1][0], expected.m[1][0], 1e-15);
+    inverse.SetDIMatInv(degrees);
+    CRot identity = inverse * d;
+    EXPECT_LT(farthest(identity, {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}), 4e-16);
+
+    w.SetMatrix(ROT_W, CWPK(0.4, 0, 0));
+    k.SetMatrix(ROT_K, CWPK(0, 0, 0.9));
+    CRot added(w), times(k), system(w);
+    added.AddMatrix(k);
+    times *= w;
+    system.AddMatrix(ROT_K, CWPK(0, 0, 0.9));
+    for (int i = 0; i < 9; ++i) {
+        EXPECT_EQ(added.m[i / 3][i % 3], times.m[i / 3][i % 3]) << "the new one acts last";
+        EXPECT_EQ(system.m[i / 3][i % 3], times.m[i / 3][i % 3]);
+    }
+    CXYZ point = station(), turned;
+    k.SetMatrix(ROT_K, CWPK(0, 0, kPi / 2));
+    k.Rotate(point, turned);
+    EXPECT_NEAR(turned.x, -5, 1e-15);
+    EXPECT_NEAR(turned.y, 6, 1e-15);
+    EXPECT_EQ(turned.name + turned.code, CString(u"ST1NAIL"));
+    EXPECT_EQ((k * point).y, turned.y);
+    k.Rotate(point, point);
+    EXPECT_EQ(point.x, turned.x);
+    EXPECT_EQ(point.y, turned.y);
+    k.T();
+    EXPECT_NEAR((k * turned).x, 6, 1e-15);
+}
+
+}  // namespace

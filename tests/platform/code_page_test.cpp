@@ -1,0 +1,279 @@
+#include <gtest/gtest.h>
+#include <iconv.h>
+
+#include <cstdlib>
+#include <map>
+#include <random>
+#include <string>
+
+#include "platform/system.h"
+
+using namespace fieldscan;
+
+namespace {
+
+std::u16string read(unsigned int page, const std::string& bytes) {
+    const std::string padded = bytes + "\x80\x80\x80";  // trail bytes behind the end, not to be looked at
+    CString out;
+    system::appendWide(page, padded.data(), bytes.size(), out);
+    return std::u16string(out.GetString(), out.GetString() + out.GetLength());
+}
+
+std::string write(unsigned int page, const std::u16string& text) {
+    const std::u16string padded = text + u'\xDE00';  // likewise
+    std::string out;
+    system::appendAnsi(page, reinterpret_cast<const unsigned short*>(padded.data()),
+                       static_cast<int>(text.size()), out);
+    return out;
+}
+
+// The conversions of the C library. Only an exact one counts; empty when there is none.
+class Oracle {
+public:
+    explicit Oracle(const char* page)
+        : m_reader(iconv_open("UTF-16BE", page)), m_writer(iconv_open(page, "UTF-16BE")) {}
+    ~Oracle() {
+        for (const iconv_t converter : {m_reader, m_writer})
+            if (converter != kNone)
+                iconv_close(converter);
+    }
+    bool usable() const { return m_reader != kNone && m_writer != kNone; }
+
+    std::u16string read(const std::string& bytes) const {
+        const std::string pairs = convert(m_reader, bytes);
+        std::u16string text;
+        for (std::size_t i = 0; i < pairs.size(); i += 2)
+            text += static_cast<char16_t>(static_cast<unsigned char>(pairs[i]) << 8 |
+                                          static_cast<unsigned char>(pairs[i + 1]));
+        return text;
+    }
+    std::string write(char16_t unit) const {
+        return convert(m_writer, {static_cast<char>(unit >> 8), static_cast<char>(unit & 0xFF)});
+    }
+
+private:
+    static std::string convert(iconv_t converter, std::string from) {
+        char to[16];
+        char *input = &from[0], *output = to;
+        std::size_t left = from.size(), room = sizeof to;
+        iconv(converter, nullptr, nullptr, nullptr, nullptr);
+        return iconv(converter, &input, &left, &output, &room) == 0 ? std::string(to, output) : "";
+    }
+
+    const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
+    iconv_t m_reader, m_writer;
+};
+
+// Where a page of the instrument's system and the one of the C library differ: bytes with a character of
+// their own, and characters that the C library writes as a look-alike which then reads as another one.
+struct Page {
+    unsigned int page;
+    const char* name;
+    std::map<char16_t, std::string> onlyHere;
+    std::u16string lookAlikes;
+};
+
+const Page kPages[] = {
+    {system::kShiftJis,
+     "CP932",
+     {{0x80, "\x80"}, {0xF8F0, "\xA0"}, {0xF8F1, "\xFD"}, {0xF8F2, "\xFE"}, {0xF8F3, "\xFF"}},
+     u"\u00A2\u00A3\u00A5\u00AC\u2014\u2016\u203E\u2212\u301C"},
+    {system::kWestern,
+     "CP1252",
+     {{0x81, "\x81"}, {0x8D, "\x8D"}, {0x8F, "\x8F"}, {0x90, "\x90"}, {0x9D, "\x9D"}},
+     u""},
+    {system::kLatin1, "ISO-8859-1", {}, u""},
+};
+
+TEST(CodePage, ReadsEverySequenceOfOneAndTwoBytes) {
+    for (const Page& page : kPages) {
+        const Oracle oracle(page.name);
+        if (!oracle.usable())
+            GTEST_SKIP() << "the C library has no " << page.name;
+        std::u16string single[256];
+        for (int a = 0; a < 256; ++a) {
+            const std::string byte(1, static_cast<char>(a));
+            single[a] = oracle.read(byte);
+            if (single[a].empty())
+                single[a] = static_cast<char16_t>(a);
+            for (const auto& entry : page.onlyHere)
+                if (entry.second == byte)
+                    single[a] = entry.first;
+            ASSERT_EQ(read(page.page, byte), single[a]) << page.name << ' ' << byte;
+        }
+        for (int a = 0; a < 256; ++a) {
+            for (int b = 0; b < 256; ++b) {
+                const std::string bytes{static_cast<char>(a), static_cast<char>(b)};
+                std::u16string expected = oracle.read(bytes);
+                if (expected.empty())
+                    expected = single[a] + single[b];
+                ASSERT_EQ(read(page.page, bytes), expected) << page.name << ' ' << bytes;
+            }
+        }
+    }
+}
+
+TEST(CodePage, WritesEveryCharacterOfTheBasicPlane) {
+    for (const Page& page : kPages) {
+        const Oracle oracle(page.name);
+        if (!oracle.usable())
+            GTEST_SKIP() << "the C library has no " << page.name;
+        for (unsigned int i = 0; i < 0x10000; ++i) {
+            const char16_t unit = static_cast<char16_t>(i);
+            const auto own = page.onlyHere.find(unit);
+            std::string expected = own != page.onlyHere.end() ? own->second : oracle.write(unit);
+            if (expected.empty() || page.lookAlikes.find(unit) != std::u16string::npos)
+                expected = "?";
+            const std::string written = write(page.page, std::u16string(1, unit));
+            ASSERT_EQ(written, expected) << page.name << ' ' << std::hex << i;
+            // What is written is the character itself, or a visible "?".
+            if (written != "?") {
+                ASSERT_EQ(read(page.page, written), std::u16string(1, unit)) << page.name;
+            }
+        }
+    }
+}
+
+TEST(CodePage, PrefersTheOldestOfSeveralForms) {
+    const struct {
+        char16_t unit;
+        const char* bytes;
+    } cases[] = {
+        {0x2252, "\x81\xE0"}, {0xFFE2, "\x81\xCA"}, {0x2235, "\x81\xE6"}, {0x2170, "\xFA\x40"},
+        {0x2160, "\x87\x54"}, {0x2116, "\x87\x82"}, {0x3231, "\x87\x8A"}, {0x7E8A, "\xFA\x5C"},
+        {0xE000, "\xF0\x40"}, {0xE757, "\xF9\xFC"}, {0xFF71, "\xB1"},     {0xFF3C, "\x81\x5F"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(write(system::kShiftJis, std::u16string(1, c.unit)), c.bytes);
+}
+
+TEST(CodePage, ReadsBrokenBytesWithoutLosingAny) {
+    const struct {
+        unsigned int page;
+        const char* bytes;
+        const char16_t* text;
+    } cases[] = {
+        {system::kShiftJis, "\x83,A\n", u"\u0083,A\n"},                  // a lead byte before a comma
+        {system::kShiftJis, "1,\x88\n2", u"1,\u0088\n2"},                // before a line end
+        {system::kShiftJis, "A\xE0", u"A\u00E0"},                        // at the end
+        {system::kShiftJis, "\x85\x41", u"\u0085A"},                     // a row without characters
+        {system::kShiftJis, "\x81\xAD\x82\xA0", u"\u0081\uFF6D\u3042"},  // a hole
+        {system::kShiftJis, "\x81\x7F\x81\xFD", u"\u0081\u007F\u0081\uF8F1"},
+        {system::kShiftJis, "\x95\x5C,\x5C~", u"\u8868,\\~"},  // a trail byte that is a backslash
+        {system::kShiftJis, "\xFF\xFA\xFF\xFA\x40", u"\uF8F3\u00FA\uF8F3\u2170"},
+        {system::kUtf8, "\xC3,\xC3\xA9", u"\u00C3,\u00E9"},                // a lead byte before a comma
+        {system::kUtf8, "\xE5\xB1\n", u"\u00E5\u00B1\n"},                  // truncated by a line end
+        {system::kUtf8, "A\xF0\x9F\x98", u"A\u00F0\u009F\u0098"},          // by the end
+        {system::kUtf8, "\x80\xBF,", u"\u0080\u00BF,"},                    // trail bytes alone
+        {system::kUtf8, "\xC0\xAF\xC1\xBF", u"\u00C0\u00AF\u00C1\u00BF"},  // too long a form
+        {system::kUtf8, "\xE0\x9F\xBF", u"\u00E0\u009F\u00BF"},
+        {system::kUtf8, "\xF0\x8F\xBF\xBF", u"\u00F0\u008F\u00BF\u00BF"},
+        {system::kUtf8, "\xED\xA0\x80\xED\xBF\xBF", u"\u00ED\u00A0\u0080\u00ED\u00BF\u00BF"},  // surrogates
+        {system::kUtf8, "\xED\x9F\xBF\xEE\x80\x80", u"\uD7FF\uE000"},
+        {system::kUtf8, "\xF4\x8F\xBF\xBF\xF4\x90\x80\x80", u"\U0010FFFF\u00F4\u0090\u0080\u0080"},
+        {system::kUtf8, "\xF5\x80\x80\x80\xFE\xFF", u"\u00F5\u0080\u0080\u0080\u00FE\u00FF"},
+        {system::kUtf8, "\xEF\xBF\xBD\xF0\x90\x80\x80", u"\uFFFD\U00010000"},
+        {system::kWestern, "\x80,\x81\x9F\xFF", u"\u20AC,\u0081\u0178\u00FF"},
+        {system::kLatin1, "\x80,\x9F\xFF", u"\u0080,\u009F\u00FF"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(read(c.page, c.bytes), c.text) << c.page;
+}
+
+TEST(CodePage, WritesOneReplacementForACharacterThatThePageLacks) {
+    const std::u16string text =
+        u"a\U0001F600b\u26F0" + std::u16string{0xD83D, 'c', 0xDE00, 0xD83D, 0xD83D, 0xDE00, 0xD83D};
+    for (const Page& page : kPages)
+        EXPECT_EQ(write(page.page, text), "a?b??c????") << page.name;
+    EXPECT_EQ(write(system::kUtf8, text), u8"a\U0001F600b\u26F0\uFFFDc\uFFFD\uFFFD\U0001F600\uFFFD");
+}
+
+TEST(CodePage, Utf8BringsBackEveryCharacter) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 400; ++round) {
+        std::u16string text;
+        for (auto left = random() % 700; left > 0; --left) {
+            const auto character = random() >> (11 + random() % 20);
+            if (character > 0x10FFFF || character - 0xD800 < 0x800 || character == 0)
+                text += u'~';
+            else if (character < 0x10000)
+                text += static_cast<char16_t>(character);
+            else
+                text += {static_cast<char16_t>(0xD7C0 + (character >> 10)),
+                         static_cast<char16_t>(0xDC00 + (character & 0x3FF))};
+        }
+        ASSERT_EQ(read(system::kUtf8, write(system::kUtf8, text)), text) << round;
+    }
+}
+
+// Every unit read stands for its own form in UTF-8 or for one byte of the same number, in order.
+TEST(CodePage, Utf8LosesNoByteOfRandomOnes) {
+    std::mt19937 random(2);
+    for (int round = 0; round < 2000; ++round) {
+        std::string bytes;
+        for (auto left = random() % 600; left > 0; --left)
+            bytes += "\xF0\x9F\x90\x80\xE5\xB1\xB1\xED\xA0\xC3\xA9,A\n\xF4\x8F"[random() % 16];
+        for (char& byte : bytes)
+            if (random() % 8 == 0)
+                byte = static_cast<char>(1 + random() % 255);
+        const std::u16string text = read(system::kUtf8, bytes);
+        std::size_t done = 0;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const bool isPair = text[i] >= 0xD800 && text[i] < 0xDC00;
+            const std::string form = write(system::kUtf8, text.substr(i, isPair ? 2 : 1));
+            i += isPair ? 1 : 0;
+            if (bytes.compare(done, form.size(), form) == 0) {
+                done += form.size();
+            } else {
+                ASSERT_LT(done, bytes.size());
+                ASSERT_EQ(text[i], static_cast<unsigned char>(bytes[done])) << bytes;
+                ++done;
+            }
+        }
+        ASSERT_EQ(done, bytes.size()) << bytes;
+    }
+}
+
+TEST(CodePage, AppendsBehindWhatIsThereAndKeepsZeroes) {
+    const std::string bytes("A\0\xE3\x81\x82", 5);
+    CString wide(u"X");
+    system::appendWide(system::kUtf8, bytes.data(), bytes.size(), wide);
+    EXPECT_EQ(wide.Compare(CString(CString(u"XA") + static_cast<unsigned short>(0)) + 0x3042), 0);
+    std::string back = "Y";
+    system::appendAnsi(system::kUtf8, wide, wide.GetLength(), back);
+    EXPECT_EQ(back, "YX" + bytes);
+    system::appendAnsi(system::kShiftJis, nullptr, 0, back);
+    system::appendWide(system::kShiftJis, nullptr, 0, wide);
+    EXPECT_EQ(back.size(), 7u);
+    EXPECT_EQ(wide.GetLength(), 4);
+}
+
+TEST(CodePage, TheEnvironmentNamesIt) {
+    const struct {
+        unsigned int page;
+        const char* names[8];
+    } cases[] = {
+        {system::kUtf8, {"", "UTF-8", "utf8", "cp65001", "65001", "EUC-JP", "CP93", "CP9322"}},
+        {system::kShiftJis,
+         {"CP932", "932", "Shift_JIS", "shift-jis", "sjis", "Windows-31J", "ms932", "cp932"}},
+        {system::kWestern, {"CP1252", "cp1252", "1252", "WINDOWS-1252", "windows-1252"}},
+        {system::kLatin1, {"ISO-8859-1", "iso-8859-1", "LATIN1", "latin1", "Cp28591", "28591"}},
+    };
+    const char* const variable = "FIELDSCAN_ANSI_CODEPAGE";
+    const char* const before = std::getenv(variable);
+    const std::string kept = before ? before : "";
+    for (const auto& c : cases) {
+        for (const char* name : c.names) {
+            if (name) {
+                setenv(variable, name, 1);
+                EXPECT_EQ(system::ansiCodePage(), c.page) << name;
+            }
+        }
+    }
+    unsetenv(variable);
+    EXPECT_EQ(system::ansiCodePage(), system::kUtf8);
+    if (before)
+        setenv(variable, kept.c_str(), 1);
+}
+
+}  // namespace

@@ -1,0 +1,253 @@
+// CString, CArray, calendar and the small parts of the framework.
+#include <fieldscan/card.h>
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/string.h>
+#include <fieldscan/message.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <ctime>
+#include <limits>
+#include <new>
+#include <string>
+
+#include "platform/framework/arithmetic.h"
+#include "platform/framework/calendar.h"
+#include "platform/framework/line_text.h"
+
+namespace {
+
+std::u16string units(const CString& text) { return {text.GetString(), text.GetString() + text.GetLength()}; }
+
+const CString kLong(u"a name that does not fit into the object itself");
+
+TEST(CString, KeepsItsTextThroughEveryWayOfChangingStorage) {
+    for (const CString& text : {CString(), CString(u"1234567"), CString(u"12345678"), kLong}) {
+        CString copy(text), moved(std::move(copy));
+        EXPECT_EQ(units(moved), units(text));
+        EXPECT_TRUE(copy.IsEmpty());
+        for (CString target : {CString(), CString(u"short"), kLong}) {
+            target = moved;
+            EXPECT_EQ(units(target), units(text));
+            target = target.GetString();  // its own text
+            target = std::move(target);
+            EXPECT_EQ(units(target), units(text));
+            target += target;  // appending it to itself, growing or not
+            EXPECT_EQ(units(target), units(text) + units(text));
+            target.Append(target.GetString() + target.GetLength() / 2, target.GetLength() / 2);
+            EXPECT_EQ(units(target), units(text) + units(text) + units(text));
+            EXPECT_EQ(target.GetString()[target.GetLength()], 0);
+        }
+    }
+}
+
+TEST(CString, CutsDownToWhatThereIs) {
+    const CString text(u"abc.def.g");
+    EXPECT_EQ(text.Left(3) + text.Mid(3, 5) + text.Right(1), text);
+    EXPECT_EQ(text.Left(-1) + text.Mid(9) + text.Mid(2, 0) + text.Right(-5), CString());
+    EXPECT_EQ(text.Left(99), text);
+    EXPECT_EQ(text.Right(99), text);
+    EXPECT_EQ(text.Mid(-4, 3), CString(u"abc"));
+    EXPECT_EQ(text.GetAt(-1) + text.GetAt(9) + text[1000], 0);
+    EXPECT_EQ(text.Find('.') * 100 + text.Find('.', 4) * 10 + text.ReverseFind('.'), 377);
+    EXPECT_EQ(text.Find(u"def"), 4);
+    EXPECT_EQ(text.Find(u"def", 5), -1);
+    EXPECT_EQ(text.Find(CString(), 9), 9);
+    EXPECT_EQ(text.Find(CString(), 10), -1);
+    EXPECT_EQ(text.FindOneOf(u"xgf"), 6);
+
+    CString edited(text);
+    edited.SetAt(9, 'x');
+    edited.SetAt(-1, 'x');
+    EXPECT_EQ(edited, text);
+    EXPECT_EQ(edited.Replace('.', '-'), 2);
+    EXPECT_EQ(edited.Insert(3, u"[]"), 11);
+    EXPECT_EQ(edited.Delete(9, 100), 9);
+    EXPECT_EQ(edited, CString(u"abc[]-def"));
+    EXPECT_EQ(CString(u" \t\v\u3000a b\r\n").Trim(), CString(u"a b"));
+    EXPECT_TRUE(CString(u" \u3000").TrimLeft().IsEmpty());
+    EXPECT_EQ(CString(u"aZ\u00e4").MakeUpper(), CString(u"AZ\u00e4"));
+}
+
+TEST(CString, OrdersByUnits) {
+    EXPECT_LT(CString(u"a"), CString(u"aa"));
+    EXPECT_LT(CString(u"\u3042"), CString(u"\uff71"));  // beyond the range of a signed 16-bit number
+    EXPECT_GT(CString(u"b"), CString(u"ab"));
+    EXPECT_EQ(CString(u"PCMCIA").CompareNoCase(u"pcmcia"), 0);
+    EXPECT_NE(CString(u"a"), CString(u"A"));
+}
+
+// An element that counts its living objects and leaves `unset` to whoever prepared its storage.
+struct Counted {
+    __attribute__((noipa)) Counted() { ++living; }
+    Counted(const Counted& other) : value(other.value), unset(other.unset) {
+        if (--copiesLeft < 0)
+            throw std::bad_alloc();
+        ++living;
+    }
+    Counted& operator=(const Counted&) = default;
+    ~Counted() { --living; }
+    int value = 0;
+    int unset;
+    static int living;
+    static int copiesLeft;
+};
+int Counted::living = 0;
+int Counted::copiesLeft = 0;
+
+TEST(CArray, GrowsByTheRule) {
+    CArray<int, int> array;
+    int expected = 0;
+    for (int size = 0; size < 40000; ++size) {
+        if (size == expected)  // max(4, min(1024, size / 8))
+            expected += size / 8 < 4 ? 4 : size / 8 > 1024 ? 1024 : size / 8;
+        array.Add(size);
+        ASSERT_EQ(array.GetCapacity(), expected) << "at size " << size;
+    }
+    array.SetSize(3);
+    EXPECT_EQ(array.GetCapacity(), expected) << "a smaller size keeps the room";
+    array.SetSize(0);
+    EXPECT_EQ(array.GetCapacity(), 0) << "size 0 frees it";
+    array.SetSize(1000);
+    EXPECT_EQ(array.GetCapacity(), 1000) << "never less than asked for";
+    array.SetSize(1001, 50);
+    EXPECT_EQ(array.GetCapacity(), 1050) << "the step that is set";
+    array.SetSize(-1);
+    EXPECT_EQ(array.GetSize(), 1001);
+    EXPECT_EQ(array[1000], 0);
+}
+
+TEST(CArray, ConstructsInZeroedStorageAndDestroysAll) {
+    Counted::copiesLeft = 1000000;
+    {
+        CArray<Counted> array;
+        array.SetSize(10);
+        std::memset(&array[9].unset, 0x55, sizeof(int));
+        array.SetSize(9);
+        array.SetSize(10);  // the same storage again
+        for (int i = 0; i < 10; ++i)
+            EXPECT_EQ(array[i].unset, 0);
+        EXPECT_EQ(Counted::living, 10);
+        array.FreeExtra();
+        Counted::copiesLeft = 5;
+        EXPECT_THROW(array.SetSize(1000), std::bad_alloc);
+        EXPECT_EQ(array.GetSize(), 10);
+        EXPECT_EQ(Counted::living, 10);
+    }
+    EXPECT_EQ(Counted::living, 0);
+}
+
+TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
+    CStringArray array;
+    for (const char16_t* name : {u"a", u"b", u"a longer name, kept outside", u"d"})
+        array.Add(name);
+    array.Add(array[2]);  // grows while the element lies in the array
+    array.InsertAt(0, array[4], 2);
+    array.InsertAt(9, u"z");
+    array.RemoveAt(2, 2);
+    array.RemoveAt(99);
+    array.RemoveAt(-1);
+    CString all;
+    for (int i = 0; i < array.GetSize(); ++i)
+        all += array[i].Left(3) + u"|";
+    EXPECT_EQ(all, CString(u"a l|a l|a l|d|a l|||z|"));
+    CStringArray copy;
+    copy.Copy(array);
+    EXPECT_EQ(copy.Append(array), 8);
+    EXPECT_EQ(copy[15], CString(u"z"));
+    array.RemoveAt(5, 99);
+    EXPECT_EQ(array.GetSize(), 5);
+    array.SetAtGrow(6, array[0]);
+    EXPECT_EQ(array[6].GetLength(), kLong.Left(27).GetLength());
+}
+
+TEST(Calendar, GivesEveryDayOfTheSystemsOwn) {
+    const unsigned long long day = 864000000000ULL;
+    for (unsigned long long k = 0; k < 400000; k += 1) {
+        const fieldscan::CalendarTime got = fieldscan::calendarTime(k * day + 12345678, 0);
+        const std::time_t seconds = static_cast<std::time_t>(k) * 86400 - 11644473600LL;
+        std::tm want = {};
+        gmtime_r(&seconds, &want);
+        ASSERT_EQ(got.field[0], want.tm_year + 1900) << k;
+        ASSERT_EQ(got.field[1], want.tm_mon + 1) << k;
+        ASSERT_EQ(got.field[2], want.tm_mday) << k;
+    }
+    const fieldscan::CalendarTime before = fieldscan::calendarTime(0, -1);
+    EXPECT_EQ(before.field[0] * 10000 + before.field[1] * 100 + before.field[2], 16001231);
+    EXPECT_EQ(before.field[3] * 10000 + before.field[4] * 100 + before.field[5], 235959);
+    EXPECT_EQ(fieldscan::calendarTime(12345678, 0).field[6], 234);
+    EXPECT_EQ(fieldscan::calendarTime(~0ULL, 0).field[0], 60056);
+}
+
+// What the formulas state: one turn more or less until the angle is in range.
+double wrappedByLoop(double a, double turn, bool closed) {
+    for (;;) {
+        if (a < 0.0)
+            a += turn;
+        else if (a > turn || (!closed && a >= turn))
+            a -= turn;
+        else
+            return a;
+    }
+}
+
+TEST(Arithmetic, WrapsAsAddingTurnsWould) {
+    std::string failures;
+    double angle = 1e-300;
+    for (int i = 0; i < 60000; ++i) {
+        angle = angle > 2e6 ? 1e-300 * i : angle * 1.013 + i * 1e-9;
+        for (const double a : {angle, -angle, 360.0 * i, -360.0 * i, 400.0 * i, -400.0 * (i % 100) - 1e-17}) {
+            for (const double turn : {360.0, 400.0}) {
+                for (const bool closed : {true, false}) {
+                    double got = a;
+                    fieldscan::wrapTurn(got, turn, closed);
+                    if (std::abs(a) > 1e5 && i % 100)
+                        continue;  // the loop is slow there
+                    const double want = wrappedByLoop(a, turn, closed);
+                    ASSERT_EQ(std::memcmp(&got, &want, sizeof got), 0) << a << " " << turn << " " << closed;
+                }
+            }
+        }
+    }
+    double unbounded = std::numeric_limits<double>::infinity();
+    fieldscan::wrapTurn(unbounded, 360.0, true);
+    EXPECT_EQ(unbounded, std::numeric_limits<double>::infinity());
+    EXPECT_EQ(fieldscan::truncated(-1e300), std::numeric_limits<int>::min());
+    EXPECT_EQ(fieldscan::truncated(2147483647.5), std::numeric_limits<int>::max());
+    EXPECT_EQ(fieldscan::truncated(-2147483647.9), -2147483647);
+    EXPECT_EQ(fieldscan::truncated(std::nan("")), 0);
+}
+
+TEST(Lines, SplitAndTrim) {
+    std::string_view fields[3];
+    EXPECT_EQ(fieldscan::splitAtCommas("a, b ,c,d", fields, 3), 3);
+    EXPECT_EQ(std::string(fields[0]) + std::string(fieldscan::trimmed(fields[1])) + std::string(fields[2]), "abc");
+    EXPECT_EQ(fieldscan::splitAtCommas("", fields, 3), 1);
+    EXPECT_EQ(fieldscan::splitAtCommas(",", fields, 3), 2);
+    EXPECT_EQ(fieldscan::trimmed(" \r\n"), "");
+}
+
+TEST(Card, GivesTheTitleOfAPath) {
+    const struct {
+        const char16_t* path;
+        const char16_t* title;
+    } rows[] = {{u"\\Card\\A.B.csv", u"A.B"}, {u"dir.x/name", u"name"}, {u".hidden", u".hidden"}, {u"C:\\x/y\\.", u"."},
+                {u"folder/", u""},           {u"", u""}};
+    for (const auto& row : rows) {
+        CString title(u"before");
+        EXPECT_EQ(CRTCard().GetFileTitle(row.path, title), *row.title ? 1 : 0);
+        EXPECT_EQ(title, CString(row.title));
+    }
+}
+
+CString shown;
+
+TEST(Message, GoesToTheHandler) {
+    const CKTImgMsg::Handler before =
+        CKTImgMsg::SetHandler([](const CString& text, const CRect& place) { shown = place.Width() ? u"" : text; });
+    CKTImgMsg::DispMessage(u"card full");
+    EXPECT_EQ(shown, CString(u"card full"));
+    CKTImgMsg::SetHandler(before);
+}
+
+}  // namespace

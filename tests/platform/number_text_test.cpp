@@ -1,0 +1,392 @@
+#include "platform/framework/number_text.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cfloat>
+#include <climits>
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <random>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using namespace std::string_view_literals;
+using fieldscan::Scanner;
+using Result = fieldscan::Scanner::Result;
+
+namespace {
+
+TEST(NumberText, IntegersSaturateAt32Bits) {
+    const struct {
+        std::string_view text;
+        int base;
+        int value;
+        std::size_t used;
+    } cases[] = {
+        {"2147483647", 10, INT_MAX, 10},
+        {"2147483648", 10, INT_MAX, 10},
+        {"-2147483648", 10, INT_MIN, 11},
+        {"-2147483649 ", 10, INT_MIN, 11},
+        {" \t\n\v\f\r+8x", 10, 8, 8},
+        {"-99999999999999999999", 10, INT_MIN, 21},
+        {"0xffffffff", 16, INT_MAX, 10},
+        {"-0X1f", 0, -31, 5},
+        {"0x", 16, 0, 1},
+        {"017", 0, 15, 3},
+        {"z", 36, 35, 1},
+        {"1", 1, 0, 0},
+        {"1", 37, 0, 0},
+        {"12\0003"sv, 10, 12, 2},
+        {"\0001"sv, 10, 0, 0},
+        {{}, 10, 0, 0},
+    };
+    for (const auto& c : cases) {
+        std::size_t used = 99;
+        EXPECT_EQ(fieldscan::parseInt(c.text, c.base, &used), c.value) << c.text << " base " << c.base;
+        EXPECT_EQ(used, c.used) << c.text << " base " << c.base;
+    }
+}
+
+TEST(NumberText, HexadecimalDenormalsRoundToNearest) {
+    EXPECT_EQ(fieldscan::parseDouble("0x2b8a7263dbea93p-1076"), 0x0.ae29c98f6faa5p-1022);
+    EXPECT_EQ(fieldscan::parseDouble("0x2b8a7263dbea92p-1076"), 0x0.ae29c98f6faa4p-1022);
+    EXPECT_EQ(fieldscan::parseDouble("0x2b8a7263dbea92" + std::string(100, '0') + "1p-1480"),
+              0x0.ae29c98f6faa5p-1022);
+}
+
+// What the C library cannot be asked: it ends a text at a NUL, and the end of a view need not be one.
+TEST(NumberText, TextsEndWhereTheViewEnds) {
+    std::size_t used = 99;
+    EXPECT_EQ(fieldscan::parseDouble("1.5\0005"sv, &used), 1.5);
+    EXPECT_EQ(used, 3u);
+    EXPECT_EQ(fieldscan::parseDouble("\0005"sv, &used), 0.0);
+    EXPECT_EQ(used, 0u);
+    EXPECT_EQ(fieldscan::parseDouble({}, &used), 0.0);
+    EXPECT_EQ(used, 0u);
+    const std::string_view line = "0x1.8p12";
+    const double beginnings[] = {0, 0, 0, 1, 1, 1.5, 1.5, 3};
+    for (std::size_t length = 0; length < line.size(); ++length)
+        EXPECT_EQ(fieldscan::parseDouble(line.substr(0, length)), beginnings[length]) << length;
+
+    Scanner scanner("7\0008 a\0b 9"sv);
+    int number = 0;
+    std::string word;
+    EXPECT_EQ(scanner.scanInt(number), Result::matched);
+    EXPECT_EQ(scanner.scanWord(word), Result::matched);
+    EXPECT_EQ(word, "\0008"sv);
+    EXPECT_EQ(scanner.scanWord(word), Result::matched);
+    EXPECT_EQ(word, "a\0b"sv);
+    EXPECT_EQ(scanner.scanInt(number), Result::matched);
+    EXPECT_EQ(scanner.scanInt(number), Result::endOfInput);
+    EXPECT_EQ(number, 9);
+}
+
+#if defined(__GLIBC__)
+
+// The C library is the reference while one of these lives; around it the locale of the test holds.
+class ReferenceLocale {
+public:
+    ReferenceLocale() {
+        static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
+        m_before = uselocale(plain);
+    }
+    ~ReferenceLocale() { uselocale(m_before); }
+
+private:
+    locale_t m_before;
+};
+
+// The parameter: under a locale with a decimal comma, or under "C".
+class AgainstCLibrary : public ::testing::TestWithParam<bool> {
+protected:
+    void SetUp() override {
+        if (!GetParam())
+            return;
+        for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8", "da_DK.UTF-8", "ru_RU.UTF-8"})
+            if (std::setlocale(LC_ALL, name) && std::strcmp(std::localeconv()->decimal_point, ",") == 0)
+                return;
+        GTEST_SKIP() << "this machine has no locale with a decimal comma, e.g. de_DE.UTF-8";
+    }
+    void TearDown() override { std::setlocale(LC_ALL, "C"); }
+
+    int count(int inC) const { return GetParam() ? inC / 20 : inC; }
+    std::mt19937_64 m_random{20240607};
+};
+
+INSTANTIATE_TEST_SUITE_P(NumberText, AgainstCLibrary, ::testing::Bool(),
+                         [](const auto& p) { return p.param ? "CommaLocale" : "CLocale"; });
+
+// The payload of a nan is left out: no text shows it.
+bool same(double a, double b) {
+    return std::signbit(a) == std::signbit(b) && (a == b || (std::isnan(a) && std::isnan(b)));
+}
+
+std::string exact(double value) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%a", value);
+    return text;
+}
+
+// Writes `value` behind a "-", which must not be taken for its sign, and reads it back. exponent: "%.Ne".
+void compareText(double value, int decimals, int width, bool zeroFill, bool exponent = false) {
+    static char expected[4096] = "-";
+    char* const number = expected + 1;
+    const std::size_t room = sizeof expected - 1;
+    double readBack = 0;
+    {
+        const ReferenceLocale reference;
+        if (exponent)
+            std::snprintf(number, room, "%.*e", decimals, value);
+        else
+            std::snprintf(number, room, zeroFill ? "%0*.*f" : "%*.*f", width, decimals, value);
+        readBack = std::strtod(number, nullptr);
+    }
+    static std::string actual;
+    actual = "-";
+    if (exponent)
+        fieldscan::appendExponent(actual, value, decimals);
+    else
+        fieldscan::appendFixed(actual, value, decimals, width, zeroFill);
+    ASSERT_STREQ(actual.c_str(), expected) << exact(value) << " decimals " << decimals << " width " << width;
+    ASSERT_PRED2(same, fieldscan::parseDouble(std::string_view(actual).substr(1)), readBack) << number;
+}
+
+TEST_P(AgainstCLibrary, RandomDoubles) {
+    const struct {
+        int decimals, width;
+        bool zeroFill, exponent;
+    } forms[] = {{6, 0, false, false},  {10, 20, false, false}, {5, 9, true, false},
+                 {4, 10, false, false}, {0, 0, false, false},   {6, 0, false, true}};
+    std::uniform_real_distribution<double> coordinate(-2e6, 2e6);
+    for (int i = 0; i < count(1000000); ++i) {
+        double value = coordinate(m_random);
+        if (i % 4 == 0) {
+            const std::uint64_t bits = m_random();
+            std::memcpy(&value, &bits, sizeof value);
+        }
+        for (const auto& form : forms) {
+            compareText(value, form.decimals, form.width, form.zeroFill, form.exponent);
+            if (HasFatalFailure())
+                return;
+        }
+    }
+}
+
+TEST_P(AgainstCLibrary, EdgesOfTheRange) {
+    const double values[] = {0.0,       0.5,
+                             1.5,       2.5,
+                             0.05,      0.125,
+                             9.9999995, 999999.9999995,
+                             1e15,      1e16,
+                             1e22,      1e23,
+                             1e308,     9007199254740993.0,
+                             DBL_MAX,   DBL_MIN,
+                             5e-324,    999999999999999.9,
+                             HUGE_VAL,  NAN};
+    for (const double magnitude : values)
+        for (const double value : {magnitude, -magnitude})
+            for (const int decimals : {0, 1, 2, 6, 20, 340, 1100})
+                for (const int width : {0, 1, 12, 400, 1600}) {
+                    ASSERT_NO_FATAL_FAILURE(compareText(value, decimals, width, false));
+                    ASSERT_NO_FATAL_FAILURE(compareText(value, decimals, width, true));
+                    ASSERT_NO_FATAL_FAILURE(compareText(value, decimals, 0, false, true));
+                }
+}
+
+TEST_P(AgainstCLibrary, IntegersAsText) {
+    for (int i = 0; i < count(100000); ++i) {
+        const long long value = i == 0 ? LLONG_MIN : static_cast<long long>(m_random()) >> m_random() % 64;
+        const int width = static_cast<int>(m_random() % 24);
+        const bool zeroFill = m_random() % 2;
+        char expected[40] = "-";
+        std::snprintf(expected + 1, sizeof expected - 1, zeroFill ? "%0*lld" : "%*lld", width, value);
+        std::string actual = "-";
+        fieldscan::appendInt(actual, value, width, zeroFill);
+        ASSERT_EQ(actual, expected) << value << " width " << width;
+    }
+}
+
+int saturated(long long value) {
+    return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
+}
+
+// For messages: `text` in brackets, its middle left out when it is long.
+std::string shown(const std::string& text) {
+    const std::size_t edge = 60;
+    if (text.size() <= 2 * edge)
+        return "[" + text + "]";
+    return "[" + text.substr(0, edge) + " ... " + text.substr(text.size() - edge) + "]";
+}
+
+std::string actualAndExpected(double actual, double expected) {
+    return " gives " + exact(actual) + ", expected " + exact(expected);
+}
+
+// Where strtod of glibc 2.36 itself is not to be trusted: of a denormal number in hexadecimal with more bits
+// than fit it takes some to the next but one double.
+bool agree(const std::string& text, double a, double b) {
+    const bool denormal = std::abs(a) < 2 * DBL_MIN && std::signbit(a) == std::signbit(b);
+    return same(a, b) || (denormal && std::abs(a - b) <= 5e-324 && text.find_first_of("xX") != text.npos);
+}
+
+// One scan of `text` by the conversions of `order`, d, f or s, until one fails and on.
+void compareScan(const std::string& text, const char* order) {
+    static char word[30000];
+    Scanner scanner(text);
+    const char* rest = text.c_str();
+    int expected = 1;
+    for (const char* kind = order; *kind; ++kind) {
+        double number = -7, actualNumber = -7;
+        long long integer = -7;
+        int actualInteger = -7;
+        std::strcpy(word, "none");
+        std::string actualWord = word;
+        if (expected == 1) {  // else sscanf has stopped
+            const ReferenceLocale reference;
+            int used = 0;
+            expected = *kind == 'f'   ? std::sscanf(rest, "%lf%n", &number, &used)
+                       : *kind == 'd' ? std::sscanf(rest, "%lld%n", &integer, &used)
+                                      : std::sscanf(rest, "%29999s%n", word, &used);
+            rest += used;
+        }
+        const Result result = *kind == 'f'   ? scanner.scanDouble(actualNumber)
+                              : *kind == 'd' ? scanner.scanInt(actualInteger)
+                                             : scanner.scanWord(actualWord);
+        const auto where = [&] { return shown(text) + " " + order + " at " + kind; };
+        ASSERT_EQ(result == Result::matched ? 1 : result == Result::mismatch ? 0 : EOF, expected) << where();
+        ASSERT_TRUE(agree(text, actualNumber, number)) << where() << actualAndExpected(actualNumber, number);
+        ASSERT_EQ(actualInteger, saturated(integer)) << where();
+        ASSERT_EQ(shown(actualWord), shown(word)) << where();
+        ASSERT_TRUE(actualWord == word) << where();
+    }
+}
+
+void compareParse(const std::string& text) {
+    const char* const begin = text.c_str();
+    char* end = nullptr;
+    std::size_t used = 99;
+    double number = 0;
+    {
+        const ReferenceLocale reference;
+        number = std::strtod(begin, &end);
+    }
+    const double actual = fieldscan::parseDouble(text, &used);
+    ASSERT_TRUE(agree(text, actual, number)) << shown(text) << actualAndExpected(actual, number);
+    ASSERT_EQ(used, static_cast<std::size_t>(end - begin)) << shown(text);
+    for (const int base : {10, 16, 0, 8, 2, 36}) {
+        int integer = 0;
+        {
+            const ReferenceLocale reference;
+            integer = saturated(std::strtoll(begin, &end, base));
+        }
+        ASSERT_EQ(fieldscan::parseInt(text, base, &used), integer) << shown(text) << " base " << base;
+        ASSERT_EQ(used, static_cast<std::size_t>(end - begin)) << shown(text) << " base " << base;
+    }
+    for (const char* order : {"fff", "dfsd", "sfd", "ddf"})
+        ASSERT_NO_FATAL_FAILURE(compareScan(text, order));
+}
+
+// Numbers and almost numbers, a "|" between them.
+const char kTexts[] =
+    "| |x|1455644.371000 -12.5 8| \t\n\v\f\r-1|\2401|\2051|1\xff|+.5|5.|.|-.|.e1|--1|+-1|-|- 1|1,5|"
+    "1.5.2|0x|0xg|-0x|0x.|0x.p1|0X.8P1|0x1p|0x1p+|0x1p+z|0x1p+-1|1e+-1|0x-1|0xinf|0x1.8e1|0x8.|1e|1e+|1E+ "
+    "5|1e5e5|"
+    "1e5.5|1d5|inf|infi|infx|infinit|INFINITYx|nan|-nan|nan(|nan(12)|NaN(a_Z9)5|nan(a-b)|nano|"
+    "1e99999999999|-1e-99999999999999999999|0e999999999|-0e-99999999999999999999|1e309|-1e-400|"
+    "0x1p99999999999999999999|-0x1p-99999999999999999999|0x0p99999999999|0x1p1024|0x1p-1075|"
+    "0x1.8p-1075|0x0.00000000000008p-1022|0x1.fffffffffffff8p1023|0x1.00000000000008p0|"
+    "0x1.000000000000080000000001p0|0x1.00000000000018p0|1.7976931348623157e308|"
+    "1.7976931348623159e308|4.9e-324|2.4703282292062327e-324|2.4703282292062328e-324|"
+    "2.2250738585072011e-308|9007199254740993|9007199254740993.00000000000000000000000000000001|"
+    "2147483648|-2147483649|99999999999999999999|0777|089|0b1|zz";
+
+std::vector<std::string> listTexts() {
+    std::istringstream list(kTexts);
+    std::vector<std::string> texts;
+    for (std::string text; std::getline(list, text, '|');)
+        texts.push_back(text);
+    return texts;
+}
+
+TEST_P(AgainstCLibrary, HostileTexts) {
+    for (const std::string& text : listTexts())
+        ASSERT_NO_FATAL_FAILURE(compareParse(text));
+    const std::string zeros(10000, '0'), nines(10000, '9');
+    for (const std::string& text : {zeros,
+                                    nines,
+                                    "1" + zeros + "e-10000",
+                                    "0." + zeros + "1e+10001",
+                                    "." + zeros + "1",
+                                    zeros + "." + zeros,
+                                    "-" + zeros + "1." + zeros + "1",
+                                    nines + "e-10000",
+                                    "0." + nines,
+                                    "1e" + nines,
+                                    "1e-" + nines,
+                                    "1e" + zeros + "5",
+                                    "0x" + zeros + "1p-4",
+                                    "0x1" + zeros + "p-40000",
+                                    "0x0." + zeros + "1p40001",
+                                    "0x1" + zeros + "p-38000",
+                                    "-0x0." + zeros + "1p38000",
+                                    "0x1." + zeros + "1",
+                                    "0x1.00000000000008" + zeros + "1",
+                                    "0x1p" + zeros + "3",
+                                    "0x" + nines,
+                                    "9007199254740993" + zeros + "1e-10001",
+                                    "1" + zeros + "e-10400",
+                                    "0." + zeros + "1e10400",
+                                    "nan(" + nines + ")",
+                                    std::string(10000, ' ') + "1"})
+        ASSERT_NO_FATAL_FAILURE(compareParse(text));
+}
+
+TEST_P(AgainstCLibrary, RandomTexts) {
+    const std::string alphabet = "0123456789+-.eExXpPinfaty() \t";
+    const std::vector<std::string> texts = listTexts();
+    const auto below = [this](std::size_t n) { return static_cast<std::size_t>(m_random() % n); };
+    for (int i = 0; i < count(200000); ++i) {
+        std::string text;
+        const int power = static_cast<int>(below(700)) - 350;
+        switch (below(5)) {
+            case 0:  // integers of up to 64 bits: half of those between 2^53 and 2^54 need rounding to even
+                text = std::to_string(m_random() >> below(64));
+                break;
+            case 1:  // all over the range of double and beyond
+                text = std::to_string(m_random() >> below(64)) + "e" + std::to_string(power);
+                break;
+            case 2:
+                text.resize(40);
+                std::snprintf(&text[0], 40, "0x%llxp%d",
+                              static_cast<unsigned long long>(m_random() >> below(64)), power * 4);
+                text.resize(std::strlen(text.c_str()));
+                break;
+            case 3:
+                text = texts[below(texts.size())];
+                break;
+            default:
+                for (std::size_t length = below(12); length > 0; --length)
+                    text += alphabet[below(alphabet.size())];
+        }
+        for (std::size_t edits = below(4); edits > 0; --edits)
+            text.replace(below(text.size() + 1), below(3), below(3), alphabet[below(alphabet.size())]);
+        ASSERT_NO_FATAL_FAILURE(compareParse(text));
+    }
+}
+
+#else
+
+TEST(NumberText, AgainstCLibrary) {
+    GTEST_SKIP() << "the reference is the C library of a glibc host";
+}
+
+#endif
+
+}  // namespace

@@ -1,0 +1,290 @@
+// Vertices, polylines, key sort.
+#include <fieldscan/key_sort.h>
+#include <fieldscan/polyline.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "tests/shared_data.h"
+
+namespace {
+
+CPolyline ring(std::initializer_list<std::pair<double, double>> vertices) {
+    CPolyline polyline;
+    for (const auto& vertex : vertices)
+        polyline.AddVertex(CVertex(vertex.first, vertex.second, 0, 0));
+    return polyline;
+}
+
+CPolyline unitSquare() { return ring({{0, 0}, {1, 0}, {1, 1}, {0, 1}}); }
+
+// The x coordinates, to see an order at a glance.
+std::vector<double> xs(const CPolyline& polyline) {
+    std::vector<double> result;
+    for (int i = 0; i < polyline.GetVertexSize(); ++i)
+        result.push_back(polyline.GetVertex(static_cast<unsigned>(i))->x);
+    return result;
+}
+
+TEST(Vertex, CarriesFlagsAndIsNamedZero) {
+    CVertex made, given(1, 2, 3, 0x11);
+    EXPECT_EQ(made.flag, 0x20);
+    EXPECT_EQ(made.name, CString(u"0"));
+    EXPECT_EQ(given.name, CString(u"0"));
+    EXPECT_EQ(given.IsSplineFrame(), 1);
+    EXPECT_EQ(given.CheckVertexFlag(0x11), 1);
+    EXPECT_EQ(given.CheckVertexFlag(0x13), 0);
+    given.SetSplineVertex(5);
+    given.SetSplineFrame(0);
+    EXPECT_EQ(given.flag, 0x09);
+    given.SetSplineVertex(0);
+    given.SetSplineFrame(-1);
+    EXPECT_EQ(given.flag, 0x11);
+    given.name = u"V1";
+    given.code = u"EDGE";
+    CVertex copy(given);
+    made = copy;
+    EXPECT_EQ(made.name + made.code, CString(u"V1EDGE"));
+    EXPECT_EQ(made.flag, 0x11);
+    EXPECT_EQ(made.y, 2.0);
+}
+
+TEST(Polyline, RefusesIndicesThatDoNotExist) {
+    CPolyline polyline;
+    CVertex v(5, 0, 0, 0);
+    EXPECT_EQ(polyline.InsertVertex(0, v), 0) << "empty";
+    EXPECT_EQ(polyline.GetVertex(0), nullptr);
+    EXPECT_EQ(polyline.AddVertex(v), 0);
+    EXPECT_EQ(polyline.AddVertex(CVertex(6, 0, 0, 0)), 1);
+    for (const unsigned i : {2u, 3u, 0x7fffffffu, 0x80000000u, 0xffffffffu}) {
+        EXPECT_EQ(polyline.GetVertex(i), nullptr) << i;
+        EXPECT_EQ(polyline.SetVertex(i, v) + polyline.InsertVertex(i, v) + polyline.DelVertex(i), 0) << i;
+        EXPECT_EQ(polyline.GetDistance(0, static_cast<int>(i)), 0.0) << i;
+        EXPECT_EQ(polyline.GetDistanceXY(static_cast<int>(i), 0), 0.0) << i;
+    }
+    polyline.SetVertexSize(0xffffffffu);
+    EXPECT_EQ(xs(polyline), (std::vector<double>{5, 6}));
+}
+
+TEST(Polyline, EditsItsVertices) {
+    CPolyline polyline = ring({{1, 0}, {2, 0}, {3, 0}});
+    EXPECT_EQ(polyline.InsertVertex(0, *polyline.GetVertex(2)), 1) << "a vertex of its own";
+    EXPECT_EQ(polyline.SetVertex(1, CVertex(9, 0, 0, 0)), 1);
+    EXPECT_EQ(polyline.DelVertex(2), 1);
+    EXPECT_EQ(xs(polyline), (std::vector<double>{3, 9, 3}));
+    polyline.SetVertexSize(5);
+    EXPECT_EQ(polyline.GetVertex(4)->flag, 0x20);
+    EXPECT_EQ(polyline.GetVertex(4)->x, 0.0);
+    polyline.SetVertexSize(1);
+    polyline.Reverse();
+    EXPECT_EQ(xs(polyline), (std::vector<double>{3}));
+    polyline.DelAllVertex();
+    EXPECT_EQ(polyline.vertices.GetCapacity(), 0);
+}
+
+TEST(Polyline, CopiesEverything) {
+    CPolyline a(8, 77);
+    a.name = u"ridge";
+    a.reserved1 = 1;
+    a.reserved2 = 2;
+    a.Close();
+    a.AddVertex(CVertex(1, 2, 3, 0x10));
+    CPolyline b(a), c;
+    c = b;
+    c = *&c;
+    EXPECT_EQ(c.name, CString(u"ridge"));
+    EXPECT_EQ(c.flags * 1000 + c.splineFlag, 9077);
+    EXPECT_EQ(c.reserved1 * 10 + c.reserved2, 12);
+    EXPECT_EQ(c.GetVertex(0)->flag, 0x10);
+    EXPECT_EQ(CPolyline().name, CString(u"0"));
+    EXPECT_EQ(CPolyline().flags, 8);
+}
+
+TEST(Polyline, Flags) {
+    CPolyline polyline;
+    EXPECT_EQ(polyline.IsClose(), 0);
+    polyline.Close();
+    EXPECT_EQ(polyline.IsClose() + polyline.CheckPolylineFlag(9) + polyline.CheckPolylineFlag(11), 2);
+    polyline.Open();
+    EXPECT_EQ(polyline.flags, 8);
+    const struct {
+        int kind, result, stored;
+    } rows[] = {{6, 1, 6}, {1000, 1, 1000}, {5, 0, 0}, {1000, 1, 1000}, {0, 0, 0}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(polyline.SetSplineFlag(row.kind), row.result);
+        EXPECT_EQ(polyline.GetSplineFlag(), row.stored);
+    }
+    const struct {
+        int bits, kind;
+    } masks[] = {{7, 6}, {1006, 6}, {1001, 1000}, {992, 0}, {2, 0}};
+    for (const auto& row : masks)
+        EXPECT_EQ(CPolyline(8, row.bits).GetSplineFlag(), row.kind) << row.bits;
+}
+
+TEST(Polyline, TurnsByTheStatedSum) {
+    CPolyline square = unitSquare();
+    EXPECT_EQ(square.CheckTurn(), -1);
+    square.Normalize();
+    EXPECT_EQ(square.GetVertex(1)->x, 1.0) << "kept";
+    square.Reverse();
+    EXPECT_EQ(square.CheckTurn(), 1);
+    EXPECT_EQ(xs(square), (std::vector<double>{0, 1, 1, 0}));
+    EXPECT_EQ(square.GetVertex(0)->y, 1.0);
+    square.Normalize();
+    EXPECT_EQ(square.CheckTurn(), -1);
+
+    CPolyline line = ring({{1, 0}, {2, 0}});
+    EXPECT_EQ(line.CheckTurn(), 0);
+    line.Normalize();
+    EXPECT_EQ(xs(line), (std::vector<double>{2, 1})) << "degenerate ones are reversed";
+    // Counter-clockwise; the triple that is left out (last, first, second) would have made it -1.
+    EXPECT_EQ(ring({{0, 1}, {6, 3}, {1, 2}, {1, 5}}).CheckTurn(), 1);
+}
+
+TEST(Polyline, PointsOnEdgesBelongToTheLeft) {
+    const CPolyline square = unitSquare();
+    const struct {
+        double x, y;
+        int inside;
+    } rows[] = {{0.5, 0.5, 1}, {0, 0.5, 0}, {1, 0.5, 1}, {0.5, 1, 0}, {0.5, 0, 1}, {-1, 0.5, 0}, {2, 0.5, 0},
+                {0.5, -1, 0},  {0, 0, 0},   {1, 0, 1},   {1, 1, 0},   {0.5, std::nan(""), 0}};
+    for (const auto& row : rows)
+        EXPECT_EQ(square.PtInPolyline(row.x, row.y), row.inside) << row.x << " " << row.y;
+    EXPECT_EQ(CPolyline().PtInPolyline(0, 0), 0);
+    EXPECT_EQ(ring({{0, 0}}).PtInPolyline(0, 0), 0);
+    // Of two polygons that share an edge, run through in the same sense, exactly one owns each of its points.
+    const CPolyline left = ring({{0, 0}, {3, 0}, {5, 7}, {0, 7}}), right = ring({{9, 0}, {3, 0}, {5, 7}, {9, 7}});
+    for (int i = 0; i < 700; ++i) {
+        const double y = i * 0.01, x = (5.0 - 3.0) / (7.0 - 0.0) * (y - 0.0) + 3.0;
+        EXPECT_EQ(left.PtInPolyline(x, y) + right.PtInPolyline(x, y), 1) << y;
+    }
+}
+
+TEST(Polyline, AgreesWithARealLibraryOnRealOutlines) {
+    for (const std::string name : {"switzerland", "lake_volta"}) {
+        const auto outline = sharedTable("polygon/" + name + "_outline.csv");
+        const auto points = sharedTable("polygon/" + name + "_points.csv");
+        SKIP_WITHOUT(outline);
+        CPolyline polygon;
+        for (const auto& row : outline)
+            polygon.AddVertex(CVertex(std::stod(row[0]), std::stod(row[1]), 0, 0));
+        EXPECT_EQ(points.size(), 2000u);
+        for (const auto& row : points)
+            ASSERT_EQ(polygon.PtInPolyline(std::stod(row[0]), std::stod(row[1])), std::stoi(row[2])) << row[0];
+    }
+}
+
+TEST(Polyline, Measures) {
+    CPolyline square = unitSquare();
+    EXPECT_EQ(square.GetTotalLength(), 3.0);
+    square.Close();
+    EXPECT_EQ(square.GetTotalLength(), 4.0);
+    square.GetVertex(2)->z = 2;
+    EXPECT_EQ(square.GetDistance(0, 2), std::sqrt(6.0));
+    EXPECT_EQ(square.GetDistanceXY(0, 2), std::sqrt(2.0));
+    EXPECT_EQ(square.GetTotalLengthXY(), 4.0);
+    CPolyline one = ring({{3, 4}});
+    one.Close();
+    EXPECT_EQ(one.GetTotalLength() + CPolyline().GetTotalLength(), 0.0);
+
+    double box[6] = {7, 7, 7, 7, 7, 7};
+    EXPECT_EQ(square.GetRange(box[0], box[1], box[2], box[3], box[4], box[5]), 1);
+    EXPECT_EQ(box[0] * 10 + box[1] + box[4] + box[5], 3.0);
+    EXPECT_EQ(CPolyline().GetRange(box[0], box[1], box[2], box[3], box[4], box[5]), 0);
+    EXPECT_EQ(box[0] + box[1] + box[2] + box[3] + box[4] + box[5], 0.0);
+}
+
+TEST(Polyline, Interpolates) {
+    CPolyline line = ring({{0, 0}, {10, 0}});
+    line.name = u"edge";
+    for (const double step : {0.0, -1.0, std::nan(""), 1e-9 * 1e-9})
+        EXPECT_EQ(line.InterpolateVertex(step), 0) << step;
+    EXPECT_EQ(line.InterpolateVertex(10), 1);
+    EXPECT_EQ(line.GetVertexSize(), 2);
+    CPolyline closed(line);
+    closed.Close();
+    EXPECT_EQ(line.InterpolateVertex(3), 1);
+    EXPECT_EQ(xs(line), (std::vector<double>{0, 1.0 / 10 * 3.0 * 10, 1.0 / 10 * 6.0 * 10, 1.0 / 10 * 9.0 * 10, 10}));
+    EXPECT_EQ(line.GetVertex(1)->name, CString(u"edge"));
+    EXPECT_EQ(line.GetVertex(1)->flag, 0x20);
+    EXPECT_EQ(line.GetVertex(4)->name, CString(u"0"));
+    EXPECT_EQ(line.GetVertex(4)->flag, 0);
+    closed.InterpolateVertex(3);
+    ASSERT_EQ(closed.GetVertexSize(), 8);
+    EXPECT_NEAR(closed.GetVertex(7)->x, 1, 1e-12);
+    CPolyline steep = ring({{0, 0}, {3, 0}});
+    steep.GetVertex(1)->z = 4;
+    steep.InterpolateVertex(2.5);
+    ASSERT_EQ(steep.GetVertexSize(), 3) << "by the distance in space";
+    EXPECT_EQ(steep.GetVertex(1)->z, 2.0);
+    CPolyline empty, endless = ring({{0, 0}, {std::numeric_limits<double>::infinity(), 0}});
+    EXPECT_EQ(empty.InterpolateVertex(1), 1);
+    EXPECT_EQ(endless.InterpolateVertex(1), 0);
+    EXPECT_EQ(endless.GetVertexSize(), 2);
+}
+
+void expectSorted(const std::vector<double>& input, int ascending) {
+    CArray<double, double> keys;
+    CArray<int, int> order;
+    const int n = static_cast<int>(input.size());
+    keys.SetSize(n);
+    std::copy(input.begin(), input.end(), keys.GetData());
+    QuickSortKey(keys, order, ascending);
+    ASSERT_EQ(order.GetSize(), n);
+    std::vector<bool> seen(input.size());
+    for (int k = 0; k < n; ++k) {
+        const auto from = static_cast<std::size_t>(order[k]);
+        ASSERT_FALSE(seen[from]);
+        seen[from] = true;
+        ASSERT_TRUE(keys[k] == input[from] || (std::isnan(keys[k]) && std::isnan(input[from]))) << k;
+        if (k == 0)
+            continue;
+        const double low = ascending ? keys[k - 1] : keys[k], high = ascending ? keys[k] : keys[k - 1];
+        ASSERT_TRUE(low <= high || std::isnan(high)) << k;
+        ASSERT_TRUE(keys[k - 1] != keys[k] || order[k - 1] < order[k]) << "equal keys keep their order";
+    }
+}
+
+// A sequence that makes a quicksort with the median of first, middle and last as its pivot quadratic.
+std::vector<double> againstMedianOfThree(int n) {
+    std::vector<double> keys(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i)
+        keys[static_cast<std::size_t>(i)] = i + 1;
+    for (int hi = n - 1; hi > 1; --hi)
+        std::swap(keys[static_cast<std::size_t>(hi) / 2], keys[static_cast<std::size_t>(hi) - 1]);
+    return keys;
+}
+
+TEST(KeySort, SortsWhateverTheKeys) {
+    const double nan = std::nan(""), infinity = std::numeric_limits<double>::infinity();
+    std::mt19937_64 random(4);
+    std::vector<double> keys(1000000);
+    for (double& key : keys)
+        key = static_cast<double>(random() % 500000) - 1e5;
+    std::vector<double> sorted = keys;
+    std::sort(sorted.begin(), sorted.end());
+    for (const auto& input :
+         {std::vector<double>{}, {5}, {3, 1, 2}, {0.0, -0.0, 0.0, -1}, {nan, 1, nan, -infinity, infinity, 0},
+          std::vector<double>(100, nan), std::vector<double>(1000000, 4.0), keys, sorted,
+          std::vector<double>(sorted.rbegin(), sorted.rend()), againstMedianOfThree(1000000)}) {
+        expectSorted(input, 1);
+        expectSorted(input, 0);
+        if (HasFatalFailure())
+            return;
+    }
+    CArray<double, double> three;
+    CArray<int, int> order;
+    for (const double key : {3.0, 1.0, 2.0})
+        three.Add(key);
+    QuickSortKey(three, order, 1);
+    EXPECT_EQ(order[0] * 100 + order[1] * 10 + order[2], 120);
+    QuickSortKey(three, order, 0);
+    EXPECT_EQ(three[0] * 100 + three[1] * 10 + three[2], 321);
+    EXPECT_EQ(order[0] * 100 + order[1] * 10 + order[2], 210);
+}
+
+}  // namespace

@@ -1,0 +1,400 @@
+// Scan areas: checks, polylines, outline, outline tests, files.
+#include <fieldscan/message.h>
+#include <fieldscan/scan_area.h>
+#include <fieldscan/survey.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "tests/shared_data.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+const double kPi = 3.141592653589793;
+const double kRadian = 0.017453292519943295;
+
+void addDirection(CArray<CWPK, CWPK&>& list, double horizontalDegrees, double zenithDegrees) {
+    CWPK direction(zenithDegrees * kRadian, 0, horizontalDegrees * kRadian);
+    list.Add(direction);
+}
+
+// A grid of shots one degree apart, consistent.
+void fillGrid(CScanArea& area, int columns, int rows) {
+    area.columnCount = columns;
+    area.rowCount = rows;
+    for (int i = 0; i < columns * rows; ++i) {
+        addDirection(area.shootAngles, 10 + i % columns, 80 + i / columns);
+        area.imageNames.Add(CString(u"IMG") + CString(std::to_string(i).c_str()) + u".jpg");
+    }
+}
+
+TEST(ScanArea, ChecksInTheStatedOrder) {
+    CScanArea area;
+    EXPECT_EQ(area.CheckParameter(), 1) << "an empty grid";
+    fillGrid(area, 3, 2);
+    EXPECT_EQ(area.CheckParameter(), 1);
+    struct Case {
+        int expected;
+        void (*spoil)(CScanArea&);
+    };
+    const Case cases[] = {
+        {-1, [](CScanArea& a) { a.imageNames.RemoveAt(0), a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
+        {-2, [](CScanArea& a) { a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
+        {-1, [](CScanArea& a) { a.columnCount = 65536 * 3, a.rowCount = 65536; }},
+        {-3, [](CScanArea& a) { a.areaAngle1.omega = -1e-300; }},
+        {-3, [](CScanArea& a) { a.areaAngle2.kappa = kPi * 2; }},
+        {-3, [](CScanArea& a) { a.areaAngle2.omega = std::nan(""); }},
+        {1, [](CScanArea& a) { a.areaAngle1.kappa = std::nextafter(kPi * 2, 0.0); }},
+        {-4, [](CScanArea& a) { a.shootAngles[4].omega += 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.shootAngles[4].omega -= 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.shootAngles[4].omega = a.shootAngles[3].omega + 0.99 * kRadian; }},
+        {-4, [](CScanArea& a) { a.shootAngles[5].kappa += 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.shootAngles[5].kappa -= 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.columnCount = -3, a.rowCount = -2; }},
+    };
+    for (const Case& c : cases) {
+        CScanArea spoilt(area);
+        c.spoil(spoilt);
+        EXPECT_EQ(spoilt.CheckParameter(), c.expected) << "case " << &c - cases;
+    }
+    CScanArea edge;  // the limit itself passes: the difference must exceed it
+    fillGrid(edge, 2, 1);
+    edge.shootAngles[0].omega = 0;
+    edge.shootAngles[1].omega = kRadian;
+    EXPECT_EQ(edge.CheckParameter(), 1);
+}
+
+TEST(ScanArea, CopiesAllButTheTablesAndPolylines) {
+    CScanArea a, b;
+    fillGrid(a, 2, 1);
+    a.headerLine = u"header";
+    a.areaAngle2.kappa = 1;
+    addDirection(a.outlineAngles, 5, 90);
+    a.workTable1.Add(1);
+    a.workTable2.Add(1);
+    a.CalHVPolyline1();
+    b.workTable1.Add(7);
+    b.outlinePolyline.AddVertex(CVertex());
+    b = a;
+    b = *&b;
+    EXPECT_EQ(b.columnCount * 10 + b.rowCount, 21);
+    EXPECT_EQ(b.imageNames[1] + b.headerLine, CString(u"IMG1.jpgheader"));
+    EXPECT_EQ(b.shootAngles.GetSize() + b.outlineAngles.GetSize(), 3);
+    EXPECT_EQ(b.areaAngle2.kappa, 1.0);
+    EXPECT_EQ(b.workTable1[0], 7.0);
+    EXPECT_EQ(b.workTable2.GetSize() + b.shootPolyline.GetVertexSize(), 0);
+    EXPECT_EQ(b.outlinePolyline.GetVertexSize(), 1);
+    b.Init();
+    EXPECT_EQ(b.columnCount + b.rowCount + b.imageNames.GetSize() + b.shootAngles.GetSize() + b.workTable1.GetSize() +
+                  b.outlineAngles.GetSize() + b.headerLine.GetLength(),
+              0);
+    EXPECT_EQ(b.outlinePolyline.GetVertexSize(), 1) << "Init leaves the polylines";
+}
+
+TEST(ScanArea, NamesTheOrientationFiles) {
+    CScanArea area;
+    EXPECT_EQ(area.IsWithImage(), 0);
+    const struct {
+        const char16_t *image, *orientation;
+    } rows[] = {{u"IMG0001.jpg", u"IMG0001.ext"}, {u" a.b.c ", u"a.b.ext"}, {u"none", u".ext"}, {u".", u".ext"}};
+    area.columnCount = 2;
+    area.rowCount = 3;
+    for (const auto& row : rows)
+        area.imageNames.Add(row.image);
+    CString name(u"before");
+    EXPECT_EQ(area.GetExtFileName(-1, name) + area.GetExtFileName(6, name), 0);
+    EXPECT_EQ(name, CString(u"before"));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(area.GetExtFileName(i, name), 1);
+        EXPECT_EQ(name, CString(rows[i].orientation));
+    }
+    EXPECT_EQ(area.GetExtFileName(5, name), 1) << "inside the grid, without a name";
+    EXPECT_EQ(area.IsWithImage(), 1);
+    area.imageNames[0].Empty();
+    EXPECT_EQ(area.IsWithImage(), 0);
+}
+
+TEST(ScanArea, NormalizesIntoTheHalfOpenTurn) {
+    const struct {
+        double angle, expected;
+    } rows[] = {{-kPi / 2, kPi * 1.5}, {4 * kPi + 0.1, 0.1}, {kPi * 2, 0}, {-kPi * 2, 0}, {-1e-20, 0}, {1, 1},
+                {-100, 32 * kPi - 100}, {1000, 1000 - 318 * kPi}};
+    for (const auto& row : rows) {
+        double angle = row.angle;
+        CScanArea().NormalizeAngle(angle);
+        EXPECT_NEAR(angle, row.expected, 1e-12) << row.angle;
+        EXPECT_TRUE(angle >= 0 && angle < kPi * 2) << row.angle;
+    }
+}
+
+TEST(ScanArea, RebuildsItsPolylines) {
+    CScanArea area;
+    fillGrid(area, 2, 1);
+    addDirection(area.outlineAngles, 350, 80);
+    addDirection(area.outlineAngles, 10, 100);
+    for (int twice = 0; twice < 2; ++twice) {
+        area.CalHVPolyline1();
+        area.CalHVPolyline2();
+    }
+    ASSERT_EQ(area.shootPolyline.GetVertexSize(), 2);
+    EXPECT_NEAR(area.shootPolyline.GetVertex(1)->x, 11, 1e-12);
+    EXPECT_EQ(area.shootPolyline.GetVertex(1)->y, 0.0);
+    EXPECT_NEAR(area.shootPolyline.GetVertex(1)->z, 80, 1e-12);
+    EXPECT_EQ(area.shootPolyline.GetVertex(1)->flag, 0x20);
+    ASSERT_EQ(area.outlinePolyline.GetVertexSize(), 2);
+    EXPECT_NEAR(area.outlinePolyline.GetVertex(0)->y, 10, 1e-12);
+    EXPECT_NEAR(area.outlinePolyline.GetVertex(1)->y, 350, 1e-12) << "below the horizon";
+    EXPECT_EQ(area.outlinePolyline.GetVertex(1)->z, 0.0);
+}
+
+CScanArea outlineOf(std::initializer_list<double> horizontalDegrees) {
+    CScanArea area;
+    int k = 0;
+    for (const double h : horizontalDegrees)
+        addDirection(area.outlineAngles, h, 80 + k++ % 3);
+    return area;
+}
+
+std::string joined(const CArray<int, int&>& indices) {
+    std::string text;
+    for (int i = 0; i < indices.GetSize(); ++i)
+        text += std::to_string(indices[i]);
+    return text;
+}
+
+TEST(Outline, SplitsAtTheZeroDirection) {
+    const struct {
+        std::initializer_list<double> horizontal;
+        int crosses;
+        const char *after, *before;
+        double left, right;
+    } rows[] = {{{350, 10, 20, 340}, 1, "12", "30", 340, 20},
+                {{10, 20, 30}, 0, "", "", 10, 30},
+                {{0, 180}, 1, "0", "1", 180, 0},            // half a turn exactly
+                {{0, 179.9}, 0, "", "", 0, 179.9},
+                {{350, 10, 355, 5, 20, 340}, 1, "134", "250", 340, 20},  // twice
+                {{5, 355}, 1, "0", "1", 355, 5},
+                {{90}, 0, "", "", 90, 90}};
+    for (const auto& row : rows) {
+        CScanArea area = outlineOf(row.horizontal);
+        ASSERT_EQ(area.CheckZeroCross(), row.crosses) << row.left;
+        if (row.crosses) {
+            CArray<int, int&> after, before;
+            after.SetSize(9);
+            area.DivideZeroCross(&after, &before);
+            EXPECT_EQ(joined(after), row.after);
+            EXPECT_EQ(joined(before), row.before);
+        }
+        area.areaAngle1.phi = 3;
+        EXPECT_EQ(area.CalPolylineTopLeftBottomRight(), 1);
+        EXPECT_EQ(area.areaAngle1.kappa, row.left * kRadian);
+        EXPECT_EQ(area.areaAngle2.kappa, row.right * kRadian);
+        EXPECT_EQ(area.areaAngle1.omega, 80 * kRadian);
+        EXPECT_EQ(area.areaAngle2.omega, (row.horizontal.size() > 2 ? 82 : 79 + static_cast<int>(row.horizontal.size())) * kRadian);
+        EXPECT_EQ(area.areaAngle1.phi, 3.0);
+    }
+    EXPECT_EQ(outlineOf({1, 2, 3, 4, 5}).GetMinmumHAngleIndex(), 3) << "the last of equal ones";
+
+    CScanArea empty;
+    CArray<int, int&> after, before;
+    after.SetSize(2);
+    empty.DivideZeroCross(&after, &before);
+    empty.DivideZeroCross(nullptr, nullptr);
+    EXPECT_EQ(after.GetCapacity() + empty.CheckZeroCross(), 0);
+    EXPECT_EQ(empty.GetMinmumHAngleIndex(), -1);
+    empty.CalPolylineTopLeftBottomRight();
+    EXPECT_EQ(empty.areaAngle1.omega + empty.areaAngle1.kappa, 720.0);
+    EXPECT_EQ(empty.areaAngle2.omega + empty.areaAngle2.kappa, -2.0);
+}
+
+// An outline of (horizontal angle, elevation), turned; `throughRadians` as the left edge will go.
+CPolyline angleOutline(std::initializer_list<std::pair<double, double>> directions, double turnedBy = 0,
+                       bool throughRadians = true) {
+    CPolyline outline;
+    for (const auto& direction : directions) {
+        double h = direction.first + turnedBy;
+        CCalcXYZHV::Angle0To360(h);
+        if (h == 360)
+            h = 0;
+        if (throughRadians)
+            h = h * kRadian * 57.29577951308232;
+        outline.AddVertex(CVertex(h, CCalcXYZHV::AngleZ0toH0(90 - direction.second), 0, 0));
+    }
+    return outline;
+}
+
+TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
+    for (int heading = 0; heading < 360; heading += 15) {
+        const CPolyline outline = angleOutline({{-10, -5}, {10, -5}, {12, 8}, {0, 3}, {-8, 8}}, heading);
+        const struct {
+            double h, v;
+            int inside;
+        } rows[] = {{0, 0, 1}, {-5, 4.5, 1}, {0, 5, 0}, {11, 6, 1}, {-11, 0, 0}, {13, 0, 0}, {0, -6, 0}, {180, 0, 0}};
+        for (const auto& row : rows) {
+            double h = row.h + heading;
+            CCalcXYZHV::Angle0To360(h);
+            const double v = row.v < 0 ? row.v + 360 : row.v;
+            EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v), row.inside)
+                << row.h << " " << row.v << " heading " << heading;
+        }
+        double left, right, top, bottom;
+        EXPECT_EQ(CCalcXYZHV::GetAngleRange(outline, left, right, top, bottom), 1);
+        EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, left), -10, 1e-9) << heading;
+        EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, right), 12, 1e-9) << heading;
+    }
+    // 125 degrees come back from radians a rounding step high: the leftmost vertex is 360 degrees to the right.
+    const CPolyline asGiven = angleOutline({{125, -5}, {145, -5}, {147, 8}, {127, 8}}, 0, false);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(asGiven, 135, 2), 0);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{125, -5}, {145, -5}, {147, 8}, {127, 8}}), 135, 2), 1);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(CPolyline(), 0, 0), 0);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{0, 0}, {1, 0}, {1, 1}}), std::nan(""), 0), 0);
+    double left, right, top, bottom;
+    CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom);
+    EXPECT_NEAR(top, 30, 1e-12);
+    EXPECT_NEAR(bottom, 10, 1e-12);
+}
+
+TEST(OutlineTests, AgreeWithARealLibraryOnRealOutlines) {
+    for (const std::string name : {"a", "c", "e"}) {
+        const auto outline = sharedTable("polygon/angle_switzerland_" + name + "_outline.csv");
+        const auto points = sharedTable("polygon/angle_switzerland_" + name + "_points.csv");
+        SKIP_WITHOUT(outline);
+        CPolyline polygon;
+        for (const auto& row : outline)
+            polygon.AddVertex(CVertex(std::stod(row[0]), std::stod(row[1]), 0, 0));
+        EXPECT_EQ(points.size(), 600u);
+        for (const auto& row : points)
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(polygon, std::stod(row[0]), std::stod(row[1])), std::stoi(row[2]))
+                << name << " " << row[0];
+    }
+}
+
+CString shown;
+
+class ScanAreaFile : public TempFolder {
+protected:
+    void SetUp() override {
+        TempFolder::SetUp();
+        shown.Empty();
+        before = CKTImgMsg::SetHandler([](const CString& text, const CRect&) { shown += text + u"|"; });
+    }
+    void TearDown() override {
+        CKTImgMsg::SetHandler(before);
+        TempFolder::TearDown();
+    }
+    CKTImgMsg::Handler before = nullptr;
+};
+
+TEST_F(ScanAreaFile, HasTheStatedLines) {
+    CScanArea area;
+    area.areaAngle1.SetWPK(80.5 * kRadian, 9, 350 * kRadian);
+    area.areaAngle2.SetWPK(100.25 * kRadian, 9, 20 * kRadian);
+    ASSERT_EQ(area.Write(path("job")), 1);
+    EXPECT_EQ(get("job"), "0 0\n350.000000 80.500000\n20.000000 100.250000\n");
+    fillGrid(area, 2, 1);
+    area.imageNames[1] = u"\u5cb3 1.jpg";
+    area.imageNames.Add(u"extra.jpg");
+    ASSERT_EQ(area.Write(path("job")), 1);
+    EXPECT_EQ(get("job"),
+              "2 1\n350.000000 80.500000\n20.000000 100.250000\n10.000000 80.000000 IMG0.jpg\n"
+              "11.000000 80.000000 \xE5\xB2\xB3 1.jpg\n0.000000 0.000000 extra.jpg\n");
+    CScanArea read;
+    read.headerLine = u"old";
+    addDirection(read.outlineAngles, 1, 1);
+    ASSERT_EQ(read.Read(path("job")), 1);
+    EXPECT_EQ(read.columnCount * 10 + read.rowCount, 21);
+    EXPECT_EQ(read.areaAngle1.kappa, 350 * kRadian);
+    EXPECT_EQ(read.areaAngle2.omega, 100.25 * kRadian);
+    EXPECT_EQ(read.areaAngle1.phi + read.shootAngles[1].phi, 0.0);
+    EXPECT_EQ(read.shootAngles[1].kappa, 11 * kRadian);
+    EXPECT_EQ(read.imageNames.GetSize(), 3);
+    EXPECT_EQ(read.imageNames[1], CString(u"\u5cb3")) << "a name ends at its first blank";
+    EXPECT_EQ(read.headerLine.GetLength() + read.outlineAngles.GetSize(), 0);
+    EXPECT_TRUE(shown.IsEmpty());
+}
+
+TEST_F(ScanAreaFile, ReadsWhatItCan) {
+    const std::string corners = "350 80.5\r\n2e1 +100.25 // right\n";
+    const struct {
+        std::string bytes;
+        int result, shots;
+    } rows[] = {{"", 0, 0},
+                {"1 1\n", 0, 0},
+                {"1 1\n350 80\n", 0, 0},
+                {"1\n" + corners, 0, 0},
+                {"WQ_FSCAN_AREA_FORMAT_V2\n" + corners, 0, 0},
+                {"1 1\n350\n20 100\n", 0, 0},
+                {"1 1\n" + corners, 1, 0},
+                {"999999999 999999999\n" + corners + "1 2 a\n\nnonsense\n3 b\n4 5\n6 7 c", 1, 3},
+                {"1 1\n" + corners + "1 2 " + std::string(3000, 'n') + "\n", 1, 1},
+                {std::string("1 1\n") + corners + std::string("\0\0\n1 2 a\0b\n", 11), 1, 1}};
+    for (const auto& row : rows) {
+        put("job", row.bytes);
+        CScanArea area;
+        fillGrid(area, 2, 2);
+        EXPECT_EQ(area.Read(path("job")), row.result) << row.bytes;
+        EXPECT_EQ(area.imageNames.GetSize(), row.shots) << row.bytes;
+        EXPECT_EQ(area.shootAngles.GetSize(), row.shots) << row.bytes;
+        EXPECT_EQ(area.areaAngle2.kappa, row.result ? 20 * kRadian : 0.0) << row.bytes;
+    }
+    put("job", rows[8].bytes);
+    CScanArea area;
+    area.Read(path("job"));
+    EXPECT_EQ(area.imageNames[0].GetLength(), 3000);
+}
+
+TEST_F(ScanAreaFile, TellsTheOperatorWhenAccessIsDenied) {
+    CScanArea area;
+    EXPECT_EQ(area.Read(CString()) + area.Write(CString()) + area.Read(path("none")), 0);
+    EXPECT_EQ(area.Write(path("none/job")), 0);
+    EXPECT_TRUE(shown.IsEmpty()) << "other failures are silent";
+    const CString where(folder.c_str());
+    const CString message =
+        CString(u"ﾌｧｲﾙ名：") + where +
+        u"\n\n\nﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。|";
+    fillGrid(area, 1, 1);
+    EXPECT_EQ(area.Write(where), 0);
+    EXPECT_EQ(shown, message);
+    EXPECT_EQ(area.imageNames.GetSize(), 1);
+    EXPECT_EQ(area.Read(where), 0);
+    EXPECT_EQ(shown, message + message);
+    EXPECT_EQ(area.imageNames.GetSize(), 0) << "Init comes first";
+    EXPECT_EQ(area.Write(u"/dev/full"), 0) << "the medium is full";
+}
+
+class Derived : public CScanArea {
+public:
+    using CScanArea::GetImgCsvLine;
+    using CScanArea::kLineSize;
+    using CScanArea::WriteLogFile;
+};
+
+TEST_F(ScanAreaFile, GivesLinesAndTheLogToDerivedClasses) {
+    put("lines", "one\r\n" + std::string(600, 'x') + "\nlast");
+    CFile file;
+    file.Open(path("lines"), CFile::modeRead);
+    Derived area;
+    char buffer[Derived::kLineSize + 1];
+    buffer[Derived::kLineSize] = 'S';
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 5);
+    EXPECT_STREQ(buffer, "one\r\n");
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 511);
+    EXPECT_EQ(std::strlen(buffer), 511u);
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 4);
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 0);
+    EXPECT_EQ(buffer[Derived::kLineSize], 'S');
+
+    setenv("FIELDSCAN_ROOT", folder.c_str(), 1);
+    area.WriteLogFile(u"lost");  // no such folder: nothing happens
+    std::filesystem::create_directories(folder / "Internal Disk/FIELD_SCAN");
+    area.WriteLogFile(u"first\n");
+    area.WriteLogFile(u"\u5cb3\n");
+    EXPECT_EQ(get("Internal Disk/FIELD_SCAN/log.txt"), "first\n\xE5\xB2\xB3\n");
+}
+
+}  // namespace

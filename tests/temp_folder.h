@@ -1,0 +1,38 @@
+// A folder of its own for each test, removed afterwards, with plain access to its files.
+#ifndef FIELDSCAN_TESTS_TEMP_FOLDER_H
+#define FIELDSCAN_TESTS_TEMP_FOLDER_H
+
+#include <fieldscan/framework/string.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+class TempFolder : public ::testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = (std::filesystem::temp_directory_path() / "fieldscanXXXXXX").string();
+        ASSERT_NE(mkdtemp(name.data()), nullptr);
+        folder = name;
+    }
+    void TearDown() override {
+        std::filesystem::remove_all(folder);
+        for (const char* variable : {"FIELDSCAN_ROOT", "FIELDSCAN_REGISTRY", "FIELDSCAN_ANSI_CODEPAGE"})
+            unsetenv(variable);
+    }
+    CString path(const std::string& name) const { return CString((folder / name).c_str()); }
+    void put(const std::string& name, const std::string& bytes) const {
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+    }
+    std::string get(const std::string& name) const {
+        std::ifstream in(folder / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    bool exists(const std::string& name) const { return std::filesystem::exists(folder / name); }
+    std::filesystem::path folder;
+};
+
+#endif
