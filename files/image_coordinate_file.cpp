@@ -13,7 +13,9 @@ namespace {
 
 // Most lines that hold something and fit into what is left of the file: a character and a line feed each, the
 // last line feed may be missing.
-long long linesThatFit(const CFile& file) { return (file.GetLength() - file.GetPosition() + 1) / 2; }
+long long linesThatFit(const CFile& file) {
+    return (file.GetLength() - file.GetPosition() + 1) / 2;
+}
 
 // Reads "%d" or "%d %d" into the values; false only where the input ends first.
 bool readInts(CFile& file, std::initializer_list<int*> values) {

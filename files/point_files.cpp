@@ -1,6 +1,5 @@
-#include <fieldscan/point_files.h>
-
 #include <fieldscan/card.h>
+#include <fieldscan/point_files.h>
 
 #include <string>
 #include <string_view>
@@ -108,7 +107,9 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
     });
 }
 
-int EditFileName(CString path, CString& title) { return CRTCard().GetFileTitle(std::move(path), title); }
+int EditFileName(CString path, CString& title) {
+    return CRTCard().GetFileTitle(std::move(path), title);
+}
 
 double CStringToDBL(CString text) {
     double value = 0.0;

@@ -1,6 +1,5 @@
-#include <fieldscan/scan_result_files.h>
-
 #include <fieldscan/card.h>
+#include <fieldscan/scan_result_files.h>
 
 #include <string>
 #include <string_view>
@@ -89,8 +88,7 @@ int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CSt
         if (!closeOnMedium(file) || !written)
             return 0;
     }
-    return appendToFile(path,
-                        [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
+    return appendToFile(path, [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
 }
 
 int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,

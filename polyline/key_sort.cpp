@@ -13,7 +13,9 @@ struct Key {
 };
 
 // Numbers below NaN, which `<` alone would not order.
-bool less(double a, double b) { return a < b || (std::isnan(b) && !std::isnan(a)); }
+bool less(double a, double b) {
+    return a < b || (std::isnan(b) && !std::isnan(a));
+}
 
 // The index decides between equal keys, so that the result is one and the same on every platform.
 bool ascendingOrder(const Key& a, const Key& b) {

@@ -11,7 +11,9 @@ namespace {
 
 constexpr double kLargest = std::numeric_limits<double>::max();
 
-double distanceInSpace(const CXYZ& from, const CXYZ& to) { return from.Len(to); }
+double distanceInSpace(const CXYZ& from, const CXYZ& to) {
+    return from.Len(to);
+}
 
 double distanceInPlan(const CXYZ& from, const CXYZ& to) {
     const double dx = to.x - from.x;
@@ -81,13 +83,21 @@ int CPolyline::PtInPolyline(double x, double y) const {
     return crossings % 2;
 }
 
-double CPolyline::GetDistance(int i, int j) const { return between(*this, i, j, distanceInSpace); }
+double CPolyline::GetDistance(int i, int j) const {
+    return between(*this, i, j, distanceInSpace);
+}
 
-double CPolyline::GetDistanceXY(int i, int j) const { return between(*this, i, j, distanceInPlan); }
+double CPolyline::GetDistanceXY(int i, int j) const {
+    return between(*this, i, j, distanceInPlan);
+}
 
-double CPolyline::GetTotalLength() const { return totalLength(*this, distanceInSpace); }
+double CPolyline::GetTotalLength() const {
+    return totalLength(*this, distanceInSpace);
+}
 
-double CPolyline::GetTotalLengthXY() const { return totalLength(*this, distanceInPlan); }
+double CPolyline::GetTotalLengthXY() const {
+    return totalLength(*this, distanceInPlan);
+}
 
 int CPolyline::GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin,
                         double& zMax) const {

@@ -1,9 +1,8 @@
 // The record of a scan job, its checks, and its directions as polylines.
 #include <fieldscan/scan_area.h>
+#include <fieldscan/survey.h>
 
 #include <cmath>
-
-#include <fieldscan/survey.h>
 
 #include "geometry/angle_constants.h"
 #include "platform/framework/arithmetic.h"
@@ -14,15 +13,23 @@ namespace {
 
 constexpr double kGridTolerance = kRadiansPerDegree;
 
-bool inFullTurn(double angle) { return 0.0 <= angle && angle < kFullTurn; }
+bool inFullTurn(double angle) {
+    return 0.0 <= angle && angle < kFullTurn;
+}
 
-double wholeTurns(double angle) { return truncated(angle / kFullTurn) * kPi * 2.0; }
+double wholeTurns(double angle) {
+    return truncated(angle / kFullTurn) * kPi * 2.0;
+}
 
 }  // namespace
 
-CScanArea::CScanArea() { Init(); }
+CScanArea::CScanArea() {
+    Init();
+}
 
-CScanArea::CScanArea(const CScanArea& other) : CScanArea() { operator=(other); }
+CScanArea::CScanArea(const CScanArea& other) : CScanArea() {
+    operator=(other);
+}
 
 CScanArea::~CScanArea() {}
 
@@ -73,7 +80,9 @@ int CScanArea::CheckParameter() const {
     return 1;
 }
 
-int CScanArea::IsWithImage() const { return !imageNames.IsEmpty() && !imageNames[0].IsEmpty(); }
+int CScanArea::IsWithImage() const {
+    return !imageNames.IsEmpty() && !imageNames[0].IsEmpty();
+}
 
 int CScanArea::GetExtFileName(int index, CString& name) const {
     if (index < 0 || index >= static_cast<long long>(columnCount) * rowCount)

@@ -22,9 +22,8 @@ int openOrTell(CFile& file, const CString& path, unsigned int mode) {
         return 1;
     const CFile::Cause cause = file.GetOpenFailure();
     if (cause == CFile::causeAccessDenied || cause == CFile::causeSharingViolation)
-        CKTImgMsg::DispMessage(
-            CString(u"ﾌｧｲﾙ名：") + path + u"\n\n\n" +
-            u"ﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。");
+        CKTImgMsg::DispMessage(CString(u"ﾌｧｲﾙ名：") + path + u"\n\n\n" +
+                               u"ﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。");
     return 0;
 }
 

@@ -1,8 +1,8 @@
 // Packed angles, and angles and times for display.
+#include <fieldscan/survey.h>
+
 #include <string>
 #include <string_view>
-
-#include <fieldscan/survey.h>
 
 #include "platform/framework/arithmetic.h"
 #include "platform/framework/calendar.h"

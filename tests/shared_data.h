@@ -4,9 +4,25 @@
 
 #include <fstream>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <vector>
+
+// The cells of a line; one in quotes may hold commas, and quotes as two.
+inline std::vector<std::string> cellsOf(const std::string& line) {
+    std::vector<std::string> cells(1);
+    bool quoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == '"' && quoted && line[i + 1] == '"')
+            cells.back() += line[++i];
+        else if (line[i] == '"')
+            quoted = !quoted;
+        else if (line[i] == ',' && !quoted)
+            cells.emplace_back();
+        else
+            cells.back() += line[i];
+    }
+    return cells;
+}
 
 // The rows of a table, its names left out; empty when the file is not there.
 inline std::vector<std::vector<std::string>> sharedTable(const std::string& name) {
@@ -14,17 +30,13 @@ inline std::vector<std::vector<std::string>> sharedTable(const std::string& name
     std::vector<std::vector<std::string>> rows;
     std::string line;
     std::getline(in, line);
-    while (std::getline(in, line)) {
-        std::istringstream cells(line + ",");
-        rows.emplace_back();
-        for (std::string cell; std::getline(cells, cell, ',');)
-            rows.back().push_back(cell);
-    }
+    while (std::getline(in, line))
+        rows.push_back(cellsOf(line));
     return rows;
 }
 
-// The bytes of a text file. The one in code page 932 has, in one name, the character U+5D53 from the row that repeats
-// characters of the extension FA to FC; the instrument's system writes the extension itself.
+// The bytes of a text file. The one in code page 932 has, in one name, the character U+5D53 from the row that
+// repeats characters of the extension FA to FC; the instrument's system writes the extension itself.
 inline std::string sharedBytes(const std::string& name) {
     std::ifstream in(std::string(FIELDSCAN_SHARED_DATA) + "/" + name, std::ios::binary);
     std::string bytes((std::istreambuf_iterator<char>(in)), {});

@@ -16,29 +16,30 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string degreesMinutesSeconds(double degrees) {
-    return utf8(CCalcXYZHV::AngleStr(CCalcXYZHV::Angle100To60(degrees, 1, 0), 0));
+// Degrees, and degrees, minutes and seconds in a column of their own.
+std::string inBothForms(double degrees) {
+    CString text = CCalcXYZHV::AngleStr(CCalcXYZHV::Angle100To60(degrees, 1, 0), 0);
+    while (text.GetLength() < 10)  // 359°59'59"
+        text.Insert(0, u" ");
+    return format("%8.4f  ", degrees) + utf8(text);
 }
 
 void print(const char* title, const std::string& text) {
-    std::printf("  %-17s %s\n", title, text.c_str());
+    std::printf("  %-17s  %s\n", title, text.c_str());
 }
 
 void printDirection(const char* title, double horizontal, double elevation) {
-    const double zenith = 90.0 - elevation;
-    // The degree sign takes two bytes but one column, so the text cannot be padded by its length.
-    print(title,
-          format("%9.4f = %s   zenith %8.4f = %s", horizontal, degreesMinutesSeconds(horizontal).c_str(),
-                 zenith, degreesMinutesSeconds(zenith).c_str()));
+    print(title, inBothForms(horizontal) + "   zenith angle " + inBothForms(90.0 - elevation));
 }
 
 void printInput(const Options& options, const ScanJob& job) {
+    const CXYZ& station = job.station;
+    const std::string name = station.name.IsEmpty() ? "" : utf8(station.name) + ": ";
     std::printf("Input\n");
     print("outline",
           format("%s: %d vertices", options.outline.u8string().c_str(), job.area.outlineAngles.GetSize()));
-    print("station",
-          format("%s: %.3f north, %.3f east, %.3f; instrument %.3f above", utf8(job.station.name).c_str(),
-                 job.station.x, job.station.y, job.station.z, job.instrumentHeight));
+    print("station", name + format("north %.3f, east %.3f, height %.3f; instrument %.3f above it", station.x,
+                                   station.y, station.z, job.instrumentHeight));
     print("points", format("%s: %d points", options.points.u8string().c_str(), job.points.GetSize()));
 }
 
@@ -50,17 +51,13 @@ void printArea(const ScanJob& job) {
     print("zero", job.crossesZero ? format("crossed by the outline: %d vertices before it, %d behind it",
                                            job.verticesBeforeZero, job.verticesBehindZero)
                                   : std::string("not crossed by the outline"));
-    print("shots", format("%d columns, %d rows", job.area.columnCount, job.area.rowCount));
-    std::string columns, rows;
-    for (int column = 0; column < job.area.columnCount; ++column)
-        columns += format(" %.2f", job.area.shootPolyline.GetVertex(static_cast<unsigned int>(column))->x);
-    for (int row = 0; row < job.area.rowCount; ++row)
-        rows += format(
-            " %.2f",
-            job.area.shootPolyline.GetVertex(static_cast<unsigned int>(row * job.area.columnCount))->z);
-    print("  columns at", columns.substr(1));
-    print("  rows at", rows.substr(1));
-    print("check", format("passed (%d)", job.area.CheckParameter()));
+    const CScanArea& area = job.area;
+    const CVertex* first = area.shootPolyline.GetVertex(0);
+    const CVertex* last =
+        area.shootPolyline.GetVertex(static_cast<unsigned int>(area.shootPolyline.GetVertexSize() - 1));
+    print("shots", format("%d x %d, horizontal angle %.2f to %.2f, zenith angle %.2f to %.2f",
+                          area.columnCount, area.rowCount, first->x, last->x, first->z, last->z));
+    print("check", format("passed (%d)", area.CheckParameter()));
 }
 
 void printCounts(const ScanJob& job) {
@@ -99,13 +96,13 @@ void run(const Options& options) {
     std::printf("Written to %s and read back\n", options.out.u8string().c_str());
     const double areaDifference = recordArea(job.area, areaFile);
     print("scan_area.txt",
-          format("%d shots; angles within %.1e degrees", job.area.shootAngles.GetSize(), areaDifference));
+          format("%d shots; angles within %.2g degrees", job.area.shootAngles.GetSize(), areaDifference));
     PointsBack back;
     {
         ProgressLine line("Recording the points inside");
         back = recordPointsInside(job, pointFile, std::ref(line));
     }
-    print("points_inside.csv", format("%d points; coordinates within %.1e, angles within %.1e degrees",
+    print("points_inside.csv", format("%d points; coordinates within %.2g, angles within %.2g degrees",
                                       back.count, back.coordinates, back.angles));
     const int beyond = drawPicture(job, pictureFile);
     print("scan_job.svg", format("the picture; %d points lie beyond its view", beyond));

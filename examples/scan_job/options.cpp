@@ -28,7 +28,7 @@ namespace {
 
 // The sample, seen from the root of the source tree or where the build found it.
 fs::path sampleFile(const char* name) {
-    const fs::path here = fs::path("examples") / "data" / name;
+    fs::path here = fs::path("examples") / "data" / name;
 #if defined(FIELDSCAN_EXAMPLE_DATA)
     std::error_code ignored;
     if (!fs::exists(here, ignored))
@@ -52,7 +52,7 @@ CXYZ stationOf(const char* text) {
     const double x = numberOf(text, ',', expected);
     const double y = numberOf(text, ',', expected);
     const double z = numberOf(text, '\0', expected);
-    return CXYZ("given", x, y, z);
+    return CXYZ(x, y, z);
 }
 
 double heightOf(const char* text) {

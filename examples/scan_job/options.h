@@ -16,7 +16,7 @@ struct UsageError : std::runtime_error {
 struct Options {
     std::filesystem::path outline, station, points;
     std::filesystem::path out = "out";
-    bool stationGiven = false;  // then `givenStation` counts instead of the station file
+    bool stationGiven = false;  // then `givenStation`, without a name, counts instead of the file
     CXYZ givenStation;
     double instrumentHeight = 1.5;
     bool help = false;

@@ -1,5 +1,6 @@
 #include "picture.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <utility>
@@ -12,10 +13,17 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double kTextSize = 12.0;
-constexpr double kLetter = 0.6 * kTextSize;  // width of a letter, about
 
 const char kInside[] = "#1565a8", kOutside[] = "#e08a2e", kLine[] = "#12263a", kFrame[] = "#7a8794",
            kZero[] = "#b3202c", kShot[] = "#1e7d32", kGrid[] = "#e6e9ec";
+
+// About as wide as the text will be.
+double widthOf(const std::string& text) {
+    const auto letters = std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;  // the others continue a letter
+    });
+    return 0.57 * kTextSize * static_cast<double>(letters);
+}
 
 std::string escaped(const std::string& text) {
     std::string result;
@@ -28,6 +36,10 @@ std::string escaped(const std::string& text) {
             result += c;
     }
     return result;
+}
+
+int firstTick(double from, double step) {
+    return static_cast<int>(std::ceil(from / step));
 }
 
 std::string degrees(double value, double step) {
@@ -104,17 +116,17 @@ void Drawing::axes() {
 
     const double middle = m_job.left() + m_job.width() / 2.0;
     const double stepX = tickStep(m_view.scaleX(), 64.0);
-    for (double k = std::ceil((middle + m_view.left()) / stepX); k * stepX <= middle + m_view.right(); ++k) {
+    const int around = static_cast<int>(std::lround(360.0 / stepX));
+    for (int k = firstTick(middle + m_view.left(), stepX); k * stepX <= middle + m_view.right(); ++k) {
         const double x = m_view.x(k * stepX - middle);
         line(x, top, x, bottom, kGrid, 1.0);
         line(x, bottom, x, bottom + 5.0, kLine, 1.0);
-        double angle = std::fmod(k * stepX + 360.0, 360.0);
-        text(x, bottom + 20.0, "middle", degrees(angle, stepX));
+        text(x, bottom + 20.0, "middle", degrees((k + around) % around * stepX, stepX));
     }
     const double stepY = tickStep(m_view.scaleY(), 36.0);
-    for (double k = std::ceil(m_view.bottom() / stepY); k * stepY <= m_view.top(); ++k) {
+    for (int k = firstTick(m_view.bottom(), stepY); k * stepY <= m_view.top(); ++k) {
         const double y = m_view.y(k * stepY);
-        line(left, y, right, y, k == 0.0 ? kFrame : kGrid, 1.0);
+        line(left, y, right, y, k == 0 ? kFrame : kGrid, 1.0);
         line(left - 5.0, y, left, y, kLine, 1.0);
         text(left - 9.0, y + 4.0, "end", degrees(k * stepY, stepY));
     }
@@ -168,8 +180,10 @@ void Drawing::outline() {
         way += format("%c%.1f %.1f", i == 0 ? 'M' : 'L', m_view.x(m_job.fromMiddle(vertex->x)),
                       m_view.y(signedElevation(vertex->y)));
     }
-    add(format("<path d=\"%sZ\" fill=\"none\" stroke=\"%s\" stroke-width=\"2\" stroke-linejoin=\"round\"/>",
-               way.c_str(), kLine));
+    add(
+        format("<path d=\"%sZ\" fill=\"%s\" fill-opacity=\"0.05\" stroke=\"%s\" stroke-width=\"2\" "
+               "stroke-linejoin=\"round\"/>",
+               way.c_str(), kInside, kLine));
 }
 
 void Drawing::zeroDirection() {
@@ -195,7 +209,7 @@ void Drawing::corners() {
         const double x = m_view.x(fromMiddle), y = m_view.y(elevation);
         const std::string words =
             std::string(name) + " " + degrees(angle, 0.01) + ", " + degrees(elevation, 0.01);
-        const double width = kLetter * static_cast<double>(words.size());
+        const double width = widthOf(words) + 6.0;
         add(
             format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"16\" fill=\"white\" "
                    "fill-opacity=\"0.85\"/>",
@@ -211,7 +225,8 @@ void Drawing::corners() {
 }
 
 void Drawing::title(int beyond) {
-    text(View::kLeft, 36.0, "start", "Scan job from station " + utf8(m_job.station.name),
+    const std::string station = utf8(m_job.station.name);
+    text(View::kLeft, 36.0, "start", station.empty() ? "Scan job" : "Scan job from station " + station,
          "font-size=\"19\" font-weight=\"bold\"");
     std::string counts = format("%d points: %d inside the outline, %d outside", m_job.points.GetSize(),
                                 m_job.count(Place::inside), m_job.count(Place::outside));
@@ -227,7 +242,7 @@ void Drawing::legend() {
     double x = View::kLeft;
     const auto name = [&](const char* words) {
         text(x + 26.0, y + 4.0, "start", words);
-        x += 26.0 + kLetter * static_cast<double>(std::char_traits<char>::length(words)) + 18.0;
+        x += 26.0 + widthOf(words) + 18.0;
     };
     const auto dot = [&](const char* colour) {
         add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"4\" fill=\"%s\"/>", x + 10.0, y, colour));

@@ -8,12 +8,12 @@
 #include <fieldscan/framework/types.h>
 #include <fieldscan/points.h>
 
-// Text files of lines in the ANSI code page, each ended by a line feed. All functions return 1 for success and
-// 0 for failure; nothing is shown and nothing is thrown. A null path counts as an empty one, which fails.
+// Text files of lines in the ANSI code page, each ended by a line feed. All functions return 1 for success
+// and 0 for failure; nothing is shown and nothing is thrown. A null path counts as an empty one, which fails.
 //
 // Readers empty the list first. A missing file fails when mustExist is 1; otherwise it is made, empty, and
-// read. Names and lines may have any length; blanks at both ends of a field go. A number is read as atof reads
-// it: what is none is 0.
+// read. Names and lines may have any length; blanks at both ends of a field go. A number is read as atof
+// reads it: what is none is 0.
 
 // "name,x,y,z" lines. Each line gives a point, from its first four fields; missing ones count as empty, those
 // beyond do not count. An empty line ends the file. Returns 0 when the file cannot be made or opened.
@@ -26,13 +26,12 @@ FIELDSCAN_API int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int a
 // As ReadCSVFile, but a line ends at a carriage return too and empty lines are skipped.
 FIELDSCAN_API int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
-// Image name, image size in pixels, count, then "name x y" lines: pixel coordinates. z is 0. A point name ends
-// at its first blank.
-// Returns 0 when the file cannot be opened, when one of the two lines behind the image name is missing or blank,
-// or when a point line is: the list then has the size that the count line says (or only what was read, when the
-// file is too short to hold that many lines), and what was read stays. A line that holds something else leaves
-// its values as they are (size) or at zero; a count below 1 gives 1 with an empty list. The image name is
-// empty when the file is.
+// Image name, image size in pixels, count, then "name x y" lines: pixel coordinates. z is 0. A point name
+// ends at its first blank. Returns 0 when the file cannot be opened, when one of the two lines behind the
+// image name is missing or blank, or when a point line is: the list then has the size that the count line
+// says (or only what was read, when the file is too short to hold that many lines), and what was read stays.
+// A line that holds something else leaves its values as they are (size) or at zero; a count below 1 gives 1
+// with an empty list. The image name is empty when the file is.
 FIELDSCAN_API int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points,
                               int mustExist);
 

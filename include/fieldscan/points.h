@@ -5,8 +5,8 @@
 #include <fieldscan/framework/string.h>
 #include <fieldscan/framework/types.h>
 
-// A point or a vector: metres in object space, millimetres in a photo, pixels in an image, as its user has it.
-// Carries a point name and a code. Sums are formed in the order written here, without fused operations.
+// A point or a vector: metres in object space, millimetres in a photo, pixels in an image, as its user has
+// it. Carries a point name and a code. Sums are formed in the order written here, without fused operations.
 //
 // Operators that return a value: + - and * start from a copy of the left operand and keep its name, code and
 // attr; / starts from a fresh point without them. Compound operators touch the coordinates alone.

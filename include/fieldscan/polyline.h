@@ -84,10 +84,11 @@ public:
 
     // ---- Measures ----
 
-    // 1 when (x, y) lies inside the polygon, always taken as closed, else 0. Counts the edges that pass y, lower
-    // end included, upper end not, at or to the right of x. So a point on an edge belongs to the area on the
-    // left of it: of the unit square (0, 0.5) is outside, (1, 0.5) inside, (0.5, 0) inside, (0.5, 1) outside.
-    // On a slanted edge that holds to the rounding of the crossing, which runs from the edge's first vertex.
+    // 1 when (x, y) lies inside the polygon, always taken as closed, else 0. Counts the edges that pass y,
+    // lower end included, upper end not, at or to the right of x. So a point on an edge belongs to the area
+    // on the left of it: of the unit square (0, 0.5) is outside, (1, 0.5) inside, (0.5, 0) inside, (0.5, 1)
+    // outside. On a slanted edge that holds to the rounding of the crossing, which runs from the edge's first
+    // vertex.
     int PtInPolyline(double x, double y) const;
 
     double GetDistance(int i, int j) const;  // in space
@@ -99,10 +100,11 @@ public:
     // The bounding box. Returns 1; for an empty polyline 0, and all six are 0.
     int GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin, double& zMax) const;
 
-    // Inserts vertices at the distances step, 2 step, ... from the start of every edge while they are less than
-    // its length in space, the closing edge of a closed polyline included. Given vertices stay as they are; new
-    // ones have the flag 0x20 and the polyline's name. Returns 1; 0 when step is not above 0, when a distance is
-    // not finite, when the vertices would not fit an array or memory runs out, and then nothing has changed.
+    // Inserts vertices at the distances step, 2 step, ... from the start of every edge while they are less
+    // than its length in space, the closing edge of a closed polyline included. Given vertices stay as they
+    // are; new ones have the flag 0x20 and the polyline's name. Returns 1; 0 when step is not above 0, when a
+    // distance is not finite, when the vertices would not fit an array or memory runs out, and then nothing
+    // has changed.
     int InterpolateVertex(double step);
 
     CString name;  // "0" when made

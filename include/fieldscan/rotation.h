@@ -26,8 +26,8 @@ public:
     CRot(const CRot& other);
     CRot& operator=(const CRot& other);
 
-    // The matrix of the angles that the order names. Returns 1; 0 for an unknown order, and then the matrix is
-    // unchanged.
+    // The matrix of the angles that the order names. Returns 1; 0 for an unknown order, and then the matrix
+    // is unchanged.
     BOOL SetMatrix(ROT_SYSTEM sys, const CWPK& a);
     // R * this, R as SetMatrix makes it: the new rotation acts after the present one. Results as above.
     BOOL AddMatrix(ROT_SYSTEM sys, const CWPK& a);

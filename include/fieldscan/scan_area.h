@@ -56,34 +56,34 @@ public:
 
     // ---- The outline ----
 
-    // 1 when the outline crosses the zero direction: neighbours, the last and the first included, differ by pi
-    // or more in kappa. Else 0.
+    // 1 when the outline crosses the zero direction: neighbours, the last and the first included, differ by
+    // pi or more in kappa. Else 0.
     int CheckZeroCross() const;
-    // Distributes the indices of the outline, in ring order from the first vertex behind a wrap from 2 pi to 0:
-    // those behind such a wrap into afterWrap, those behind a wrap back into beforeWrap. To be called when
+    // Distributes the indices of the outline, in ring order from the first vertex behind a wrap from 2 pi to
+    // 0: those behind such a wrap into afterWrap, those behind a wrap back into beforeWrap. To be called when
     // CheckZeroCross gives 1. Both are emptied first; null pointers are passed over.
     void DivideZeroCross(CArray<int, int&>* afterWrap, CArray<int, int&>* beforeWrap) const;
     // Index of the vertex with the smallest zenith angle, the last of several; -1 for an empty outline.
     int GetMinmumHAngleIndex() const;
-    // Sets areaAngle1 to the top-left direction (smallest zenith angle, left horizontal angle) and areaAngle2 to
-    // the bottom-right one; phi stays. Across the zero direction left is the smallest angle before the wrap and
-    // right the largest behind it, so left > right. Always 1. Searches begin at 360 for the smallest and -1 for
-    // the largest figure, which is what an empty outline leaves.
+    // Sets areaAngle1 to the top-left direction (smallest zenith angle, left horizontal angle) and areaAngle2
+    // to the bottom-right one; phi stays. Across the zero direction left is the smallest angle before the
+    // wrap and right the largest behind it, so left > right. Always 1. Searches begin at 360 for the smallest
+    // and -1 for the largest figure, which is what an empty outline leaves.
     int CalPolylineTopLeftBottomRight();
 
     // ---- Scan-area file, first version: docs/file_formats.md ----
 
-    // Makes or replaces the file. Six decimals of a degree are kept, phi is not. One line per image name, with
-    // the direction of the same index (0, 0 where there is none).
-    // Returns 1; 0 when the path is empty, the file cannot be opened, or writing or closing fails.
+    // Makes or replaces the file. Six decimals of a degree are kept, phi is not. One line per image name,
+    // with the direction of the same index (0, 0 where there is none). Returns 1; 0 when the path is empty,
+    // the file cannot be opened, or writing or closing fails.
     int Write(CString path) const;
-    // Init, then what the file holds. The shots are read to the end of the file, whatever the counts say; a line
-    // that does not begin with two numbers is passed over; an image name ends at its first blank.
+    // Init, then what the file holds. The shots are read to the end of the file, whatever the counts say; a
+    // line that does not begin with two numbers is passed over; an image name ends at its first blank.
     // Returns 1; 0 when the path is empty, the file cannot be opened, or the first line does not hold two
     // integers or the second or third not two numbers; what was read before that stays.
     //
-    // Both show a message (CKTImgMsg) when the file cannot be opened because access is denied or another program
-    // holds it.
+    // Both show a message (CKTImgMsg) when the file cannot be opened because access is denied or another
+    // program holds it.
     int Read(CString path);
 
     // ---- Data ----

@@ -8,10 +8,10 @@
 
 class CPolyline;
 
-// Angles are degrees unless the name says gon (400 to the circle) or mil (6400). A packed angle holds degrees,
-// minutes and seconds as ddd.mmss in one double. The steps of every function are those written here, in plain
-// IEEE double arithmetic; (int) cuts the fraction off, and a value that no int holds gives the nearest int
-// (NaN gives 0), the same on every processor.
+// Angles are degrees unless the name says gon (400 to the circle) or mil (6400). A packed angle holds
+// degrees, minutes and seconds as ddd.mmss in one double. The steps of every function are those written here,
+// in plain IEEE double arithmetic; (int) cuts the fraction off, and a value that no int holds gives the
+// nearest int (NaN gives 0), the same on every processor.
 //
 // Axes. Surveying coordinates: x north, y east, metres, directions from x toward y. Mathematical coordinates:
 // x and y exchanged, millimetres, directions from y toward x. Vertical angles are zenith angles: 0 up, 90
@@ -74,7 +74,8 @@ public:
     static CString TimeToString(SYSTEMTIME t);  // yyyymmddhhmm
     // Minutes of the day from start to end; date and seconds do not count, so midnight gives less than 0.
     static int GetTakenTime(SYSTEMTIME start, SYSTEMTIME end);
-    // 1 when a is later, 0 when it is earlier, 2 when both are the same local calendar time to the millisecond.
+    // 1 when a is later, 0 when it is earlier, 2 when both are the same local calendar time to the
+    // millisecond.
     static int FILETIMEFastRate(FILETIME a, FILETIME b);
 
     // ---- Observations ----
@@ -84,14 +85,14 @@ public:
     static void CnvSokuToMath(CXYZ& p);
     static void CnvMathToSoku(CXYZ& p);
 
-    // Direction [0, 360] and zenith angle (0, 180) from a station, the instrument `instrumentHeight` above it, to
-    // a target, in surveying coordinates. Returns 1; 0 when both have the same plan position, and then
+    // Direction [0, 360] and zenith angle (0, 180) from a station, the instrument `instrumentHeight` above
+    // it, to a target, in surveying coordinates. Returns 1; 0 when both have the same plan position, and then
     // direction is 0 and zenith is not written.
     static int XYZToHV(CXYZ station, CXYZ target, double instrumentHeight, double& zenith, double& direction);
 
-    // The same in mathematical coordinates; mind the order of the points. zenith = 90 - e with the elevation e
-    // brought into [0, 360] first, so a sight below the horizon gives a negative angle (10 degrees below: -260,
-    // not 100); Angle0To360 makes it the usual one. Always 1; coincident points make zenith NaN.
+    // The same in mathematical coordinates; mind the order of the points. zenith = 90 - e with the elevation
+    // e brought into [0, 360] first, so a sight below the horizon gives a negative angle (10 degrees below:
+    // -260, not 100); Angle0To360 makes it the usual one. Always 1; coincident points make zenith NaN.
     static int CalcXYZToVH(CXYZ target, CXYZ station, double instrumentHeight, double& zenith,
                            double& direction);
 
@@ -104,8 +105,8 @@ public:
     // Each is rounded to four decimals. For vAngle > 180 (second face) x and y of the result are exchanged:
     // callers rely on it. The two angles go as 32-bit floats into the words 0 and 1 of out.attr; the rest of
     // `out` stays.
-    // Returns 1; 0 when |scale| < 1e-12, and then `out` is untouched; the second form also when sin(vAngle) is
-    // exactly 0, and then x, y and the angles are written, z is not.
+    // Returns 1; 0 when |scale| < 1e-12, and then `out` is untouched; the second form also when sin(vAngle)
+    // is exactly 0, and then x, y and the angles are written, z is not.
     static int CalcXYZ(CXYZ& out, double hAngle, double distance, double vAngle, double heightComponent,
                        CXYZ station, double heightOffset, double directionOffset, double scale);
     static int CalcXYZ(CXYZ& out, double hAngle, double distance, double vAngle, CXYZ station,
@@ -113,20 +114,22 @@ public:
 
     // ---- Outlines in angles: x = horizontal angle, y = elevation in [0, 360), degrees ----
 
-    // The outline's extreme directions: left and right horizontal angle (left > right where it crosses the zero
-    // direction) and the elevations of its top and bottom. They pass through radians, so they can come back a
-    // rounding step off. Returns 1, 0 when memory runs out; an empty outline gives figures that mean nothing.
+    // The outline's extreme directions: left and right horizontal angle (left > right where it crosses the
+    // zero direction) and the elevations of its top and bottom. They pass through radians, so they can come
+    // back a rounding step off. Returns 1, 0 when memory runs out; an empty outline gives figures that mean
+    // nothing.
     static int GetAngleRange(const CPolyline& outline, double& hLeft, double& hRight, double& vTop,
                              double& vBottom);
 
-    // 1 when the direction (h, v) lies inside the closed outline, else 0. Counts the edges crossed in the plane
-    // of horizontal angles from the left edge and elevations, so an outline across the zero direction is as good
-    // as any; it must span less than the full circle. A point on an edge belongs to the area on the left of it.
+    // 1 when the direction (h, v) lies inside the closed outline, else 0. Counts the edges crossed in the
+    // plane of horizontal angles from the left edge and elevations, so an outline across the zero direction
+    // is as good as any; it must span less than the full circle. A point on an edge belongs to the area on
+    // the left of it.
     //
-    // The left edge is that of GetAngleRange. Where it comes back a rounding step above the leftmost vertex (one
-    // outline in ten), that vertex counts as lying 360 degrees to the right, and points between the elevations of
-    // its two edges are misjudged. An outline whose horizontal angles were once taken through radians, x = x *
-    // 0.017453292519943295 * 57.29577951308232, is free of it: docs/oddities.md.
+    // The left edge is that of GetAngleRange. Where it comes back a rounding step above the leftmost vertex
+    // (one outline in ten), that vertex counts as lying 360 degrees to the right, and points between the
+    // elevations of its two edges are misjudged. An outline whose horizontal angles were once taken through
+    // radians, x = x * 0.017453292519943295 * 57.29577951308232, is free of it: docs/oddities.md.
     static int IsPolyInside(const CPolyline& outline, double h, double v);
 };
 

@@ -10,8 +10,8 @@ struct CalendarTime {
     int field[kFields];
 };
 
-// The calendar time (proleptic Gregorian) of `fileTime`, 100-nanosecond intervals since 1601-01-01, shifted by
-// `offsetSeconds`.
+// The calendar time (proleptic Gregorian) of `fileTime`, 100-nanosecond intervals since 1601-01-01, shifted
+// by `offsetSeconds`.
 CalendarTime calendarTime(unsigned long long fileTime, long long offsetSeconds);
 
 }  // namespace fieldscan

@@ -13,7 +13,9 @@ namespace {
 
 constexpr unsigned int kBufferSize = 64 * 1024;
 
-bool hasZeroUnit(const CString& path) { return path.Find(static_cast<unsigned short>(0)) >= 0; }
+bool hasZeroUnit(const CString& path) {
+    return path.Find(static_cast<unsigned short>(0)) >= 0;
+}
 
 }  // namespace
 
@@ -40,7 +42,9 @@ int CFile::Open(const CString& path, unsigned int mode) {
     return 1;
 }
 
-bool CFile::IsOpen() const { return m_handle != system::kNoFile; }
+bool CFile::IsOpen() const {
+    return m_handle != system::kNoFile;
+}
 
 // Refills the buffer, which must have been read to its end; false at the end of the file.
 bool CFile::fill() {
@@ -89,18 +93,26 @@ int CFile::Write(const void* buffer, unsigned int count) {
     return 1;
 }
 
-int CFile::SeekToBegin() { return IsOpen() && dropBuffer() && system::rewindFile(m_handle); }
+int CFile::SeekToBegin() {
+    return IsOpen() && dropBuffer() && system::rewindFile(m_handle);
+}
 
-int CFile::SeekToEnd() { return IsOpen() && dropBuffer() && system::seekFile(m_handle, 0, true) >= 0; }
+int CFile::SeekToEnd() {
+    return IsOpen() && dropBuffer() && system::seekFile(m_handle, 0, true) >= 0;
+}
 
 long long CFile::GetPosition() const {
     const long long position = IsOpen() ? system::seekFile(m_handle, 0, false) : -1;
     return position < 0 ? -1 : position - (m_end - m_next);
 }
 
-long long CFile::GetLength() const { return IsOpen() ? system::fileLength(m_handle) : -1; }
+long long CFile::GetLength() const {
+    return IsOpen() ? system::fileLength(m_handle) : -1;
+}
 
-int CFile::Flush() { return IsOpen() && system::flushFile(m_handle); }
+int CFile::Flush() {
+    return IsOpen() && system::flushFile(m_handle);
+}
 
 int CFile::Close() {
     if (!IsOpen())

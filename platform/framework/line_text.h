@@ -43,12 +43,14 @@ private:
     bool m_good;
 };
 
-// Room for one more element, doubled when it runs out: readers do not know how much is to come, and the array's
-// own growth step would make a long file quadratic.
+// Room for one more element, doubled when it runs out: readers do not know how much is to come, and the
+// array's own growth step would make a long file quadratic.
 template <class Array>
 void reserveDouble(Array& array) {
     if (array.GetSize() == array.GetCapacity())
-        array.Reserve(array.GetSize() < 32 ? 64 : array.GetSize() > 0x3fffffff ? 0x7fffffff : 2 * array.GetSize());
+        array.Reserve(array.GetSize() < 32           ? 64
+                      : array.GetSize() > 0x3fffffff ? 0x7fffffff
+                                                     : 2 * array.GetSize());
 }
 
 // The result of `work`, or 0 when memory ran out: no exception leaves the library's operations.

@@ -12,7 +12,9 @@ namespace {
 
 constexpr int kMostUnits = std::numeric_limits<int>::max() - 1;
 
-const unsigned short* unitsOf(const char16_t* text) { return reinterpret_cast<const unsigned short*>(text); }
+const unsigned short* unitsOf(const char16_t* text) {
+    return reinterpret_cast<const unsigned short*>(text);
+}
 
 int lengthOf(const unsigned short* text) {
     int length = 0;
@@ -22,7 +24,9 @@ int lengthOf(const unsigned short* text) {
     return length;
 }
 
-bool isSpace(unsigned short unit) { return (unit >= 9 && unit <= 13) || unit == ' ' || unit == 0x3000; }
+bool isSpace(unsigned short unit) {
+    return (unit >= 9 && unit <= 13) || unit == ' ' || unit == 0x3000;
+}
 
 unsigned short lower(unsigned short unit) {
     return unit >= 'A' && unit <= 'Z' ? static_cast<unsigned short>(unit + 32) : unit;
@@ -39,13 +43,21 @@ void copyUnits(unsigned short* to, const unsigned short* from, int count) {
 
 }  // namespace
 
-CString::CString() noexcept : m_text(m_inside), m_length(0), m_capacity(kInside - 1) { m_inside[0] = 0; }
+CString::CString() noexcept : m_text(m_inside), m_length(0), m_capacity(kInside - 1) {
+    m_inside[0] = 0;
+}
 
-CString::CString(const CString& other) : CString() { assign(other.m_text, other.m_length); }
+CString::CString(const CString& other) : CString() {
+    assign(other.m_text, other.m_length);
+}
 
-CString::CString(CString&& other) noexcept : CString() { take(other); }
+CString::CString(CString&& other) noexcept : CString() {
+    take(other);
+}
 
-CString::CString(const unsigned short* text) : CString() { assign(text, lengthOf(text)); }
+CString::CString(const unsigned short* text) : CString() {
+    assign(text, lengthOf(text));
+}
 
 CString::CString(const char16_t* text) : CString(unitsOf(text)) {}
 
@@ -72,7 +84,9 @@ CString::CString(unsigned short unit, int count) : CString() {
     setLength(count);
 }
 
-CString::~CString() { release(); }
+CString::~CString() {
+    release();
+}
 
 CString& CString::operator=(const CString& other) {
     if (this != &other)
@@ -150,11 +164,17 @@ void CString::SetAt(int position, unsigned short unit) {
         m_text[position] = unit;
 }
 
-CString CString::Left(int count) const { return Mid(0, count); }
+CString CString::Left(int count) const {
+    return Mid(0, count);
+}
 
-CString CString::Right(int count) const { return Mid(m_length - std::min(std::max(count, 0), m_length)); }
+CString CString::Right(int count) const {
+    return Mid(m_length - std::min(std::max(count, 0), m_length));
+}
 
-CString CString::Mid(int first) const { return Mid(first, m_length); }
+CString CString::Mid(int first) const {
+    return Mid(first, m_length);
+}
 
 CString CString::Mid(int first, int count) const {
     first = std::max(first, 0);
@@ -210,7 +230,9 @@ CString& CString::TrimRight() {
     return *this;
 }
 
-CString& CString::Trim() { return TrimRight().TrimLeft(); }
+CString& CString::Trim() {
+    return TrimRight().TrimLeft();
+}
 
 CString& CString::MakeUpper() {
     std::transform(m_text, m_text + m_length, m_text, upper);

@@ -20,7 +20,8 @@ constexpr unsigned long long kUnixEpoch = 116444736000000000ULL;  // 1970-01-01 
 unsigned long long fileTimeNow() {
     using Ticks = std::chrono::duration<long long, std::ratio<1, 10000000>>;
     const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
-    return kUnixEpoch + static_cast<unsigned long long>(std::chrono::duration_cast<Ticks>(sinceEpoch).count());
+    return kUnixEpoch +
+           static_cast<unsigned long long>(std::chrono::duration_cast<Ticks>(sinceEpoch).count());
 }
 
 long long localOffsetSeconds() {

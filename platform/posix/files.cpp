@@ -16,7 +16,9 @@ namespace system {
 
 namespace {
 
-int descriptor(FileHandle file) { return static_cast<int>(file); }
+int descriptor(FileHandle file) {
+    return static_cast<int>(file);
+}
 
 std::string hostPath(const CString& path) {
     std::string host;
@@ -104,7 +106,9 @@ long long seekFile(FileHandle file, long long offset, bool fromEnd) {
     return ::lseek(descriptor(file), static_cast<off_t>(offset), fromEnd ? SEEK_END : SEEK_CUR);
 }
 
-bool rewindFile(FileHandle file) { return ::lseek(descriptor(file), 0, SEEK_SET) == 0; }
+bool rewindFile(FileHandle file) {
+    return ::lseek(descriptor(file), 0, SEEK_SET) == 0;
+}
 
 long long fileLength(FileHandle file) {
     struct stat status;
@@ -116,7 +120,9 @@ bool flushFile(FileHandle file) {
 }
 
 // Not repeated when interrupted: the descriptor is gone then, and may already be another file's.
-bool closeFile(FileHandle file) { return ::close(descriptor(file)) == 0 || errno == EINTR; }
+bool closeFile(FileHandle file) {
+    return ::close(descriptor(file)) == 0 || errno == EINTR;
+}
 
 bool isFile(const CString& path) {
     struct stat status;

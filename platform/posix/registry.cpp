@@ -6,8 +6,8 @@
 //   [HKEY_LOCAL_MACHINE\System\StorageManager\Profiles\SDMMC]
 //   "Folder"="Storage Card"
 //
-// Keys and value names are compared without regard to the case of ASCII letters; only text values are read; of
-// values that stand twice the last counts.
+// Keys and value names are compared without regard to the case of ASCII letters; only text values are read;
+// of values that stand twice the last counts.
 #include <cstdlib>
 #include <string>
 

@@ -61,7 +61,9 @@ TEST_F(PointFiles, WritesTheStatedLines) {
     EXPECT_EQ(get("out").substr(46, 6), "\x8A\x78 ?,0");
 
     CString empty, full(u"/dev/full"), none = path("none/out");
-    EXPECT_EQ(WriteCSVFile(&empty, points, 0) + WriteCSVFile(nullptr, points, 0) + WriteCSVFile(&none, points, 0), 0);
+    EXPECT_EQ(
+        WriteCSVFile(&empty, points, 0) + WriteCSVFile(nullptr, points, 0) + WriteCSVFile(&none, points, 0),
+        0);
     EXPECT_EQ(WriteCSVFile(&full, points, 0), 0) << "the medium is full";
     CSize size(1, 2);
     EXPECT_EQ(WriteImcFile(&full, &none, size, points), 0);
@@ -91,7 +93,8 @@ TEST_F(PointFiles, ReadsLinesOfEveryKind) {
     for (const auto& row : occupied)
         EXPECT_EQ(read(row.bytes, ReadOccInfoFile), row.expected) << row.bytes;
 
-    read(std::string(100000, 'n') + ",1,2,3\n" + std::string("A\0B,1,2,3\n", 10) + "\xFF\x81,5,6,7\n", ReadCSVFile);
+    read(std::string(100000, 'n') + ",1,2,3\n" + std::string("A\0B,1,2,3\n", 10) + "\xFF\x81,5,6,7\n",
+         ReadCSVFile);
     ASSERT_EQ(points.GetSize(), 3);
     EXPECT_EQ(points[0].name.GetLength(), 100000);
     EXPECT_EQ(points[1].name.GetLength(), 3);
@@ -99,7 +102,8 @@ TEST_F(PointFiles, ReadsLinesOfEveryKind) {
 }
 
 TEST_F(PointFiles, MakesAMissingFileUnlessItMustExist) {
-    CString where = path("new"), empty, name(u"before"), inNoFolder = path("none/new"), aFolder(folder.c_str());
+    CString where = path("new"), empty, name(u"before"), inNoFolder = path("none/new"),
+            aFolder(folder.c_str());
     CSize size(7, 8);
     addPoint(points, u"old", 1, 2, 3);
     EXPECT_EQ(ReadCSVFile(&where, points, 1), 0);
@@ -198,7 +202,8 @@ TEST_F(PointFiles, WriteTheBytesOfRealLists) {
         SKIP_WITHOUT(table);
         points.SetSize(0);
         for (const auto& cells : table) {
-            CXYZ point(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]), std::stod(cells[3]));
+            CXYZ point(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]),
+                       std::stod(cells[3]));
             points.Add(point);
         }
         setenv("FIELDSCAN_ANSI_CODEPAGE", row.codePage, 1);

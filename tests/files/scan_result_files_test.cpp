@@ -33,8 +33,10 @@ TEST_F(ScanFiles, AppendTheStatedLines) {
     EXPECT_EQ(ScanFileAdd(path("scan"), points[1]), 1);
     EXPECT_EQ(ScanFileAdd(path("scan"), points[0], u"extra, \u5cb3"), 1);
     EXPECT_EQ(ScanFileAdd(path("scan"), points), 1);
-    const std::string plain = "P,1.500000,-2.000000,3.000001\n", coded = "P,1.500000,-2.000000,3.000001,WALL\n";
-    EXPECT_EQ(get("scan"), plain + coded + "P,1.500000,-2.000000,3.000001,,-7,extra, \xE5\xB2\xB3\n" + plain + coded);
+    const std::string plain = "P,1.500000,-2.000000,3.000001\n",
+                      coded = "P,1.500000,-2.000000,3.000001,WALL\n";
+    EXPECT_EQ(get("scan"),
+              plain + coded + "P,1.500000,-2.000000,3.000001,,-7,extra, \xE5\xB2\xB3\n" + plain + coded);
     points.SetSize(0);
     EXPECT_EQ(ScanFileAdd(path("none"), points), 1);
     EXPECT_EQ(get("none"), "");
@@ -58,8 +60,8 @@ TEST_F(ScanFiles, HeadersAreComparedExactly) {
     const struct {
         const char* line;
         int equal;
-    } rows[] = {{"HEAD1.0\r\n", 1}, {" HEAD1.0 \t\n", 1}, {"HEAD1.0", 1}, {"Head1.0\r\n", 0},
-                {"HEAD1.0.1\r\n", 0}, {"\r\n", 0},        {"", 0}};
+    } rows[] = {{"HEAD1.0\r\n", 1},   {" HEAD1.0 \t\n", 1}, {"HEAD1.0", 1}, {"Head1.0\r\n", 0},
+                {"HEAD1.0.1\r\n", 0}, {"\r\n", 0},          {"", 0}};
     for (const auto& row : rows) {
         put("head", std::string(row.line) + (*row.line ? "next\n" : ""));
         if (std::string(row.line) == "HEAD1.0")
@@ -144,7 +146,8 @@ TEST_F(ScanFiles, AppendTheBytesOfRealLists) {
         SKIP_WITHOUT(table);
         Points points;
         for (const auto& cells : table) {
-            CXYZ each(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]), std::stod(cells[3]));
+            CXYZ each(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]),
+                      std::stod(cells[3]));
             each.code = cells[4].c_str();
             points.Add(each);
         }

@@ -20,7 +20,8 @@ CXYZ station() {
     return point;
 }
 
-void expectPoint(const CXYZ& point, double x, double y, double z, const char16_t* name, const char16_t* code) {
+void expectPoint(const CXYZ& point, double x, double y, double z, const char16_t* name,
+                 const char16_t* code) {
     EXPECT_EQ(point.x, x);
     EXPECT_EQ(point.y, y);
     EXPECT_EQ(point.z, z);
@@ -94,9 +95,9 @@ TEST(Attitude, NormalizesIntoTheClosedRange) {
     const double turn = kPi * 2.0;
     const struct {
         double angle, expected;
-    } rows[] = {{3.5, 3.5 - turn}, {-3.5, -3.5 + turn}, {7.0, 7.0 - turn},   {kPi, kPi},
-                {-kPi, -kPi},      {-0.0, -0.0},        {turn, 0.0},         {-turn, -0.0},
-                {3.0, 3.0},        {-7.0, -7.0 + turn}, {turn + kPi, kPi},   {1e9, std::fmod(1e9, turn)}};
+    } rows[] = {{3.5, 3.5 - turn}, {-3.5, -3.5 + turn}, {7.0, 7.0 - turn}, {kPi, kPi},
+                {-kPi, -kPi},      {-0.0, -0.0},        {turn, 0.0},       {-turn, -0.0},
+                {3.0, 3.0},        {-7.0, -7.0 + turn}, {turn + kPi, kPi}, {1e9, std::fmod(1e9, turn)}};
     for (const auto& row : rows) {
         double angle = row.angle;
         CWPK::NormalizeAngle(angle);
@@ -104,7 +105,8 @@ TEST(Attitude, NormalizesIntoTheClosedRange) {
             EXPECT_EQ(angle, row.expected - turn) << row.angle;
         else
             EXPECT_EQ(angle, row.expected) << row.angle;
-        EXPECT_EQ(std::signbit(angle), std::signbit(row.expected) != (std::fabs(row.expected) > kPi)) << row.angle;
+        EXPECT_EQ(std::signbit(angle), std::signbit(row.expected) != (std::fabs(row.expected) > kPi))
+            << row.angle;
     }
     double nothing = std::nan("");
     CWPK::NormalizeAngle(nothing);
@@ -236,7 +238,8 @@ TEST(Rotation, ResolvesWhatTheAnglesLeaveOpen) {
             r.CalAngle(sys, locked);
             EXPECT_EQ(locked.omega, 0.1);
             EXPECT_NEAR(locked.phi, side * kPi / 2, 1e-7);
-            const double sum = sys == ROT_WPK ? -side : side;  // which combination of omega and kappa is fixed
+            const double sum =
+                sys == ROT_WPK ? -side : side;  // which combination of omega and kappa is fixed
             EXPECT_NEAR(locked.kappa, 0.7 + sum * (0.5 - 0.1), 1e-12) << sys << " " << side;
         }
     }

@@ -45,7 +45,8 @@ TEST_F(File, OpensInEveryMode) {
 
 TEST_F(File, TellsWhyItCannotBeOpened) {
     CFile file;
-    for (const unsigned mode : {0u + CFile::modeRead, 0u + CFile::modeWrite, CFile::modeCreate | CFile::modeWrite}) {
+    for (const unsigned mode :
+         {0u + CFile::modeRead, 0u + CFile::modeWrite, CFile::modeCreate | CFile::modeWrite}) {
         EXPECT_EQ(file.Open(CString(folder.c_str()), mode), 0);
         EXPECT_EQ(file.GetOpenFailure(), CFile::causeAccessDenied) << "a folder, mode " << mode;
     }
@@ -53,12 +54,14 @@ TEST_F(File, TellsWhyItCannotBeOpened) {
     EXPECT_EQ(file.GetOpenFailure(), CFile::causeNotFound);
     EXPECT_EQ(file.Open(CString(), CFile::modeRead), 0);
     EXPECT_EQ(file.GetOpenFailure(), CFile::causeOther);
-    EXPECT_EQ(file.Open(path("x") + static_cast<unsigned short>(0) + u"y", CFile::modeCreate | CFile::modeWrite), 0);
+    EXPECT_EQ(
+        file.Open(path("x") + static_cast<unsigned short>(0) + u"y", CFile::modeCreate | CFile::modeWrite),
+        0);
     EXPECT_EQ(file.Open(CString('a', 5000), CFile::modeRead), 0);
     EXPECT_EQ(file.GetOpenFailure(), CFile::causeOther);
     char byte;
-    EXPECT_EQ(file.IsOpen() || file.Read(&byte, 1) || file.Write("x", 1) || file.SeekToEnd() || file.SeekToBegin() ||
-                  file.Flush() || file.Close(),
+    EXPECT_EQ(file.IsOpen() || file.Read(&byte, 1) || file.Write("x", 1) || file.SeekToEnd() ||
+                  file.SeekToBegin() || file.Flush() || file.Close(),
               false);
     EXPECT_EQ(file.GetPosition(), -1);
     EXPECT_EQ(file.GetLength(), -1);

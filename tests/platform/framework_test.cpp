@@ -17,7 +17,9 @@
 
 namespace {
 
-std::u16string units(const CString& text) { return {text.GetString(), text.GetString() + text.GetLength()}; }
+std::u16string units(const CString& text) {
+    return {text.GetString(), text.GetString() + text.GetLength()};
+}
 
 const CString kLong(u"a name that does not fit into the object itself");
 
@@ -221,7 +223,8 @@ TEST(Arithmetic, WrapsAsAddingTurnsWould) {
 TEST(Lines, SplitAndTrim) {
     std::string_view fields[3];
     EXPECT_EQ(fieldscan::splitAtCommas("a, b ,c,d", fields, 3), 3);
-    EXPECT_EQ(std::string(fields[0]) + std::string(fieldscan::trimmed(fields[1])) + std::string(fields[2]), "abc");
+    EXPECT_EQ(std::string(fields[0]) + std::string(fieldscan::trimmed(fields[1])) + std::string(fields[2]),
+              "abc");
     EXPECT_EQ(fieldscan::splitAtCommas("", fields, 3), 1);
     EXPECT_EQ(fieldscan::splitAtCommas(",", fields, 3), 2);
     EXPECT_EQ(fieldscan::trimmed(" \r\n"), "");
@@ -231,8 +234,8 @@ TEST(Card, GivesTheTitleOfAPath) {
     const struct {
         const char16_t* path;
         const char16_t* title;
-    } rows[] = {{u"\\Card\\A.B.csv", u"A.B"}, {u"dir.x/name", u"name"}, {u".hidden", u".hidden"}, {u"C:\\x/y\\.", u"."},
-                {u"folder/", u""},           {u"", u""}};
+    } rows[] = {{u"\\Card\\A.B.csv", u"A.B"}, {u"dir.x/name", u"name"}, {u".hidden", u".hidden"},
+                {u"C:\\x/y\\.", u"."},        {u"folder/", u""},        {u"", u""}};
     for (const auto& row : rows) {
         CString title(u"before");
         EXPECT_EQ(CRTCard().GetFileTitle(row.path, title), *row.title ? 1 : 0);
@@ -243,8 +246,8 @@ TEST(Card, GivesTheTitleOfAPath) {
 CString shown;
 
 TEST(Message, GoesToTheHandler) {
-    const CKTImgMsg::Handler before =
-        CKTImgMsg::SetHandler([](const CString& text, const CRect& place) { shown = place.Width() ? u"" : text; });
+    const CKTImgMsg::Handler before = CKTImgMsg::SetHandler(
+        [](const CString& text, const CRect& place) { shown = place.Width() ? u"" : text; });
     CKTImgMsg::DispMessage(u"card full");
     EXPECT_EQ(shown, CString(u"card full"));
     CKTImgMsg::SetHandler(before);

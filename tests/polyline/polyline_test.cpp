@@ -20,7 +20,9 @@ CPolyline ring(std::initializer_list<std::pair<double, double>> vertices) {
     return polyline;
 }
 
-CPolyline unitSquare() { return ring({{0, 0}, {1, 0}, {1, 1}, {0, 1}}); }
+CPolyline unitSquare() {
+    return ring({{0, 0}, {1, 0}, {1, 1}, {0, 1}});
+}
 
 // The x coordinates, to see an order at a glance.
 std::vector<double> xs(const CPolyline& polyline) {
@@ -118,9 +120,7 @@ TEST(Polyline, Flags) {
         EXPECT_EQ(polyline.SetSplineFlag(row.kind), row.result);
         EXPECT_EQ(polyline.GetSplineFlag(), row.stored);
     }
-    const struct {
-        int bits, kind;
-    } masks[] = {{7, 6}, {1006, 6}, {1001, 1000}, {992, 0}, {2, 0}};
+    const struct { int bits, kind; } masks[] = {{7, 6}, {1006, 6}, {1001, 1000}, {992, 0}, {2, 0}};
     for (const auto& row : masks)
         EXPECT_EQ(CPolyline(8, row.bits).GetSplineFlag(), row.kind) << row.bits;
 }
@@ -150,14 +150,15 @@ TEST(Polyline, PointsOnEdgesBelongToTheLeft) {
     const struct {
         double x, y;
         int inside;
-    } rows[] = {{0.5, 0.5, 1}, {0, 0.5, 0}, {1, 0.5, 1}, {0.5, 1, 0}, {0.5, 0, 1}, {-1, 0.5, 0}, {2, 0.5, 0},
-                {0.5, -1, 0},  {0, 0, 0},   {1, 0, 1},   {1, 1, 0},   {0.5, std::nan(""), 0}};
+    } rows[] = {{0.5, 0.5, 1}, {0, 0.5, 0},  {1, 0.5, 1}, {0.5, 1, 0}, {0.5, 0, 1}, {-1, 0.5, 0},
+                {2, 0.5, 0},   {0.5, -1, 0}, {0, 0, 0},   {1, 0, 1},   {1, 1, 0},   {0.5, std::nan(""), 0}};
     for (const auto& row : rows)
         EXPECT_EQ(square.PtInPolyline(row.x, row.y), row.inside) << row.x << " " << row.y;
     EXPECT_EQ(CPolyline().PtInPolyline(0, 0), 0);
     EXPECT_EQ(ring({{0, 0}}).PtInPolyline(0, 0), 0);
     // Of two polygons that share an edge, run through in the same sense, exactly one owns each of its points.
-    const CPolyline left = ring({{0, 0}, {3, 0}, {5, 7}, {0, 7}}), right = ring({{9, 0}, {3, 0}, {5, 7}, {9, 7}});
+    const CPolyline left = ring({{0, 0}, {3, 0}, {5, 7}, {0, 7}}),
+                    right = ring({{9, 0}, {3, 0}, {5, 7}, {9, 7}});
     for (int i = 0; i < 700; ++i) {
         const double y = i * 0.01, x = (5.0 - 3.0) / (7.0 - 0.0) * (y - 0.0) + 3.0;
         EXPECT_EQ(left.PtInPolyline(x, y) + right.PtInPolyline(x, y), 1) << y;
@@ -174,7 +175,8 @@ TEST(Polyline, AgreesWithARealLibraryOnRealOutlines) {
             polygon.AddVertex(CVertex(std::stod(row[0]), std::stod(row[1]), 0, 0));
         EXPECT_EQ(points.size(), 2000u);
         for (const auto& row : points)
-            ASSERT_EQ(polygon.PtInPolyline(std::stod(row[0]), std::stod(row[1])), std::stoi(row[2])) << row[0];
+            ASSERT_EQ(polygon.PtInPolyline(std::stod(row[0]), std::stod(row[1])), std::stoi(row[2]))
+                << row[0];
     }
 }
 
@@ -208,7 +210,8 @@ TEST(Polyline, Interpolates) {
     CPolyline closed(line);
     closed.Close();
     EXPECT_EQ(line.InterpolateVertex(3), 1);
-    EXPECT_EQ(xs(line), (std::vector<double>{0, 1.0 / 10 * 3.0 * 10, 1.0 / 10 * 6.0 * 10, 1.0 / 10 * 9.0 * 10, 10}));
+    EXPECT_EQ(xs(line),
+              (std::vector<double>{0, 1.0 / 10 * 3.0 * 10, 1.0 / 10 * 6.0 * 10, 1.0 / 10 * 9.0 * 10, 10}));
     EXPECT_EQ(line.GetVertex(1)->name, CString(u"edge"));
     EXPECT_EQ(line.GetVertex(1)->flag, 0x20);
     EXPECT_EQ(line.GetVertex(4)->name, CString(u"0"));
@@ -267,10 +270,17 @@ TEST(KeySort, SortsWhateverTheKeys) {
         key = static_cast<double>(random() % 500000) - 1e5;
     std::vector<double> sorted = keys;
     std::sort(sorted.begin(), sorted.end());
-    for (const auto& input :
-         {std::vector<double>{}, {5}, {3, 1, 2}, {0.0, -0.0, 0.0, -1}, {nan, 1, nan, -infinity, infinity, 0},
-          std::vector<double>(100, nan), std::vector<double>(1000000, 4.0), keys, sorted,
-          std::vector<double>(sorted.rbegin(), sorted.rend()), againstMedianOfThree(1000000)}) {
+    for (const auto& input : {std::vector<double>{},
+                              {5},
+                              {3, 1, 2},
+                              {0.0, -0.0, 0.0, -1},
+                              {nan, 1, nan, -infinity, infinity, 0},
+                              std::vector<double>(100, nan),
+                              std::vector<double>(1000000, 4.0),
+                              keys,
+                              sorted,
+                              std::vector<double>(sorted.rbegin(), sorted.rend()),
+                              againstMedianOfThree(1000000)}) {
         expectSorted(input, 1);
         expectSorted(input, 0);
         if (HasFatalFailure())

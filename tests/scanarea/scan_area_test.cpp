@@ -43,7 +43,8 @@ TEST(ScanArea, ChecksInTheStatedOrder) {
         void (*spoil)(CScanArea&);
     };
     const Case cases[] = {
-        {-1, [](CScanArea& a) { a.imageNames.RemoveAt(0), a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
+        {-1,
+         [](CScanArea& a) { a.imageNames.RemoveAt(0), a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
         {-2, [](CScanArea& a) { a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
         {-1, [](CScanArea& a) { a.columnCount = 65536 * 3, a.rowCount = 65536; }},
         {-3, [](CScanArea& a) { a.areaAngle1.omega = -1e-300; }},
@@ -90,8 +91,8 @@ TEST(ScanArea, CopiesAllButTheTablesAndPolylines) {
     EXPECT_EQ(b.workTable2.GetSize() + b.shootPolyline.GetVertexSize(), 0);
     EXPECT_EQ(b.outlinePolyline.GetVertexSize(), 1);
     b.Init();
-    EXPECT_EQ(b.columnCount + b.rowCount + b.imageNames.GetSize() + b.shootAngles.GetSize() + b.workTable1.GetSize() +
-                  b.outlineAngles.GetSize() + b.headerLine.GetLength(),
+    EXPECT_EQ(b.columnCount + b.rowCount + b.imageNames.GetSize() + b.shootAngles.GetSize() +
+                  b.workTable1.GetSize() + b.outlineAngles.GetSize() + b.headerLine.GetLength(),
               0);
     EXPECT_EQ(b.outlinePolyline.GetVertexSize(), 1) << "Init leaves the polylines";
 }
@@ -101,7 +102,8 @@ TEST(ScanArea, NamesTheOrientationFiles) {
     EXPECT_EQ(area.IsWithImage(), 0);
     const struct {
         const char16_t *image, *orientation;
-    } rows[] = {{u"IMG0001.jpg", u"IMG0001.ext"}, {u" a.b.c ", u"a.b.ext"}, {u"none", u".ext"}, {u".", u".ext"}};
+    } rows[] = {
+        {u"IMG0001.jpg", u"IMG0001.ext"}, {u" a.b.c ", u"a.b.ext"}, {u"none", u".ext"}, {u".", u".ext"}};
     area.columnCount = 2;
     area.rowCount = 3;
     for (const auto& row : rows)
@@ -122,8 +124,9 @@ TEST(ScanArea, NamesTheOrientationFiles) {
 TEST(ScanArea, NormalizesIntoTheHalfOpenTurn) {
     const struct {
         double angle, expected;
-    } rows[] = {{-kPi / 2, kPi * 1.5}, {4 * kPi + 0.1, 0.1}, {kPi * 2, 0}, {-kPi * 2, 0}, {-1e-20, 0}, {1, 1},
-                {-100, 32 * kPi - 100}, {1000, 1000 - 318 * kPi}};
+    } rows[] = {
+        {-kPi / 2, kPi * 1.5},  {4 * kPi + 0.1, 0.1},    {kPi * 2, 0}, {-kPi * 2, 0}, {-1e-20, 0}, {1, 1},
+        {-100, 32 * kPi - 100}, {1000, 1000 - 318 * kPi}};
     for (const auto& row : rows) {
         double angle = row.angle;
         CScanArea().NormalizeAngle(angle);
@@ -175,7 +178,7 @@ TEST(Outline, SplitsAtTheZeroDirection) {
         double left, right;
     } rows[] = {{{350, 10, 20, 340}, 1, "12", "30", 340, 20},
                 {{10, 20, 30}, 0, "", "", 10, 30},
-                {{0, 180}, 1, "0", "1", 180, 0},            // half a turn exactly
+                {{0, 180}, 1, "0", "1", 180, 0},  // half a turn exactly
                 {{0, 179.9}, 0, "", "", 0, 179.9},
                 {{350, 10, 355, 5, 20, 340}, 1, "134", "250", 340, 20},  // twice
                 {{5, 355}, 1, "0", "1", 355, 5},
@@ -195,7 +198,8 @@ TEST(Outline, SplitsAtTheZeroDirection) {
         EXPECT_EQ(area.areaAngle1.kappa, row.left * kRadian);
         EXPECT_EQ(area.areaAngle2.kappa, row.right * kRadian);
         EXPECT_EQ(area.areaAngle1.omega, 80 * kRadian);
-        EXPECT_EQ(area.areaAngle2.omega, (row.horizontal.size() > 2 ? 82 : 79 + static_cast<int>(row.horizontal.size())) * kRadian);
+        EXPECT_EQ(area.areaAngle2.omega,
+                  (row.horizontal.size() > 2 ? 82 : 79 + static_cast<int>(row.horizontal.size())) * kRadian);
         EXPECT_EQ(area.areaAngle1.phi, 3.0);
     }
     EXPECT_EQ(outlineOf({1, 2, 3, 4, 5}).GetMinmumHAngleIndex(), 3) << "the last of equal ones";
@@ -234,7 +238,8 @@ TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
         const struct {
             double h, v;
             int inside;
-        } rows[] = {{0, 0, 1}, {-5, 4.5, 1}, {0, 5, 0}, {11, 6, 1}, {-11, 0, 0}, {13, 0, 0}, {0, -6, 0}, {180, 0, 0}};
+        } rows[] = {{0, 0, 1},   {-5, 4.5, 1}, {0, 5, 0},  {11, 6, 1},
+                    {-11, 0, 0}, {13, 0, 0},   {0, -6, 0}, {180, 0, 0}};
         for (const auto& row : rows) {
             double h = row.h + heading;
             CCalcXYZHV::Angle0To360(h);
@@ -247,7 +252,8 @@ TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
         EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, left), -10, 1e-9) << heading;
         EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, right), 12, 1e-9) << heading;
     }
-    // 125 degrees come back from radians a rounding step high: the leftmost vertex is 360 degrees to the right.
+    // 125 degrees come back from radians a rounding step high: the leftmost vertex is 360 degrees to the
+    // right.
     const CPolyline asGiven = angleOutline({{125, -5}, {145, -5}, {147, 8}, {127, 8}}, 0, false);
     EXPECT_EQ(CCalcXYZHV::IsPolyInside(asGiven, 135, 2), 0);
     EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{125, -5}, {145, -5}, {147, 8}, {127, 8}}), 135, 2), 1);
@@ -269,7 +275,8 @@ TEST(OutlineTests, AgreeWithARealLibraryOnRealOutlines) {
             polygon.AddVertex(CVertex(std::stod(row[0]), std::stod(row[1]), 0, 0));
         EXPECT_EQ(points.size(), 600u);
         for (const auto& row : points)
-            ASSERT_EQ(CCalcXYZHV::IsPolyInside(polygon, std::stod(row[0]), std::stod(row[1])), std::stoi(row[2]))
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(polygon, std::stod(row[0]), std::stod(row[1])),
+                      std::stoi(row[2]))
                 << name << " " << row[0];
     }
 }
@@ -354,9 +361,8 @@ TEST_F(ScanAreaFile, TellsTheOperatorWhenAccessIsDenied) {
     EXPECT_EQ(area.Write(path("none/job")), 0);
     EXPECT_TRUE(shown.IsEmpty()) << "other failures are silent";
     const CString where(folder.c_str());
-    const CString message =
-        CString(u"ﾌｧｲﾙ名：") + where +
-        u"\n\n\nﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。|";
+    const CString message = CString(u"ﾌｧｲﾙ名：") + where +
+                            u"\n\n\nﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。|";
     fillGrid(area, 1, 1);
     EXPECT_EQ(area.Write(where), 0);
     EXPECT_EQ(shown, message);

@@ -26,8 +26,17 @@ TEST(Units, MultiplyByTheStatedDoubles) {
 TEST(Angles, Angle0To360KeepsTheClosedRange) {
     const struct {
         double angle, expected;
-    } rows[] = {{360, 360},     {720.5, 0.5}, {720, 360},           {-10, 350},           {-0.0, -0.0}, {-360, 0.0},
-                {-1e-20, 360},  {361, 1},     {kInfinity, kInfinity}, {-kInfinity, -kInfinity}, {1e300, 160}};
+    } rows[] = {{360, 360},
+                {720.5, 0.5},
+                {720, 360},
+                {-10, 350},
+                {-0.0, -0.0},
+                {-360, 0.0},
+                {-1e-20, 360},
+                {361, 1},
+                {kInfinity, kInfinity},
+                {-kInfinity, -kInfinity},
+                {1e300, 160}};
     for (const auto& row : rows) {
         double angle = row.angle;
         S::Angle0To360(angle);
@@ -42,8 +51,9 @@ TEST(Angles, Angle0To360KeepsTheClosedRange) {
 TEST(Angles, RoundForDisplay) {
     const struct {
         double gon, expected;
-    } gons[] = {{399.99980, 0.0},   {399.99974, 399.9995}, {12.34524, 12.345}, {12.34526, 12.3455}, {12.34576, 12.346},
-                {-0.0001, 0.0}, {-1, 399.0}, {400, 0.0}, {1200.0007, 0.0005}};
+    } gons[] = {{399.99980, 0.0},   {399.99974, 399.9995}, {12.34524, 12.345}, {12.34526, 12.3455},
+                {12.34576, 12.346}, {-0.0001, 0.0},        {-1, 399.0},        {400, 0.0},
+                {1200.0007, 0.0005}};
     for (const auto& row : gons)
         EXPECT_NEAR(S::RoundGON(row.gon), row.expected, 1e-9) << row.gon;
     EXPECT_EQ(S::RoundGON(399.9998), 0.0);
@@ -52,9 +62,9 @@ TEST(Angles, RoundForDisplay) {
         double mil;
         int mode;
         double expected;
-    } mils[] = {{1234.563, 0, 1234.565}, {1234.562, 0, 1234.56}, {1234.568, 0, 1234.57},  {6399.999, 0, 0.0},
-                {1234.563, 1, 1234.564}, {1234.565, 7, 1234.566}, {1234.567, -1, 1234.568}, {1234.569, 1, 1234.57},
-                {1234.562, 1, 1234.562}};
+    } mils[] = {{1234.563, 0, 1234.565},  {1234.562, 0, 1234.56},  {1234.568, 0, 1234.57},
+                {6399.999, 0, 0.0},       {1234.563, 1, 1234.564}, {1234.565, 7, 1234.566},
+                {1234.567, -1, 1234.568}, {1234.569, 1, 1234.57},  {1234.562, 1, 1234.562}};
     for (const auto& row : mils)
         EXPECT_NEAR(S::RoundMIL(row.mil, row.mode), row.expected, 1e-9) << row.mil << " mode " << row.mode;
     EXPECT_EQ(S::RoundMIL(0.081, 1), 0.08) << "8.1 - 8 falls just short of the threshold";
@@ -66,9 +76,9 @@ TEST(Angles, RoundForDisplay) {
 TEST(Angles, DifferencesKeepTheOrderAtHalfATurn) {
     const struct {
         double a, b, expected;
-    } rows[] = {{10, 20, 10},  {20, 10, -10},  {350, 10, 20}, {10, 350, -20}, {0, 180, -180}, {180, 0, 180},
-                {90, 270, -180}, {270, 90, 180}, {5, 5, 0},     {0, 360, 0.0},  {360, 0, 0.0},  {-90, 90, 180},
-                {1, 1 + 2e-16, 0}, {181, 0, 179}, {0, 181, -179}};
+    } rows[] = {{10, 20, 10},  {20, 10, -10},   {350, 10, 20},     {10, 350, -20}, {0, 180, -180},
+                {180, 0, 180}, {90, 270, -180}, {270, 90, 180},    {5, 5, 0},      {0, 360, 0.0},
+                {360, 0, 0.0}, {-90, 90, 180},  {1, 1 + 2e-16, 0}, {181, 0, 179},  {0, 181, -179}};
     for (const auto& row : rows) {
         const double d = S::AngleDifference(row.a, row.b);
         EXPECT_EQ(d, row.expected) << row.a << " to " << row.b;
@@ -85,17 +95,18 @@ TEST(PackedAngles, CarryAndCut) {
         double degrees;
         int normalize, keep;
         double packed;
-    } rows[] = {{10.999999, 0, 0, 11.0},  {12.5, 0, 0, 12.3},          {-12.5, 0, 0, -12.3},
-                {-12.5, 1, 0, 347.3},     {1.0 / 3600, 0, 0, 0.0001},  {359.99999, 1, 0, 360.0},
-                {0.99972222222, 0, 0, 0.5959},
-                {12.345678, 0, 1, 12.20444408},
+    } rows[] = {{10.999999, 0, 0, 11.0},       {12.5, 0, 0, 12.3},
+                {-12.5, 0, 0, -12.3},          {-12.5, 1, 0, 347.3},
+                {1.0 / 3600, 0, 0, 0.0001},    {359.99999, 1, 0, 360.0},
+                {0.99972222222, 0, 0, 0.5959}, {12.345678, 0, 1, 12.20444408},
                 {12.345678, 0, 0, 12.2044}};
     for (const auto& row : rows)
         EXPECT_NEAR(S::Angle100To60(row.degrees, row.normalize, row.keep), row.packed, 1e-11) << row.degrees;
     EXPECT_EQ(S::Angle60To100(12.3, 0), 12.5);
     EXPECT_EQ(S::Angle60To100(123.45306, 0), 123 + (45 * 60.0 + 306 * 0.1) * 2.777777777777778e-4);
     EXPECT_EQ(S::Angle60To100(-90.0, 1), 270.0);
-    EXPECT_EQ(S::Angle60To100(-12.3045, 0), -12 + (30 * 60.0 + 450 * 0.1) * 2.777777777777778e-4) << "mis-cut";
+    EXPECT_EQ(S::Angle60To100(-12.3045, 0), -12 + (30 * 60.0 + 450 * 0.1) * 2.777777777777778e-4)
+        << "mis-cut";
     for (int second = 0; second < 3600; ++second) {
         const double packed = 7 + second / 60 * 0.01 + second % 60 * 0.0001;
         ASSERT_NEAR(S::Angle60To100(packed, 0), 7 + second / 3600.0, 1e-13) << second;
@@ -113,9 +124,14 @@ TEST(Display, FormatsAnglesAndTimes) {
         double packed;
         int mode;
         const char16_t* text;
-    } rows[] = {{123.4530, 0, u"123\u00b045'30\""}, {12.3, 0, u"12\u00b030'00\""},  {12.3, 1, u"12\u00b030'"},
-                {12.3, 2, u"12\u00b0"},             {12.3, 3, u""},                 {12.3, -1, u""},
-                {0.0059, 0, u"0\u00b000'59\""},     {-1.0203, 1, u"-1\u00b0-2'"}};
+    } rows[] = {{123.4530, 0, u"123\u00b045'30\""},
+                {12.3, 0, u"12\u00b030'00\""},
+                {12.3, 1, u"12\u00b030'"},
+                {12.3, 2, u"12\u00b0"},
+                {12.3, 3, u""},
+                {12.3, -1, u""},
+                {0.0059, 0, u"0\u00b000'59\""},
+                {-1.0203, 1, u"-1\u00b0-2'"}};
     for (const auto& row : rows)
         EXPECT_EQ(S::AngleStr(row.packed, row.mode), CString(row.text)) << row.packed << " mode " << row.mode;
     EXPECT_EQ(S::ByoToStr(3661), CString(u"01:01:01"));
@@ -125,7 +141,8 @@ TEST(Display, FormatsAnglesAndTimes) {
     EXPECT_EQ(S::TimeToString(start), CString(u"200611151403"));
     EXPECT_EQ(S::GetTakenTime(start, end), -838);
     EXPECT_EQ(S::GetTakenTime(end, start), 838);
-    const FILETIME early = {999990000u, 29800000u}, late = {1000000000u, 29800000u}, same = {999999999u, 29800000u};
+    const FILETIME early = {999990000u, 29800000u}, late = {1000000000u, 29800000u},
+                   same = {999999999u, 29800000u};
     EXPECT_EQ(S::FILETIMEFastRate(late, early), 1);
     EXPECT_EQ(S::FILETIMEFastRate(early, late), 0);
     EXPECT_EQ(S::FILETIMEFastRate(early, same), 2) << "within a millisecond";
@@ -135,11 +152,13 @@ TEST(Display, FormatsAnglesAndTimes) {
 TEST(Observations, DirectionsInEveryQuadrant) {
     const struct {
         double dx, dy, direction;
-    } rows[] = {{1, 0, 0},  {1, 1, 45},  {0, 1, 90},  {-1, 1, 135}, {-1, 0, 180}, {-1, -0.0, 180},
-                {-1, -1, 225}, {0, -1, 270}, {1, -1, 315}, {1, -0.0, -0.0}};
+    } rows[] = {{1, 0, 0},       {1, 1, 45},    {0, 1, 90},   {-1, 1, 135}, {-1, 0, 180},
+                {-1, -0.0, 180}, {-1, -1, 225}, {0, -1, 270}, {1, -1, 315}, {1, -0.0, -0.0}};
     for (const auto& row : rows) {
         double zenith = 0, direction = -1;
-        EXPECT_EQ(S::XYZToHV(CXYZ(100, 200, 10), CXYZ(100 + row.dx, 200 + row.dy, 11.5), 1.5, zenith, direction), 1);
+        EXPECT_EQ(
+            S::XYZToHV(CXYZ(100, 200, 10), CXYZ(100 + row.dx, 200 + row.dy, 11.5), 1.5, zenith, direction),
+            1);
         EXPECT_NEAR(direction, row.direction, 1e-12) << row.dx << " " << row.dy;
         EXPECT_EQ(zenith, 90.0);
     }
@@ -157,7 +176,8 @@ TEST(Observations, DirectionsInEveryQuadrant) {
     S::CalcXYZToVH(CXYZ(-1000, 0, 1000), CXYZ(0, 0, 0), 0, zenith, direction);
     EXPECT_EQ(direction, 270.0);
     EXPECT_NEAR(zenith, 45, 1e-12);
-    S::CalcXYZToVH(CXYZ(0, 1000, -1000 * std::tan(10 / 57.29577951308232)), CXYZ(0, 0, 0), 0, zenith, direction);
+    S::CalcXYZToVH(CXYZ(0, 1000, -1000 * std::tan(10 / 57.29577951308232)), CXYZ(0, 0, 0), 0, zenith,
+                   direction);
     EXPECT_NEAR(zenith, -260, 1e-12);
     // Straight up at heights whose two differences are rounded apart.
     std::mt19937_64 random(3);

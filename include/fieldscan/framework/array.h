@@ -65,7 +65,7 @@ public:
 
     void Copy(const CArray& other);
     void Swap(CArray& other) noexcept;  // exchanges the contents
-    int Append(const CArray& other);  // returns the index of the first element appended
+    int Append(const CArray& other);    // returns the index of the first element appended
 
 private:
     struct Block;  // storage that is freed unless it is taken

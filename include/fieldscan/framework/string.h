@@ -29,14 +29,26 @@ public:
     CString& operator=(const CString& other);
     CString& operator=(CString&& other) noexcept;
 
-    int GetLength() const { return m_length; }
-    bool IsEmpty() const { return m_length == 0; }
+    int GetLength() const {
+        return m_length;
+    }
+    bool IsEmpty() const {
+        return m_length == 0;
+    }
     void Empty();  // frees the storage too
-    operator const unsigned short*() const { return m_text; }
-    const unsigned short* GetString() const { return m_text; }
+    operator const unsigned short*() const {
+        return m_text;
+    }
+    const unsigned short* GetString() const {
+        return m_text;
+    }
 
-    unsigned short GetAt(int position) const { return inside(position) ? m_text[position] : 0; }
-    unsigned short operator[](int position) const { return GetAt(position); }
+    unsigned short GetAt(int position) const {
+        return inside(position) ? m_text[position] : 0;
+    }
+    unsigned short operator[](int position) const {
+        return GetAt(position);
+    }
     void SetAt(int position, unsigned short unit);
 
     CString Left(int count) const;
@@ -76,7 +88,9 @@ public:
 private:
     enum { kInside = 8 };  // units kept in the object, the closing zero included
 
-    bool inside(int position) const { return position >= 0 && position < m_length; }
+    bool inside(int position) const {
+        return position >= 0 && position < m_length;
+    }
     void assign(const unsigned short* text, int length);
     void take(CString& other) noexcept;
     void grow(int length);
