@@ -72,6 +72,9 @@ void run(const Options& options) {
     job.instrumentHeight = options.instrumentHeight;
     readOutline(options.outline, job);
     job.station = options.stationGiven ? options.givenStation : readStation(options.station);
+    // What is no number reads as 0, but the origin is also where many sites have their first station.
+    if (job.station.Len() == 0.0)
+        std::fprintf(stderr, "scan_job: note: the coordinates of the station are all 0\n");
     readPoints(options.points, job);
     printInput(options, job);
 

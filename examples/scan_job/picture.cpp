@@ -22,7 +22,7 @@ double widthOf(const std::string& text) {
     const auto letters = std::count_if(text.begin(), text.end(), [](char c) {
         return (static_cast<unsigned char>(c) & 0xC0) != 0x80;  // the others continue a letter
     });
-    return 0.57 * kTextSize * static_cast<double>(letters);
+    return 0.52 * kTextSize * static_cast<double>(letters);
 }
 
 std::string escaped(const std::string& text) {
@@ -95,6 +95,11 @@ private:
         line(x, y - 6.0, x, y + 6.0, kShot, 2.0);
     }
 
+    bool showsZero() const {
+        const double zero = m_job.fromMiddle(0.0);
+        return zero >= m_view.left() && zero <= m_view.right();
+    }
+
     void axes();
     int points();
     void outline();
@@ -124,7 +129,8 @@ void Drawing::axes() {
         text(x, bottom + 20.0, "middle", degrees((k + around) % around * stepX, stepX));
     }
     const double stepY = tickStep(m_view.scaleY(), 36.0);
-    for (int k = firstTick(m_view.bottom(), stepY); k * stepY <= m_view.top(); ++k) {
+    const double zenith = std::min(90.0, m_view.top()), nadir = std::max(-90.0, m_view.bottom());
+    for (int k = firstTick(nadir, stepY); k * stepY <= zenith; ++k) {
         const double y = m_view.y(k * stepY);
         line(left, y, right, y, k == 0 ? kFrame : kGrid, 1.0);
         line(left - 5.0, y, left, y, kLine, 1.0);
@@ -187,10 +193,9 @@ void Drawing::outline() {
 }
 
 void Drawing::zeroDirection() {
-    const double zero = m_job.fromMiddle(0.0);
-    if (zero < m_view.left() || zero > m_view.right())
+    if (!showsZero())
         return;
-    const double x = m_view.x(zero), top = m_view.y(m_view.top());
+    const double x = m_view.x(m_job.fromMiddle(0.0)), top = m_view.y(m_view.top());
     line(x, top, x, m_view.y(m_view.bottom()), kZero, 1.5, "8 5");
     text(x, top - 8.0, "middle", "zero direction", format("fill=\"%s\"", kZero).c_str());
 }
@@ -233,7 +238,7 @@ void Drawing::title(int beyond) {
     if (const int atStation = m_job.count(Place::atStation))
         counts += format(", %d straight above or below the station", atStation);
     if (beyond > 0)
-        counts += format("; %d of them lie beyond this view", beyond);
+        counts += format("; %d points lie beyond this view", beyond);
     text(View::kLeft, 60.0, "start", counts, "font-size=\"13\"");
 }
 
@@ -257,8 +262,10 @@ void Drawing::legend() {
     name("corner frame");
     cross(x + 10.0, y);
     name("shot");
-    line(x, y, x + 20.0, y, kZero, 1.5, "8 5");
-    name("zero direction");
+    if (showsZero()) {
+        line(x, y, x + 20.0, y, kZero, 1.5, "8 5");
+        name("zero direction");
+    }
 }
 
 }  // namespace

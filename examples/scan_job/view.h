@@ -15,8 +15,8 @@ public:
     // read.
     explicit View(const ScanJob& job) {
         m_width = std::min(360.0, job.width() * (1.0 + 2.0 * kMargin));
-        m_bottom = std::max(-90.0, job.bottom() - kMargin * job.height());
-        m_top = std::min(90.0, job.top() + kMargin * job.height());
+        m_bottom = job.bottom() - kMargin * job.height();
+        m_top = job.top() + kMargin * job.height();
         m_scaleX = std::min(kMostWidth / m_width, kMostHeight / (m_top - m_bottom));
         m_width = std::min(360.0, std::max(m_width, kLeastWidth / m_scaleX));
         m_scaleY = std::max(m_scaleX, kLeastHeight / (m_top - m_bottom));
@@ -50,7 +50,7 @@ private:
 
 // The smallest step of round numbers that keeps the ticks so many pixels apart.
 inline double tickStep(double scale, double pixels) {
-    for (double unit = 0.0001; unit < 10.0; unit *= 10.0)
+    for (double unit = 0.00001; unit < 10.0; unit *= 10.0)
         for (const double step : {unit, 2.0 * unit, 5.0 * unit})
             if (step < 15.0 && step * scale >= pixels)
                 return step;
