@@ -11,8 +11,7 @@ class View {
 public:
     static constexpr double kLeft = 76.0, kRight = 34.0, kTop = 104.0, kBottom = 100.0;  // around the plot
 
-    // The area and a margin, at equal scale unless the area is a level strip, which would be too flat to
-    // read.
+    // The area and a margin, at equal scale but for a level strip, which would be too flat to read.
     explicit View(const ScanJob& job) {
         m_width = std::min(360.0, job.width() * (1.0 + 2.0 * kMargin));
         m_bottom = job.bottom() - kMargin * job.height();
