@@ -8,7 +8,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double kDegreesPerRadian = 180.0 / 3.141592653589793;
+constexpr double kDegreesPerRadian = 57.29577951308232;
+constexpr double kRadiansPerDegree = 0.017453292519943295;
 
 // What one image covers without the overlap to its neighbours, in degrees.
 constexpr double kShotWidth = 16.0;
@@ -93,8 +94,7 @@ void fail(const fs::path& path, const std::string& what) {
 void readOutline(const fs::path& path, ScanJob& job) {
     const std::string expected =
         "; expected are lines \"name,horizontal angle,zenith angle,0\" in degrees, the horizontal angle from "
-        "-360 "
-        "to 360, the zenith angle between 0 and 180";
+        "-360 to 360, the zenith angle between 0 and 180";
     CString file = libraryPath(path);
     CArray<CXYZ, CXYZ&> vertices;
     if (ReadCSVFile(&file, vertices, 1) != 1)
@@ -141,6 +141,11 @@ void readPoints(const fs::path& path, ScanJob& job) {
 void measureArea(ScanJob& job) {
     CScanArea& area = job.area;
     area.CalHVPolyline2();
+    // IsPolyInside takes the left edge through radians, where one angle in ten comes back a rounding step
+    // high; those that went that way once come back unchanged.
+    for (int i = 0; i < area.outlinePolyline.GetVertexSize(); ++i)
+        area.outlinePolyline.vertices[i].x =
+            area.outlinePolyline.vertices[i].x * kRadiansPerDegree * kDegreesPerRadian;
     job.crossesZero = area.CheckZeroCross() == 1;
     if (job.crossesZero) {
         CArray<int, int&> behind, before;

@@ -28,7 +28,8 @@ void fillGrid(CScanArea& area, int columns, int rows) {
     area.columnCount = columns;
     area.rowCount = rows;
     for (int i = 0; i < columns * rows; ++i) {
-        addDirection(area.shootAngles, 10 + i % columns, 80 + i / columns);
+        const int row = i / columns;
+        addDirection(area.shootAngles, 10 + i % columns, 80 + row);
         area.imageNames.Add(CString(u"IMG") + CString(std::to_string(i).c_str()) + u".jpg");
     }
 }

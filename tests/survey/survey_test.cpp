@@ -108,7 +108,8 @@ TEST(PackedAngles, CarryAndCut) {
     EXPECT_EQ(S::Angle60To100(-12.3045, 0), -12 + (30 * 60.0 + 450 * 0.1) * 2.777777777777778e-4)
         << "mis-cut";
     for (int second = 0; second < 3600; ++second) {
-        const double packed = 7 + second / 60 * 0.01 + second % 60 * 0.0001;
+        const int minute = second / 60;
+        const double packed = 7 + minute * 0.01 + second % 60 * 0.0001;
         ASSERT_NEAR(S::Angle60To100(packed, 0), 7 + second / 3600.0, 1e-13) << second;
         ASSERT_NEAR(S::Angle100To60(S::Angle60To100(packed, 0), 0, 0), packed, 1e-13) << second;
     }

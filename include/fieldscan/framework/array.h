@@ -15,7 +15,8 @@
 // Growth: when no step is set, the room grows by max(4, min(1024, size / 8)) elements, and never to less than
 // what is asked for. A smaller size destroys the surplus elements and keeps the room; size 0 frees it. The
 // storage of a new element is filled with zero bytes before the element is constructed, so a member that its
-// constructor does not set starts at 0.
+// constructor does not set starts at 0. (GCC drops the zeros where it can see an inline constructor of the
+// application's own, unless told -fno-lifetime-dse; the library's classes have theirs inside the library.)
 //
 // An index must lie in 0 .. GetSize() - 1 (debug builds assert it); SetAtGrow and InsertAt make room
 // themselves and drop a negative index. Any change of the size ends the life of pointers to elements.
