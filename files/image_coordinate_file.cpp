@@ -1,6 +1,5 @@
 #include <fieldscan/point_files.h>
 
-#include <algorithm>
 #include <string>
 
 #include "files/point_lines.h"
@@ -13,9 +12,7 @@ namespace {
 
 // Most lines that hold something and fit into what is left of the file: a character and a line feed each, the
 // last line feed may be missing.
-long long linesThatFit(const CFile& file) {
-    return (file.GetLength() - file.GetPosition() + 1) / 2;
-}
+long long linesThatFit(const CFile& file) { return (file.GetLength() - file.GetPosition() + 1) / 2; }
 
 // Reads "%d" or "%d %d" into the values; false only where the input ends first.
 bool readInts(CFile& file, std::initializer_list<int*> values) {
@@ -63,15 +60,18 @@ int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXY
             return 0;
         if (count < 1)
             return 1;
-        points.SetSize(static_cast<int>(std::min<long long>(count, linesThatFit(file))));
-        for (int i = 0; i < points.GetSize(); ++i) {
-            if (!readImagePoint(file, codePage, points[i])) {
-                if (points.GetSize() < count)
-                    points.SetSize(i);
+        const long long fitting = linesThatFit(file);
+        while (points.GetSize() < count) {
+            CXYZ point;
+            if (!readImagePoint(file, codePage, point)) {
+                if (count <= fitting)
+                    points.SetSize(count);
                 return 0;
             }
+            reserveDouble(points);
+            points.Add(point);
         }
-        return points.GetSize() == count ? 1 : 0;
+        return 1;
     });
 }
 

@@ -33,24 +33,36 @@ void fieldscan::appendPoint(LineWriter& lines, const CXYZ& point) {
     }
 }
 
+std::string_view fieldscan::numberText(unsigned int codePage, std::string_view field, std::string& buffer) {
+    field = trimmed(field);
+    if (field.empty() || static_cast<unsigned char>(field[0]) < 0x80)
+        return field;
+    const CString wide = wideTrimmed(codePage, field);  // the ideographic blank
+    buffer.clear();
+    system::appendAnsi(codePage, wide.GetString(), wide.GetLength(), buffer);
+    return buffer;
+}
+
 CXYZ fieldscan::pointOf(unsigned int codePage, const std::string_view* fields, int count) {
-    const auto number = [&](int i) { return i < count ? parseDouble(fields[i]) : 0.0; };
+    std::string buffer;
+    const auto number = [&](int i) {
+        return i < count ? parseDouble(numberText(codePage, fields[i], buffer)) : 0.0;
+    };
     CXYZ point(number(1), number(2), number(3));
     point.name = wideTrimmed(codePage, fields[0]);
     return point;
 }
 
 bool fieldscan::openForReading(CFile& file, const CString* path, int mustExist) {
-    if (!path || path->IsEmpty())
+    if (!path)
         return false;
-    if (!CRTCard().IsFile(*path)) {
-        if (mustExist == 1)
-            return false;
-        if (!file.Open(*path, CFile::modeCreate | CFile::modeReadWrite))
-            return false;
-        file.Close();
-    }
-    return file.Open(*path, CFile::modeRead) == 1;
+    if (file.Open(*path, CFile::modeRead))
+        return true;
+    if (mustExist == 1 || file.GetOpenFailure() != CFile::causeNotFound)
+        return false;
+    // Not truncating: the file may have come into being meanwhile.
+    return file.Open(*path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite) &&
+           file.Close() && file.Open(*path, CFile::modeRead);
 }
 
 bool fieldscan::openForWriting(CFile& file, const CString& path, int append) {
@@ -68,7 +80,7 @@ int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         const unsigned int codePage = system::ansiCodePage();
         for (std::string line; readLine(file, line) && !trimmed(line).empty();)
             addPoint(points, codePage, line);
-        return 1;
+        return file.HasReadFailed() ? 0 : 1;
     });
 }
 
@@ -103,13 +115,11 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
                 rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
             }
         }
-        return 1;
+        return file.HasReadFailed() ? 0 : 1;
     });
 }
 
-int EditFileName(CString path, CString& title) {
-    return CRTCard().GetFileTitle(std::move(path), title);
-}
+int EditFileName(CString path, CString& title) { return CRTCard().GetFileTitle(std::move(path), title); }
 
 double CStringToDBL(CString text) {
     double value = 0.0;

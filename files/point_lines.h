@@ -5,7 +5,7 @@
 #include <fieldscan/framework/file.h>
 #include <fieldscan/points.h>
 
-#include <functional>
+#include <string>
 #include <string_view>
 
 #include "platform/framework/line_text.h"
@@ -15,11 +15,17 @@ namespace fieldscan {
 // Appends "name,x,y,z" with six decimals, without an end of line.
 void appendPoint(LineWriter& lines, const CXYZ& point);
 
+// The field of a number, trimmed; `buffer` may hold it.
+std::string_view numberText(unsigned int codePage, std::string_view field, std::string& buffer);
+
 // The point of the fields name, x, y, z; fields beyond `count` are empty.
 CXYZ pointOf(unsigned int codePage, const std::string_view* fields, int count);
 
 // Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
 bool openForReading(CFile& file, const CString* path, int mustExist);
+
+// Opens for appending, made if missing.
+bool openForAppending(CFile& file, const CString& path);
 
 // Opens for writing: append 1 an existing file, behind its end; else made or emptied.
 bool openForWriting(CFile& file, const CString& path, int append);
@@ -28,7 +34,18 @@ bool openForWriting(CFile& file, const CString& path, int append);
 bool closeOnMedium(CFile& file);
 
 // Opens the file for appending, lets `write` fill lines, closes it on the medium: 1, or 0 when a step fails.
-int appendToFile(const CString& path, const std::function<void(LineWriter&)>& write);
+template <class Write>
+int appendToFile(const CString& path, Write write) {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!openForAppending(file, path))
+            return 0;
+        LineWriter lines(file);
+        write(lines, file);
+        const bool written = lines.finish();
+        return closeOnMedium(file) && written ? 1 : 0;
+    });
+}
 
 }  // namespace fieldscan
 

@@ -22,16 +22,13 @@ void appendWithCode(LineWriter& lines, const CXYZ& point) {
 
 }  // namespace
 
-int fieldscan::appendToFile(const CString& path, const std::function<void(LineWriter&)>& write) {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (ScanFileOpen(&file, path) != 1)
-            return 0;
-        LineWriter lines(file);
-        write(lines);
-        const bool written = lines.finish();
-        return closeOnMedium(file) && written ? 1 : 0;
-    });
+bool fieldscan::openForAppending(CFile& file, const CString& path) {
+    if (!file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
+        return false;
+    if (file.SeekToEnd())
+        return true;
+    file.Close();
+    return false;
 }
 
 bool fieldscan::closeOnMedium(CFile& file) {
@@ -39,11 +36,7 @@ bool fieldscan::closeOnMedium(CFile& file) {
     return file.Close() == 1 && flushed;
 }
 
-int ScanFileOpen(CFile* file, CString path) {
-    if (!file->Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
-        return 0;
-    return file->SeekToEnd();
-}
+int ScanFileOpen(CFile* file, CString path) { return openForAppending(*file, path); }
 
 int ScanFileClose(CFile* file) {
     closeOnMedium(*file);
@@ -51,7 +44,7 @@ int ScanFileClose(CFile* file) {
 }
 
 int ScanFileAdd(CString path, CXYZ point, CString extra) {
-    return appendToFile(path, [&](LineWriter& lines) {
+    return appendToFile(path, [&](LineWriter& lines, CFile&) {
         appendPoint(lines, point);
         lines.text() += ',';
         lines.append(point.code);
@@ -64,11 +57,11 @@ int ScanFileAdd(CString path, CXYZ point, CString extra) {
 }
 
 int ScanFileAdd(CString path, CXYZ point) {
-    return appendToFile(path, [&](LineWriter& lines) { appendWithCode(lines, point); });
+    return appendToFile(path, [&](LineWriter& lines, CFile&) { appendWithCode(lines, point); });
 }
 
 int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points) {
-    return appendToFile(path, [&](LineWriter& lines) {
+    return appendToFile(path, [&](LineWriter& lines, CFile&) {
         for (int i = 0; i < points.GetSize(); ++i)
             appendWithCode(lines, points[i]);
     });

@@ -1,4 +1,3 @@
-#include <fieldscan/card.h>
 #include <fieldscan/scan_result_files.h>
 
 #include <string>
@@ -38,18 +37,20 @@ Element elementOr(const Array& array, int i, const Element& missing) {
     return i < array.GetSize() ? array[i] : missing;
 }
 
-bool writeHeader(CFile& file, const CString& header) {
-    LineWriter lines(file);
+void appendHeader(LineWriter& lines, const CString& header) {
     lines.append(header);
     lines.text() += '\r';
     lines.endLine();
-    return lines.finish();
 }
 
 }  // namespace
 
 int WriteHeader(CFile* file, CString header) {
-    zeroIfOutOfMemory([&] { return writeHeader(*file, header) ? 1 : 0; });
+    zeroIfOutOfMemory([&] {
+        LineWriter lines(*file);
+        appendHeader(lines, header);
+        return lines.finish() ? 1 : 0;
+    });
     return 1;
 }
 
@@ -69,26 +70,25 @@ int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double
         CFile file;
         if (!openForWriting(file, path, append))
             return 0;
-        bool written = append == 1 || writeHeader(file, kVersionLine);
         LineWriter lines(file);
+        if (append != 1)
+            appendHeader(lines, kVersionLine);
         for (int i = 0; i < points.GetSize(); ++i)
             appendVersioned(lines, points[i], elementOr(texts, i, CString()), elementOr(first, i, 0.0),
                             elementOr(second, i, 0.0));
-        written = lines.finish() && written;
+        const bool written = lines.finish();
         return closeOnMedium(file) && written ? 1 : 0;
     });
 }
 
+// The version line and the point go to the medium together: an interrupted call leaves no file that lacks the
+// line, and one that is empty gets it.
 int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text) {
-    if (!CRTCard().IsFile(path)) {
-        CFile file;
-        if (ScanFileOpen(&file, path) != 1)
-            return 0;
-        const bool written = zeroIfOutOfMemory([&] { return writeHeader(file, kVersionLine) ? 1 : 0; }) == 1;
-        if (!closeOnMedium(file) || !written)
-            return 0;
-    }
-    return appendToFile(path, [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
+    return appendToFile(path, [&](LineWriter& lines, CFile& file) {
+        if (file.GetLength() == 0)
+            appendHeader(lines, kVersionLine);
+        appendVersioned(lines, point, text, first, second);
+    });
 }
 
 int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
@@ -97,27 +97,33 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
     first.SetSize(0);
     second.SetSize(0);
     texts.SetSize(0);
-    return zeroIfOutOfMemory([&] {
+    const int result = zeroIfOutOfMemory([&] {
         CFile file;
         if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, kVersionLine) != 1)
             return 0;
         const unsigned int codePage = system::ansiCodePage();
         std::string_view fields[kFields];
+        std::string buffer;
         for (std::string line; readLine(file, line);) {
             if (splitAtCommas(line, fields, kFields) < kFields)
                 continue;
             CXYZ point = pointOf(codePage, fields, kCode);
             point.code = wideTrimmed(codePage, fields[kCode]);
-            point.attr[2] = parseInt(fields[kAttribute]);
+            point.attr[2] = parseInt(numberText(codePage, fields[kAttribute], buffer));
             reserveDouble(points);
             reserveDouble(texts);
             reserveDouble(first);
             reserveDouble(second);
-            texts.Add(wideTrimmed(codePage, fields[kText]));
             points.Add(point);
-            first.Add(parseDouble(fields[kFirst]));
-            second.Add(parseDouble(fields[kSecond]));
+            texts.Add(wideTrimmed(codePage, fields[kText]));
+            first.Add(parseDouble(numberText(codePage, fields[kFirst], buffer)));
+            second.Add(parseDouble(numberText(codePage, fields[kSecond], buffer)));
         }
-        return 1;
+        return file.HasReadFailed() ? 0 : 1;
     });
+    // Where memory ran out the lists may differ by the last point.
+    points.SetSize(second.GetSize());
+    texts.SetSize(second.GetSize());
+    first.SetSize(second.GetSize());
+    return result;
 }

@@ -6,17 +6,11 @@
 
 using fieldscan::kFullTurn;
 
-CWPK::CWPK() {
-    Init();
-}
+CWPK::CWPK() { Init(); }
 
-CWPK::CWPK(const CWPK& other) {
-    operator=(other);
-}
+CWPK::CWPK(const CWPK& other) { operator=(other); }
 
-CWPK::CWPK(double omega_, double phi_, double kappa_) {
-    SetWPK(omega_, phi_, kappa_);
-}
+CWPK::CWPK(double omega_, double phi_, double kappa_) { SetWPK(omega_, phi_, kappa_); }
 
 CWPK& CWPK::operator=(const CWPK& other) {
     if (this != &other)
@@ -24,9 +18,7 @@ CWPK& CWPK::operator=(const CWPK& other) {
     return *this;
 }
 
-void CWPK::Init() {
-    SetWPK(0.0, 0.0, 0.0);
-}
+void CWPK::Init() { SetWPK(0.0, 0.0, 0.0); }
 
 void CWPK::SetWPK(double omega_, double phi_, double kappa_) {
     omega = omega_;
@@ -66,13 +58,9 @@ CWPK CWPK::Subtract(const CWPK& other) const {
                 SubtractAngle(other.kappa, kappa));
 }
 
-CWPK CWPK::operator+() const {
-    return *this;
-}
+CWPK CWPK::operator+() const { return *this; }
 
-CWPK CWPK::operator-() const {
-    return CWPK(-omega, -phi, -kappa);
-}
+CWPK CWPK::operator-() const { return CWPK(-omega, -phi, -kappa); }
 
 CWPK CWPK::operator+(const CWPK& b) const {
     CWPK result(*this);

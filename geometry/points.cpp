@@ -4,17 +4,11 @@
 #include <cmath>
 #include <utility>
 
-CXYZ::CXYZ() {
-    Init();
-}
+CXYZ::CXYZ() { Init(); }
 
-CXYZ::CXYZ(const CXYZ& other) {
-    operator=(other);
-}
+CXYZ::CXYZ(const CXYZ& other) { operator=(other); }
 
-CXYZ::CXYZ(CXYZ&& other) noexcept {
-    operator=(std::move(other));
-}
+CXYZ::CXYZ(CXYZ&& other) noexcept { operator=(std::move(other)); }
 
 CXYZ::CXYZ(double x_, double y_, double z_) {
     Init();
@@ -62,17 +56,11 @@ void CXYZ::Init() {
     std::fill(attr, attr + 5, 0);
 }
 
-double CXYZ::Inn(const CXYZ& b) const {
-    return b.z * z + b.y * y + b.x * x;
-}
+double CXYZ::Inn(const CXYZ& b) const { return b.z * z + b.y * y + b.x * x; }
 
-CXYZ CXYZ::Out(const CXYZ& b) const {
-    return CXYZ(y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x);
-}
+CXYZ CXYZ::Out(const CXYZ& b) const { return CXYZ(y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x); }
 
-double CXYZ::Len() const {
-    return std::sqrt(x * x + y * y + z * z);
-}
+double CXYZ::Len() const { return std::sqrt(x * x + y * y + z * z); }
 
 double CXYZ::Len(const CXYZ& b) const {
     const double dx = b.x - x;
@@ -81,13 +69,9 @@ double CXYZ::Len(const CXYZ& b) const {
     return std::sqrt(dz * dz + dy * dy + dx * dx);
 }
 
-BOOL CXYZ::EQ(const CXYZ& b, double tol) const {
-    return Len(b) <= tol;
-}
+BOOL CXYZ::EQ(const CXYZ& b, double tol) const { return Len(b) <= tol; }
 
-CXYZ CXYZ::operator+() const {
-    return *this;
-}
+CXYZ CXYZ::operator+() const { return *this; }
 
 CXYZ CXYZ::operator-() const {
     CXYZ result(*this);
@@ -130,21 +114,13 @@ CXYZ CXYZ::operator/(double s) const {
     return CXYZ(x * reciprocal, y * reciprocal, z * reciprocal);
 }
 
-void CXYZ::operator+=(const CXYZ& b) {
-    SetXYZ(x + b.x, y + b.y, z + b.z);
-}
+void CXYZ::operator+=(const CXYZ& b) { SetXYZ(x + b.x, y + b.y, z + b.z); }
 
-void CXYZ::operator-=(const CXYZ& b) {
-    SetXYZ(x - b.x, y - b.y, z - b.z);
-}
+void CXYZ::operator-=(const CXYZ& b) { SetXYZ(x - b.x, y - b.y, z - b.z); }
 
-void CXYZ::operator*=(const CXYZ& b) {
-    SetXYZ(x * b.x, y * b.y, z * b.z);
-}
+void CXYZ::operator*=(const CXYZ& b) { SetXYZ(x * b.x, y * b.y, z * b.z); }
 
-void CXYZ::operator*=(double s) {
-    SetXYZ(x * s, y * s, z * s);
-}
+void CXYZ::operator*=(double s) { SetXYZ(x * s, y * s, z * s); }
 
 void CXYZ::operator/=(const CXYZ& b) {
     SetXYZ(b.x != 0.0 ? x / b.x : x, b.y != 0.0 ? y / b.y : y, b.z != 0.0 ? z / b.z : z);
@@ -157,9 +133,7 @@ void CXYZ::operator/=(double s) {
 
 void CXYZ::Trace() {}
 
-CXYF::CXYF() {
-    Init();
-}
+CXYF::CXYF() { Init(); }
 
 CXYF::CXYF(const CXYF& other) : x(other.x), y(other.y) {}
 
@@ -171,9 +145,9 @@ CXYF& CXYF::operator=(const CXYF& other) {
     return *this;
 }
 
-void CXYF::Init() {
-    SetXY(0.0f, 0.0f);
-}
+void CXYF::Trace() {}
+
+void CXYF::Init() { SetXY(0.0f, 0.0f); }
 
 void CXYF::SetXY(float x_, float y_) {
     x = x_;

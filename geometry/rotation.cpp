@@ -83,13 +83,9 @@ void setRow(double row[3], double a, double b, double c) {
 
 }  // namespace
 
-CRot::CRot() {
-    I();
-}
+CRot::CRot() { I(); }
 
-CRot::CRot(const CRot& other) {
-    operator=(other);
-}
+CRot::CRot(const CRot& other) { operator=(other); }
 
 CRot& CRot::operator=(const CRot& other) {
     if (this != &other)
@@ -147,9 +143,7 @@ BOOL CRot::AddMatrix(ROT_SYSTEM sys, const CWPK& a) {
     return 1;
 }
 
-void CRot::AddMatrix(const CRot& r) {
-    *this = r * *this;
-}
+void CRot::AddMatrix(const CRot& r) { *this = r * *this; }
 
 BOOL CRot::CalAngle(ROT_SYSTEM sys, CWPK& a) const {
     switch (sys) {
@@ -219,8 +213,6 @@ CXYZ CRot::operator*(const CXYZ& v) const {
     return rotated;
 }
 
-void CRot::operator*=(const CRot& b) {
-    *this = *this * b;
-}
+void CRot::operator*=(const CRot& b) { *this = *this * b; }
 
 void CRot::Trace() {}

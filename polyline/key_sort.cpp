@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
+#include <exception>
 #include <vector>
 
 namespace {
@@ -13,9 +13,7 @@ struct Key {
 };
 
 // Numbers below NaN, which `<` alone would not order.
-bool less(double a, double b) {
-    return a < b || (std::isnan(b) && !std::isnan(a));
-}
+bool less(double a, double b) { return a < b || (std::isnan(b) && !std::isnan(a)); }
 
 // The index decides between equal keys, so that the result is one and the same on every platform.
 bool ascendingOrder(const Key& a, const Key& b) {
@@ -34,7 +32,7 @@ void QuickSortKey(CArray<double, double>& keys, CArray<int, int>& order, int asc
     try {
         order.SetSize(n);
         sorted.resize(static_cast<std::size_t>(n));
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {  // no memory, or no address space
         order.SetSize(0);
         return;
     }

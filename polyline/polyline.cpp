@@ -8,18 +8,14 @@ namespace {
 constexpr int kSplineCubic = 6;
 constexpr int kSplineCatmullRom = 1000;
 
-bool allSet(int flags, int mask) {
-    return (flags & mask) == mask;
-}
+bool allSet(int flags, int mask) { return (flags & mask) == mask; }
 
 }  // namespace
 
 CPolyline::CPolyline(int flags_, int splineFlag_)
     : name(u"0"), reserved1(0.0), flags(flags_), splineFlag(splineFlag_), reserved2(0.0) {}
 
-CPolyline::CPolyline(const CPolyline& other) : CPolyline() {
-    operator=(other);
-}
+CPolyline::CPolyline(const CPolyline& other) : CPolyline() { operator=(other); }
 
 CPolyline::~CPolyline() {}
 
@@ -52,9 +48,7 @@ int CPolyline::SetVertex(unsigned int i, const CVertex& v) {
     return 1;
 }
 
-int CPolyline::AddVertex(const CVertex& v) {
-    return vertices.Add(const_cast<CVertex&>(v));
-}
+int CPolyline::AddVertex(const CVertex& v) { return vertices.Add(const_cast<CVertex&>(v)); }
 
 int CPolyline::InsertVertex(unsigned int i, const CVertex& v) {
     if (!GetVertex(i))
@@ -70,33 +64,19 @@ int CPolyline::DelVertex(unsigned int i) {
     return 1;
 }
 
-void CPolyline::DelAllVertex() {
-    vertices.SetSize(0);
-}
+void CPolyline::DelAllVertex() { vertices.SetSize(0); }
 
-int CPolyline::GetVertexSize() const {
-    return vertices.GetSize();
-}
+int CPolyline::GetVertexSize() const { return vertices.GetSize(); }
 
-void CPolyline::SetVertexSize(unsigned int n) {
-    vertices.SetSize(static_cast<int>(n));
-}
+void CPolyline::SetVertexSize(unsigned int n) { vertices.SetSize(static_cast<int>(n)); }
 
-int CPolyline::CheckPolylineFlag(int mask) const {
-    return allSet(flags, mask);
-}
+int CPolyline::CheckPolylineFlag(int mask) const { return allSet(flags, mask); }
 
-void CPolyline::Close() {
-    flags |= kClosed;
-}
+void CPolyline::Close() { flags |= kClosed; }
 
-void CPolyline::Open() {
-    flags &= ~kClosed;
-}
+void CPolyline::Open() { flags &= ~kClosed; }
 
-int CPolyline::IsClose() const {
-    return allSet(flags, kClosed);
-}
+int CPolyline::IsClose() const { return allSet(flags, kClosed); }
 
 int CPolyline::SetSplineFlag(int kind) {
     const bool known = kind == kSplineCubic || kind == kSplineCatmullRom;
@@ -110,9 +90,9 @@ int CPolyline::GetSplineFlag() const {
     return allSet(splineFlag, kSplineCatmullRom) ? kSplineCatmullRom : 0;
 }
 
-void CPolyline::Reverse() {
-    std::reverse(vertices.GetData(), vertices.GetData() + vertices.GetSize());
-}
+void CPolyline::Trace() {}
+
+void CPolyline::Reverse() { std::reverse(vertices.GetData(), vertices.GetData() + vertices.GetSize()); }
 
 int CPolyline::CheckTurn() const {
     const int n = vertices.GetSize();

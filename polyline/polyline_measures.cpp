@@ -11,9 +11,7 @@ namespace {
 
 constexpr double kLargest = std::numeric_limits<double>::max();
 
-double distanceInSpace(const CXYZ& from, const CXYZ& to) {
-    return from.Len(to);
-}
+double distanceInSpace(const CXYZ& from, const CXYZ& to) { return from.Len(to); }
 
 double distanceInPlan(const CXYZ& from, const CXYZ& to) {
     const double dx = to.x - from.x;
@@ -52,7 +50,7 @@ bool appendInner(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ&
                  const CString& name) {
     const double length = p.Len(q);
     if (!(step < length))
-        return !std::isnan(length);
+        return true;
     if (!(length / step < std::numeric_limits<int>::max() - vertices.GetSize() - 2.0))
         return false;
     const double dx = q.x - p.x;
@@ -63,6 +61,7 @@ bool appendInner(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ&
         CVertex inner(perLength * t * dx + p.x, perLength * t * dy + p.y, perLength * t * dz + p.z,
                       CVertex::kDefault);
         inner.name = name;
+        fieldscan::reserveDouble(vertices);
         vertices.Add(inner);
     }
     return true;
@@ -83,21 +82,13 @@ int CPolyline::PtInPolyline(double x, double y) const {
     return crossings % 2;
 }
 
-double CPolyline::GetDistance(int i, int j) const {
-    return between(*this, i, j, distanceInSpace);
-}
+double CPolyline::GetDistance(int i, int j) const { return between(*this, i, j, distanceInSpace); }
 
-double CPolyline::GetDistanceXY(int i, int j) const {
-    return between(*this, i, j, distanceInPlan);
-}
+double CPolyline::GetDistanceXY(int i, int j) const { return between(*this, i, j, distanceInPlan); }
 
-double CPolyline::GetTotalLength() const {
-    return totalLength(*this, distanceInSpace);
-}
+double CPolyline::GetTotalLength() const { return totalLength(*this, distanceInSpace); }
 
-double CPolyline::GetTotalLengthXY() const {
-    return totalLength(*this, distanceInPlan);
-}
+double CPolyline::GetTotalLengthXY() const { return totalLength(*this, distanceInPlan); }
 
 int CPolyline::GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin,
                         double& zMax) const {
@@ -117,7 +108,7 @@ int CPolyline::GetRange(double& xMin, double& xMax, double& yMin, double& yMax, 
 }
 
 int CPolyline::InterpolateVertex(double step) {
-    if (!(step > 0.0))
+    if (step <= 0.0)
         return 0;
     const int n = vertices.GetSize();
     if (n == 0)
@@ -130,8 +121,10 @@ int CPolyline::InterpolateVertex(double step) {
             CVertex& q = vertices[closing ? 0 : i + 1];
             if (!appendInner(result.vertices, vertices[i], q, step, name))
                 return 0;
-            if (!closing)
-                result.vertices.Add(q);
+            if (closing)
+                break;
+            fieldscan::reserveDouble(result.vertices);
+            result.vertices.Add(q);
         }
         vertices.Swap(result.vertices);
         return 1;

@@ -6,15 +6,11 @@ namespace {
 
 const char16_t kUnnamed[] = u"0";
 
-void setBit(int& flag, int bit, int on) {
-    flag = on ? flag | bit : flag & ~bit;
-}
+void setBit(int& flag, int bit, int on) { flag = on ? flag | bit : flag & ~bit; }
 
 }  // namespace
 
-CVertex::CVertex(int flag_) : flag(flag_) {
-    name = kUnnamed;
-}
+CVertex::CVertex(int flag_) : flag(flag_) { name = kUnnamed; }
 
 CVertex::CVertex(double x_, double y_, double z_, int flag_) : CXYZ(x_, y_, z_), flag(flag_) {
     name = kUnnamed;
@@ -36,18 +32,10 @@ CVertex& CVertex::operator=(CVertex&& other) noexcept {
     return *this;
 }
 
-int CVertex::CheckVertexFlag(int mask) const {
-    return (flag & mask) == mask;
-}
+int CVertex::CheckVertexFlag(int mask) const { return (flag & mask) == mask; }
 
-int CVertex::IsSplineFrame() const {
-    return CheckVertexFlag(kSplineFrame);
-}
+int CVertex::IsSplineFrame() const { return CheckVertexFlag(kSplineFrame); }
 
-void CVertex::SetSplineFrame(int on) {
-    setBit(flag, kSplineFrame, on);
-}
+void CVertex::SetSplineFrame(int on) { setBit(flag, kSplineFrame, on); }
 
-void CVertex::SetSplineVertex(int on) {
-    setBit(flag, kSplineVertex, on);
-}
+void CVertex::SetSplineVertex(int on) { setBit(flag, kSplineVertex, on); }

@@ -22,13 +22,9 @@ double stepTo(const Angles& outline, int i) {
     return outline[i].kappa - outline[i > 0 ? i - 1 : n - 1].kappa;
 }
 
-bool wrapsToZero(double step) {
-    return step < 0.0 && std::fabs(step) >= kHalfTurn;
-}
+bool wrapsToZero(double step) { return step < 0.0 && std::fabs(step) >= kHalfTurn; }
 
-bool wrapsFromZero(double step) {
-    return step > 0.0 && std::fabs(step) >= kHalfTurn;
-}
+bool wrapsFromZero(double step) { return step > 0.0 && std::fabs(step) >= kHalfTurn; }
 
 int firstBehindWrap(const Angles& outline) {
     for (int i = 0; i < outline.GetSize(); ++i)

@@ -6,6 +6,7 @@
 
 #include "geometry/angle_constants.h"
 #include "platform/framework/arithmetic.h"
+#include "platform/framework/line_text.h"
 
 using namespace fieldscan;
 
@@ -13,23 +14,15 @@ namespace {
 
 constexpr double kGridTolerance = kRadiansPerDegree;
 
-bool inFullTurn(double angle) {
-    return 0.0 <= angle && angle < kFullTurn;
-}
+bool inFullTurn(double angle) { return 0.0 <= angle && angle < kFullTurn; }
 
-double wholeTurns(double angle) {
-    return truncated(angle / kFullTurn) * kPi * 2.0;
-}
+double wholeTurns(double angle) { return truncated(angle / kFullTurn) * kPi * 2.0; }
 
 }  // namespace
 
-CScanArea::CScanArea() {
-    Init();
-}
+CScanArea::CScanArea() { Init(); }
 
-CScanArea::CScanArea(const CScanArea& other) : CScanArea() {
-    operator=(other);
-}
+CScanArea::CScanArea(const CScanArea& other) : CScanArea() { operator=(other); }
 
 CScanArea::~CScanArea() {}
 
@@ -60,6 +53,8 @@ void CScanArea::Init() {
     headerLine.Empty();
 }
 
+void CScanArea::Trace() {}
+
 int CScanArea::CheckParameter() const {
     const long long shots = static_cast<long long>(columnCount) * rowCount;
     if (imageNames.GetSize() != shots)
@@ -69,6 +64,8 @@ int CScanArea::CheckParameter() const {
     if (!inFullTurn(areaAngle1.omega) || !inFullTurn(areaAngle2.omega) || !inFullTurn(areaAngle1.kappa) ||
         !inFullTurn(areaAngle2.kappa))
         return -3;
+    if (columnCount < 1 || rowCount < 1)
+        return 1;
     for (int r = 0; r < rowCount; ++r)
         for (int c = 0; c < columnCount; ++c)
             if (shootAngles[r * columnCount + c].omega - shootAngles[r * columnCount].omega > kGridTolerance)
@@ -80,18 +77,19 @@ int CScanArea::CheckParameter() const {
     return 1;
 }
 
-int CScanArea::IsWithImage() const {
-    return !imageNames.IsEmpty() && !imageNames[0].IsEmpty();
-}
+int CScanArea::IsWithImage() const { return !imageNames.IsEmpty() && !imageNames[0].IsEmpty(); }
 
 int CScanArea::GetExtFileName(int index, CString& name) const {
     if (index < 0 || index >= static_cast<long long>(columnCount) * rowCount)
         return 0;
-    const CString image = index < imageNames.GetSize() ? imageNames[index] : CString();
-    CString stem = image.Left(image.ReverseFind('.'));
-    stem.Trim();
-    name = stem + u".ext";
-    return 1;
+    return zeroIfOutOfMemory([&] {
+        CString stem;
+        if (index < imageNames.GetSize())
+            stem = imageNames[index].Left(imageNames[index].ReverseFind('.')).Trim();
+        stem += u".ext";
+        name = stem;
+        return 1;
+    });
 }
 
 void CScanArea::NormalizeAngle(double& angle) const {
@@ -102,6 +100,10 @@ void CScanArea::NormalizeAngle(double& angle) const {
     }
     if (angle >= kFullTurn)
         angle -= wholeTurns(angle);
+    // The whole turns are rounded: next to a multiple of the turn a rounding step may be left on the wrong
+    // side.
+    if (angle < 0.0 || angle >= kFullTurn)
+        angle = 0.0;
 }
 
 void CScanArea::CalHVPolyline1() {

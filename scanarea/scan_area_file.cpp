@@ -107,10 +107,10 @@ int CScanArea::Read(CString path) {
                 word.clear();
             reserveDouble(shootAngles);
             reserveDouble(imageNames);
-            shootAngles.Add(direction);
             imageNames.Add(wideTrimmed(codePage, word));
+            shootAngles.Add(direction);
         }
-        return 1;
+        return file.HasReadFailed() ? 0 : 1;
     });
 }
 

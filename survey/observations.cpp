@@ -28,9 +28,7 @@ int floatBits(double value) {
     return bits;
 }
 
-bool scaleTooSmall(double scale) {
-    return std::fabs(scale) < 1e-12;
-}
+bool scaleTooSmall(double scale) { return std::fabs(scale) < 1e-12; }
 
 void storeAngles(CXYZ& out, double hAngle, double vAngle) {
     out.attr[0] = floatBits(hAngle);
@@ -50,13 +48,9 @@ void exchangeOnSecondFace(CXYZ& out, double vAngle) {
 
 }  // namespace
 
-void CCalcXYZHV::CnvSokuToMath(CXYZ& p) {
-    p.SetXYZ(p.y * 1000.0, p.x * 1000.0, p.z * 1000.0);
-}
+void CCalcXYZHV::CnvSokuToMath(CXYZ& p) { p.SetXYZ(p.y * 1000.0, p.x * 1000.0, p.z * 1000.0); }
 
-void CCalcXYZHV::CnvMathToSoku(CXYZ& p) {
-    p.SetXYZ(p.y * 0.001, p.x * 0.001, p.z * 0.001);
-}
+void CCalcXYZHV::CnvMathToSoku(CXYZ& p) { p.SetXYZ(p.y * 0.001, p.x * 0.001, p.z * 0.001); }
 
 int CCalcXYZHV::XYZToHV(CXYZ station, CXYZ target, double instrumentHeight, double& zenith,
                         double& direction) {

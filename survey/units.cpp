@@ -24,9 +24,7 @@ double roundedForDisplay(double angle, double turn, double scale, double unit, F
     return angle;
 }
 
-double halves(double f) {
-    return f >= 0.75 ? 1.0 : f >= 0.25 ? 0.5 : 0.0;
-}
+double halves(double f) { return f >= 0.75 ? 1.0 : f >= 0.25 ? 0.5 : 0.0; }
 
 double fifths(double f) {
     return f >= 0.9 ? 1.0 : f >= 0.7 ? 0.8 : f >= 0.5 ? 0.6 : f >= 0.3 ? 0.4 : f >= 0.1 ? 0.2 : 0.0;
@@ -36,44 +34,22 @@ double fifths(double f) {
 
 CCalcXYZHV::CCalcXYZHV() {}
 CCalcXYZHV::CCalcXYZHV(const CCalcXYZHV&) {}
-CCalcXYZHV& CCalcXYZHV::operator=(const CCalcXYZHV&) {
-    return *this;
-}
+CCalcXYZHV& CCalcXYZHV::operator=(const CCalcXYZHV&) { return *this; }
 CCalcXYZHV::~CCalcXYZHV() {}
 
-double CCalcXYZHV::MtoUSFT(double m) {
-    return m * 3.280833333333333;
-}
-double CCalcXYZHV::MtoIntFT(double m) {
-    return m * 3.280839895013123;
-}
-double CCalcXYZHV::USFTtoM(double ft) {
-    return ft * 0.30480060960121924;
-}
-double CCalcXYZHV::IntFTtoM(double ft) {
-    return ft * 0.3048;
-}
+double CCalcXYZHV::MtoUSFT(double m) { return m * 3.280833333333333; }
+double CCalcXYZHV::MtoIntFT(double m) { return m * 3.280839895013123; }
+double CCalcXYZHV::USFTtoM(double ft) { return ft * 0.30480060960121924; }
+double CCalcXYZHV::IntFTtoM(double ft) { return ft * 0.3048; }
 
-double CCalcXYZHV::DEGtoGON(double deg) {
-    return deg * 1.1111111111111112;
-}
-double CCalcXYZHV::DEGtoMIL(double deg) {
-    return deg * 17.77777777777778;
-}
-double CCalcXYZHV::GONtoDEG(double gon) {
-    return gon * 0.9;
-}
-double CCalcXYZHV::MILtoDEG(double mil) {
-    return mil * 0.05625;
-}
+double CCalcXYZHV::DEGtoGON(double deg) { return deg * 1.1111111111111112; }
+double CCalcXYZHV::DEGtoMIL(double deg) { return deg * 17.77777777777778; }
+double CCalcXYZHV::GONtoDEG(double gon) { return gon * 0.9; }
+double CCalcXYZHV::MILtoDEG(double mil) { return mil * 0.05625; }
 
-void CCalcXYZHV::Angle0To360(double& a) {
-    wrapTurn(a, 360.0, true);
-}
+void CCalcXYZHV::Angle0To360(double& a) { wrapTurn(a, 360.0, true); }
 
-double CCalcXYZHV::RoundGON(double gon) {
-    return roundedForDisplay(gon, 400.0, 10000.0, 0.001, halves);
-}
+double CCalcXYZHV::RoundGON(double gon) { return roundedForDisplay(gon, 400.0, 10000.0, 0.001, halves); }
 
 double CCalcXYZHV::RoundMIL(double mil, int mode) {
     return roundedForDisplay(mil, 6400.0, 1000.0, 0.01, mode == 0 ? halves : fifths);
@@ -111,6 +87,4 @@ double CCalcXYZHV::AngleH0toZ0(double v) {
     return angle;
 }
 
-double CCalcXYZHV::AngleZ0toH0(double v) {
-    return AngleH0toZ0(v);
-}
+double CCalcXYZHV::AngleZ0toH0(double v) { return AngleH0toZ0(v); }

@@ -24,9 +24,7 @@ std::string inBothForms(double degrees) {
     return format("%8.4f  ", degrees) + utf8(text);
 }
 
-void print(const char* title, const std::string& text) {
-    std::printf("  %-17s  %s\n", title, text.c_str());
-}
+void print(const char* title, const std::string& text) { std::printf("  %-17s  %s\n", title, text.c_str()); }
 
 void printDirection(const char* title, double horizontal, double elevation) {
     print(title, inBothForms(horizontal) + "   zenith angle " + inBothForms(90.0 - elevation));

@@ -38,9 +38,7 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
-int firstTick(double from, double step) {
-    return static_cast<int>(std::ceil(from / step));
-}
+int firstTick(double from, double step) { return static_cast<int>(std::ceil(from / step)); }
 
 std::string degrees(double value, double step) {
     const int decimals = step >= 1.0 ? 0 : static_cast<int>(std::ceil(-std::log10(step) - 1e-9));

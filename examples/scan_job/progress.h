@@ -6,14 +6,10 @@
 
 #if defined(_WIN32)
 #include <io.h>
-inline bool errorsGoToTerminal() {
-    return _isatty(_fileno(stderr)) != 0;
-}
+inline bool errorsGoToTerminal() { return _isatty(_fileno(stderr)) != 0; }
 #else
 #include <unistd.h>
-inline bool errorsGoToTerminal() {
-    return isatty(STDERR_FILENO) == 1;
-}
+inline bool errorsGoToTerminal() { return isatty(STDERR_FILENO) == 1; }
 #endif
 
 // Calls it with what is done and what there is to do; it shows a change of the percentage, in place, and

@@ -21,9 +21,7 @@ constexpr double kFourDecimals = 0.51e-4;
 constexpr double kDegreesPerRadian = 180.0 / 3.141592653589793;
 
 // Around the circle, because six decimals of 359.9999999 read 360, which is 0 again.
-double difference(double a, double b) {
-    return std::fabs(CCalcXYZHV::AngleDifference(a, b));
-}
+double difference(double a, double b) { return std::fabs(CCalcXYZHV::AngleDifference(a, b)); }
 
 double difference(const CWPK& a, const CWPK& b) {
     return std::max(difference(a.omega * kDegreesPerRadian, b.omega * kDegreesPerRadian),

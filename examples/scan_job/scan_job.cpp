@@ -15,17 +15,11 @@ constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kShotWidth = 16.0;
 constexpr double kShotHeight = 15.0;
 
-bool isFinite(const CXYZ& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
+bool isFinite(const CXYZ& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
 
-bool isZero(const CXYZ& p) {
-    return p.x == 0.0 && p.y == 0.0 && p.z == 0.0;
-}
+bool isZero(const CXYZ& p) { return p.x == 0.0 && p.y == 0.0 && p.z == 0.0; }
 
-std::string line(int index) {
-    return "line " + std::to_string(index + 1);
-}
+std::string line(int index) { return "line " + std::to_string(index + 1); }
 
 const char* meaningOf(int code) {
     switch (code) {
@@ -49,26 +43,14 @@ void check(const CScanArea& area) {
 
 }  // namespace
 
-double ScanJob::left() const {
-    return area.areaAngle1.kappa * kDegreesPerRadian;
-}
-double ScanJob::right() const {
-    return area.areaAngle2.kappa * kDegreesPerRadian;
-}
-double ScanJob::top() const {
-    return 90.0 - area.areaAngle1.omega * kDegreesPerRadian;
-}
-double ScanJob::bottom() const {
-    return 90.0 - area.areaAngle2.omega * kDegreesPerRadian;
-}
-double ScanJob::height() const {
-    return top() - bottom();
-}
+double ScanJob::left() const { return area.areaAngle1.kappa * kDegreesPerRadian; }
+double ScanJob::right() const { return area.areaAngle2.kappa * kDegreesPerRadian; }
+double ScanJob::top() const { return 90.0 - area.areaAngle1.omega * kDegreesPerRadian; }
+double ScanJob::bottom() const { return 90.0 - area.areaAngle2.omega * kDegreesPerRadian; }
+double ScanJob::height() const { return top() - bottom(); }
 
 // From left to right also where left > right, across the zero direction.
-double ScanJob::width() const {
-    return CCalcXYZHV::AngleDifference_Over0(left(), right());
-}
+double ScanJob::width() const { return CCalcXYZHV::AngleDifference_Over0(left(), right()); }
 
 int ScanJob::count(Place place) const {
     return static_cast<int>(std::count_if(sights.begin(), sights.end(),
@@ -79,13 +61,9 @@ double ScanJob::fromMiddle(double horizontalAngle) const {
     return CCalcXYZHV::AngleDifference(left() + width() / 2.0, horizontalAngle);
 }
 
-double signedElevation(double elevation) {
-    return CCalcXYZHV::AngleDifference(0.0, elevation);
-}
+double signedElevation(double elevation) { return CCalcXYZHV::AngleDifference(0.0, elevation); }
 
-CString libraryPath(const fs::path& path) {
-    return CString(path.u16string().c_str());
-}
+CString libraryPath(const fs::path& path) { return CString(path.u16string().c_str()); }
 
 void fail(const fs::path& path, const std::string& what) {
     throw std::runtime_error(path.u8string() + ": " + what);

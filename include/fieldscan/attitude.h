@@ -21,7 +21,8 @@ public:
     void SetWPK(double omega, double phi, double kappa);
 
     void Normalize();  // NormalizeAngle of omega, phi, kappa
-    // Wraps `a` into the closed range -pi .. pi; -pi and pi both stay as they are, NaN stays NaN.
+    // Wraps `a` into the closed range -pi .. pi; -pi and pi both stay as they are, NaN stays NaN, infinity
+    // gives NaN.
     static void NormalizeAngle(double& a);
     // Difference of two angles by the rule that callers rely on, not the signed shortest difference: with
     // both normalised, d = a - b and alt = T - d, the one of smaller magnitude (d on a tie). So a d above pi

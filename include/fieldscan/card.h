@@ -6,8 +6,8 @@
 
 class FIELDSCAN_API CRTCard {
 public:
-    // `path` is the folder of a card; null gives the empty path.
-    CRTCard(const unsigned short* path = nullptr);
+    // `path` is the folder of a card; none, or a null pointer, gives the empty path.
+    CRTCard(const CString& path = CString());
     CRTCard(const CRTCard& other);
     virtual ~CRTCard();
     CRTCard& operator=(const CRTCard& other);

@@ -15,6 +15,8 @@
 // read. Names and lines may have any length; blanks at both ends of a field go. A number is read as atof
 // reads it: what is none is 0.
 
+// When the medium fails before the end of the file, readers keep what they read and return 0.
+
 // "name,x,y,z" lines. Each line gives a point, from its first four fields; missing ones count as empty, those
 // beyond do not count. An empty line ends the file. Returns 0 when the file cannot be made or opened.
 FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);

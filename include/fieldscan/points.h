@@ -70,6 +70,7 @@ public:
 
     void Init();
     void SetXY(float x, float y);
+    void Trace();  // a hook for debugging, does nothing
 
     float x;
     float y;

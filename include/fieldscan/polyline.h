@@ -102,10 +102,12 @@ public:
 
     // Inserts vertices at the distances step, 2 step, ... from the start of every edge while they are less
     // than its length in space, the closing edge of a closed polyline included. Given vertices stay as they
-    // are; new ones have the flag 0x20 and the polyline's name. Returns 1; 0 when step is not above 0, when a
-    // distance is not finite, when the vertices would not fit an array or memory runs out, and then nothing
-    // has changed.
+    // are; new ones have the flag 0x20 and the polyline's name. Returns 1; 0 when step <= 0, when the
+    // vertices would not fit an array (an infinite edge among them) or memory runs out, and then nothing has
+    // changed.
     int InterpolateVertex(double step);
+
+    void Trace();  // a hook for debugging, does nothing
 
     CString name;  // "0" when made
     CArray<CVertex, CVertex&> vertices;

@@ -23,6 +23,7 @@ public:
 
     // Everything to 0 or empty, the two polylines excepted.
     void Init();
+    void Trace();  // a hook for debugging, does nothing
 
     // ---- Checks and queries ----
 
@@ -43,7 +44,7 @@ public:
     // outside the grid, and then `name` is unchanged. A shot without a name counts as an empty one.
     int GetExtFileName(int index, CString& name) const;
 
-    // Brings an angle in radians into [0, 2 pi). Angles of 2^31 turns and more are outside the contract.
+    // Brings an angle in radians into [0, 2 pi). Angles of 2^31 turns and more give 0.
     void NormalizeAngle(double& angle) const;
 
     // ---- Polylines, in degrees; rebuilt from the angle arrays at each call ----

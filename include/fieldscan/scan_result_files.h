@@ -46,11 +46,11 @@ FIELDSCAN_API int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points);
 FIELDSCAN_API int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points,
                                       CArray<double, double>& first, CArray<double, double>& second,
                                       CStringArray& texts, int append);
-// Appends one point; a missing file is made with its version line first.
+// Appends one point; a missing file is made with its version line first, an empty one gets it.
 FIELDSCAN_API int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text);
 // Empties the four lists, then reads. Lines with fewer than nine fields are skipped, fields beyond the ninth
-// do not count; blanks at both ends of a field go. Returns 0 when the file cannot be opened or its first line
-// is not the version line.
+// do not count; blanks at both ends of a field go. Returns 0 when the file cannot be opened or read to
+// its end, or its first line is not the version line.
 FIELDSCAN_API int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
                                      CArray<double, double>& second, CStringArray& texts);
 

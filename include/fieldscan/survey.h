@@ -49,8 +49,9 @@ public:
     // b - a in [-180, 180]; 0 when they differ by no more than 2.2e-16. Half a turn keeps the order:
     // b = a + 180 gives -180, b = a - 180 gives +180.
     static double AngleDifference(double a, double b);
-    static double AngleDifference_Over0(double a, double b);   // the same in [0, 360)
-    static double AngleDifference_Under0(double a, double b);  // the same in (-360, 0]
+    // The same in [0, 360] and [-360, 0]; the whole turn only for a difference of a rounding step.
+    static double AngleDifference_Over0(double a, double b);
+    static double AngleDifference_Under0(double a, double b);
     // Elevation to zenith angle and back: both are 90 - v brought into [0, 360], so -10 becomes 350.
     static double AngleH0toZ0(double v);
     static double AngleZ0toH0(double v);
@@ -85,9 +86,9 @@ public:
     static void CnvSokuToMath(CXYZ& p);
     static void CnvMathToSoku(CXYZ& p);
 
-    // Direction [0, 360] and zenith angle (0, 180) from a station, the instrument `instrumentHeight` above
-    // it, to a target, in surveying coordinates. Returns 1; 0 when both have the same plan position, and then
-    // direction is 0 and zenith is not written.
+    // Direction [0, 360] and zenith angle [0, 180] from a station, the instrument `instrumentHeight` above
+    // it, to a target, in surveying coordinates. Returns 1; 0 when their distance in plan is 0, and then
+    // direction is written (0 for the same plan position) and zenith is not.
     static int XYZToHV(CXYZ station, CXYZ target, double instrumentHeight, double& zenith, double& direction);
 
     // The same in mathematical coordinates; mind the order of the points. zenith = 90 - e with the elevation

@@ -20,8 +20,9 @@ inline int truncated(double value) {
 
 // Brings `angle` into one turn, as adding or subtracting `turn` again and again would, which is what the
 // formulas state: into [0, turn] when `closed` (an exact multiple above the range ends at `turn`), else into
-// [0, turn). `turn` must be a whole number. The remainder is exact, and so is every such subtraction, so the
-// bits are the same; huge angles end at once. Infinity and NaN stay as they are.
+// [0, turn). `turn` must be a whole number. The remainder is exact, and up to 2^56 so is every such
+// subtraction, so the bits are the same; larger angles, which would take years, end at once. Infinity and NaN
+// stay as they are.
 inline void wrapTurn(double& angle, double turn, bool closed) {
     if (!std::isfinite(angle))
         return;

@@ -8,9 +8,7 @@ constexpr unsigned long long kTicksPerSecond = 10000000;
 constexpr unsigned long long kTicksPerMillisecond = 10000;
 constexpr long long kSecondsPerDay = 86400;
 
-long long floorDivide(long long a, long long b) {
-    return a / b - (a % b < 0 ? 1 : 0);
-}
+long long floorDivide(long long a, long long b) { return a / b - (a % b < 0 ? 1 : 0); }
 
 }  // namespace
 

@@ -5,7 +5,7 @@
 #include "platform/framework/line_text.h"
 #include "platform/system.h"
 
-CRTCard::CRTCard(const unsigned short* path) : m_path(path) {}
+CRTCard::CRTCard(const CString& path) : m_path(path) {}
 
 CRTCard::CRTCard(const CRTCard& other) : m_path(other.m_path) {}
 

@@ -13,13 +13,17 @@ namespace {
 
 constexpr unsigned int kBufferSize = 64 * 1024;
 
-bool hasZeroUnit(const CString& path) {
-    return path.Find(static_cast<unsigned short>(0)) >= 0;
-}
+bool hasZeroUnit(const CString& path) { return path.Find(static_cast<unsigned short>(0)) >= 0; }
 
 }  // namespace
 
-CFile::CFile() : m_handle(system::kNoFile), m_cause(causeNone), m_buffer(nullptr), m_next(0), m_end(0) {}
+CFile::CFile()
+    : m_handle(system::kNoFile),
+      m_cause(causeNone),
+      m_readFailed(false),
+      m_buffer(nullptr),
+      m_next(0),
+      m_end(0) {}
 
 CFile::~CFile() {
     Close();
@@ -28,6 +32,7 @@ CFile::~CFile() {
 
 int CFile::Open(const CString& path, unsigned int mode) {
     Close();
+    m_readFailed = false;
     m_cause = causeOther;
     if (path.IsEmpty() || hasZeroUnit(path))
         return 0;
@@ -42,19 +47,16 @@ int CFile::Open(const CString& path, unsigned int mode) {
     return 1;
 }
 
-bool CFile::IsOpen() const {
-    return m_handle != system::kNoFile;
-}
+bool CFile::IsOpen() const { return m_handle != system::kNoFile; }
 
-// Refills the buffer, which must have been read to its end; false at the end of the file.
+// Refills the buffer, which must have been read to its end; false at the end of the file or when that fails.
 bool CFile::fill() {
     if (!IsOpen())
         return false;
     if (!m_buffer)
         m_buffer = new (std::nothrow) char[kBufferSize];
-    if (!m_buffer)
-        return false;
-    const long long got = system::readFile(m_handle, m_buffer, kBufferSize);
+    const long long got = m_buffer ? system::readFile(m_handle, m_buffer, kBufferSize) : -1;
+    m_readFailed = m_readFailed || got < 0;
     m_next = 0;
     m_end = got > 0 ? static_cast<unsigned int>(got) : 0;
     return m_end > 0;
@@ -93,26 +95,18 @@ int CFile::Write(const void* buffer, unsigned int count) {
     return 1;
 }
 
-int CFile::SeekToBegin() {
-    return IsOpen() && dropBuffer() && system::rewindFile(m_handle);
-}
+int CFile::SeekToBegin() { return IsOpen() && dropBuffer() && system::rewindFile(m_handle); }
 
-int CFile::SeekToEnd() {
-    return IsOpen() && dropBuffer() && system::seekFile(m_handle, 0, true) >= 0;
-}
+int CFile::SeekToEnd() { return IsOpen() && dropBuffer() && system::seekFile(m_handle, 0, true) >= 0; }
 
 long long CFile::GetPosition() const {
     const long long position = IsOpen() ? system::seekFile(m_handle, 0, false) : -1;
     return position < 0 ? -1 : position - (m_end - m_next);
 }
 
-long long CFile::GetLength() const {
-    return IsOpen() ? system::fileLength(m_handle) : -1;
-}
+long long CFile::GetLength() const { return IsOpen() ? system::fileLength(m_handle) : -1; }
 
-int CFile::Flush() {
-    return IsOpen() && system::flushFile(m_handle);
-}
+int CFile::Flush() { return IsOpen() && system::flushFile(m_handle); }
 
 int CFile::Close() {
     if (!IsOpen())

@@ -1,5 +1,7 @@
 #include "platform/framework/line_text.h"
 
+#include <algorithm>
+
 #include "platform/system.h"
 
 namespace fieldscan {
@@ -50,8 +52,11 @@ void LineWriter::endLine() {
 }
 
 void LineWriter::put() {
-    if (m_good && !m_text.empty())
-        m_good = m_file.Write(m_text.data(), static_cast<unsigned int>(m_text.size())) == 1;
+    // In parts that Write can count.
+    constexpr std::size_t kMost = std::size_t{1} << 30;
+    for (std::size_t at = 0; m_good && at < m_text.size(); at += kMost)
+        m_good = m_file.Write(m_text.data() + at,
+                              static_cast<unsigned int>(std::min(kMost, m_text.size() - at))) == 1;
     m_text.clear();
 }
 

@@ -4,7 +4,7 @@
 
 #include <fieldscan/framework/file.h>
 
-#include <new>
+#include <exception>
 #include <string>
 #include <string_view>
 
@@ -53,12 +53,13 @@ void reserveDouble(Array& array) {
                                                      : 2 * array.GetSize());
 }
 
-// The result of `work`, or 0 when memory ran out: no exception leaves the library's operations.
+// The result of `work`, or 0 when memory ran out: no exception leaves the library's operations. A text that
+// outgrows a 32-bit address space ends the same way.
 template <class Work>
 int zeroIfOutOfMemory(Work work) {
     try {
         return work();
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return 0;
     }
 }

@@ -20,6 +20,4 @@ void CKTImgMsg::DispMessage(const CString& text, const CRect& place) {
         fieldscan::system::showMessage(text, place);
 }
 
-CKTImgMsg::Handler CKTImgMsg::SetHandler(Handler handler) {
-    return installedHandler().exchange(handler);
-}
+CKTImgMsg::Handler CKTImgMsg::SetHandler(Handler handler) { return installedHandler().exchange(handler); }

@@ -36,25 +36,13 @@ void appendDouble(std::string& out, double value, std::chars_format format, int 
 // ---- Text as numbers ----
 
 // The NUL stands for the end: it belongs to no number and is no white space either.
-char charAt(std::string_view text, std::size_t at) {
-    return at < text.size() ? text[at] : '\0';
-}
+char charAt(std::string_view text, std::size_t at) { return at < text.size() ? text[at] : '\0'; }
 
-bool isSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-bool isHexDigit(char c) {
-    return isDigit(c) || (lower(c) >= 'a' && lower(c) <= 'f');
-}
-bool isSign(char c) {
-    return c == '-' || c == '+';
-}
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+bool isHexDigit(char c) { return isDigit(c) || (lower(c) >= 'a' && lower(c) <= 'f'); }
+bool isSign(char c) { return c == '-' || c == '+'; }
 
 std::size_t countSpace(std::string_view text) {
     std::size_t count = 0;
@@ -70,9 +58,7 @@ bool startsWith(std::string_view text, std::string_view lowerCaseWord) {
     return true;
 }
 
-bool hasHexPrefix(std::string_view text) {
-    return startsWith(text, "0x");
-}
+bool hasHexPrefix(std::string_view text) { return startsWith(text, "0x"); }
 
 // Whether `number` (digits, point, exponent), which is outside the range of double, lies above it rather than
 // below: from_chars does not tell.

@@ -12,9 +12,7 @@ namespace {
 
 constexpr int kMostUnits = std::numeric_limits<int>::max() - 1;
 
-const unsigned short* unitsOf(const char16_t* text) {
-    return reinterpret_cast<const unsigned short*>(text);
-}
+const unsigned short* unitsOf(const char16_t* text) { return reinterpret_cast<const unsigned short*>(text); }
 
 int lengthOf(const unsigned short* text) {
     int length = 0;
@@ -24,9 +22,7 @@ int lengthOf(const unsigned short* text) {
     return length;
 }
 
-bool isSpace(unsigned short unit) {
-    return (unit >= 9 && unit <= 13) || unit == ' ' || unit == 0x3000;
-}
+bool isSpace(unsigned short unit) { return (unit >= 9 && unit <= 13) || unit == ' ' || unit == 0x3000; }
 
 unsigned short lower(unsigned short unit) {
     return unit >= 'A' && unit <= 'Z' ? static_cast<unsigned short>(unit + 32) : unit;
@@ -43,21 +39,13 @@ void copyUnits(unsigned short* to, const unsigned short* from, int count) {
 
 }  // namespace
 
-CString::CString() noexcept : m_text(m_inside), m_length(0), m_capacity(kInside - 1) {
-    m_inside[0] = 0;
-}
+CString::CString() noexcept : m_text(m_inside), m_length(0), m_capacity(kInside - 1) { m_inside[0] = 0; }
 
-CString::CString(const CString& other) : CString() {
-    assign(other.m_text, other.m_length);
-}
+CString::CString(const CString& other) : CString() { assign(other.m_text, other.m_length); }
 
-CString::CString(CString&& other) noexcept : CString() {
-    take(other);
-}
+CString::CString(CString&& other) noexcept : CString() { take(other); }
 
-CString::CString(const unsigned short* text) : CString() {
-    assign(text, lengthOf(text));
-}
+CString::CString(const unsigned short* text) : CString() { assign(text, lengthOf(text)); }
 
 CString::CString(const char16_t* text) : CString(unitsOf(text)) {}
 
@@ -65,6 +53,8 @@ CString::CString(const unsigned short* text, int length) : CString() {
     if (text && length > 0)
         assign(text, length);
 }
+
+CString::CString(const char16_t* text, int length) : CString(unitsOf(text), length) {}
 
 CString::CString(const char* text) : CString() {
     using namespace fieldscan;
@@ -84,9 +74,7 @@ CString::CString(unsigned short unit, int count) : CString() {
     setLength(count);
 }
 
-CString::~CString() {
-    release();
-}
+CString::~CString() { release(); }
 
 CString& CString::operator=(const CString& other) {
     if (this != &other)
@@ -101,6 +89,8 @@ CString& CString::operator=(CString&& other) noexcept {
     }
     return *this;
 }
+
+CString& CString::operator=(unsigned short unit) { return *this = CString(unit); }
 
 void CString::Empty() {
     release();
@@ -164,17 +154,11 @@ void CString::SetAt(int position, unsigned short unit) {
         m_text[position] = unit;
 }
 
-CString CString::Left(int count) const {
-    return Mid(0, count);
-}
+CString CString::Left(int count) const { return Mid(0, count); }
 
-CString CString::Right(int count) const {
-    return Mid(m_length - std::min(std::max(count, 0), m_length));
-}
+CString CString::Right(int count) const { return Mid(m_length - std::min(std::max(count, 0), m_length)); }
 
-CString CString::Mid(int first) const {
-    return Mid(first, m_length);
-}
+CString CString::Mid(int first) const { return Mid(first, m_length); }
 
 CString CString::Mid(int first, int count) const {
     first = std::max(first, 0);
@@ -230,9 +214,7 @@ CString& CString::TrimRight() {
     return *this;
 }
 
-CString& CString::Trim() {
-    return TrimRight().TrimLeft();
-}
+CString& CString::Trim() { return TrimRight().TrimLeft(); }
 
 CString& CString::MakeUpper() {
     std::transform(m_text, m_text + m_length, m_text, upper);
@@ -298,6 +280,16 @@ void CString::Append(const unsigned short* text, int length) {
     setLength(m_length + length);
 }
 
+unsigned short* CString::GetBuffer(int length) {
+    grow(length);
+    return m_text;
+}
+
+void CString::ReleaseBuffer(int length) {
+    m_text[m_capacity] = 0;
+    setLength(length < 0 ? lengthOf(m_text) : std::min(length, m_capacity));
+}
+
 int CString::Compare(const CString& other) const {
     const int shared = std::min(m_length, other.m_length);
     for (int i = 0; i < shared; ++i)
@@ -319,5 +311,11 @@ CString operator+(const CString& a, const CString& b) {
 CString operator+(const CString& a, unsigned short unit) {
     CString sum(a);
     sum += unit;
+    return sum;
+}
+
+CString operator+(unsigned short unit, const CString& a) {
+    CString sum(unit);
+    sum += a;
     return sum;
 }

@@ -32,9 +32,7 @@ constexpr PageName kPageNames[] = {
 };
 
 // Not the function of the C library, whose idea of a capital I depends on the locale.
-char upper(char letter) {
-    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
-}
+char upper(char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter; }
 
 bool sameName(const char* text, const char* name) {
     while (*text && upper(*text) == *name) {

@@ -16,9 +16,7 @@ namespace system {
 
 namespace {
 
-int descriptor(FileHandle file) {
-    return static_cast<int>(file);
-}
+int descriptor(FileHandle file) { return static_cast<int>(file); }
 
 std::string hostPath(const CString& path) {
     std::string host;
@@ -69,12 +67,15 @@ int openFlags(unsigned int mode) {
         if (!(mode & CFile::modeNoTruncate))
             flags |= O_TRUNC;
     }
-    return flags | O_CLOEXEC;
+    return flags | O_CLOEXEC | O_NONBLOCK;  // opening a pipe must not wait for its other end
 }
 
-bool isFolder(int file) {
+// Why an open file is no file of bytes: a folder, which POSIX opens for reading, or a pipe.
+CFile::Cause unfit(int file) {
     struct stat status;
-    return fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
+    if (fstat(file, &status) != 0 || S_ISFIFO(status.st_mode))
+        return CFile::causeOther;
+    return S_ISDIR(status.st_mode) ? CFile::causeAccessDenied : CFile::causeNone;
 }
 
 }  // namespace
@@ -86,9 +87,9 @@ FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause)
         cause = causeOf(errno);
         return kNoFile;
     }
-    if (isFolder(file)) {  // which POSIX opens for reading
+    cause = unfit(file);
+    if (cause != CFile::causeNone) {
         ::close(file);
-        cause = CFile::causeAccessDenied;
         return kNoFile;
     }
     return file;
@@ -106,9 +107,7 @@ long long seekFile(FileHandle file, long long offset, bool fromEnd) {
     return ::lseek(descriptor(file), static_cast<off_t>(offset), fromEnd ? SEEK_END : SEEK_CUR);
 }
 
-bool rewindFile(FileHandle file) {
-    return ::lseek(descriptor(file), 0, SEEK_SET) == 0;
-}
+bool rewindFile(FileHandle file) { return ::lseek(descriptor(file), 0, SEEK_SET) == 0; }
 
 long long fileLength(FileHandle file) {
     struct stat status;
@@ -120,9 +119,7 @@ bool flushFile(FileHandle file) {
 }
 
 // Not repeated when interrupted: the descriptor is gone then, and may already be another file's.
-bool closeFile(FileHandle file) {
-    return ::close(descriptor(file)) == 0 || errno == EINTR;
-}
+bool closeFile(FileHandle file) { return ::close(descriptor(file)) == 0 || errno == EINTR; }
 
 bool isFile(const CString& path) {
     struct stat status;

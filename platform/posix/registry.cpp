@@ -21,11 +21,14 @@ namespace {
 
 const char kRoot[] = "HKEY_LOCAL_MACHINE\\";
 
+// Empty when the file cannot be read to its end.
 CString contents(CFile& file) {
     std::string bytes;
     for (std::string line; readLine(file, line);)
         bytes += line;
     CString text;
+    if (file.HasReadFailed())
+        return text;
     if (bytes.compare(0, 2, "\xFF\xFE") == 0) {
         for (std::size_t i = 2; i + 1 < bytes.size(); i += 2) {
             const unsigned low = static_cast<unsigned char>(bytes[i]);

@@ -82,7 +82,10 @@ TEST_F(PointFiles, ReadsLinesOfEveryKind) {
                 {"A,1,2,3\n \r\nB,4,5,6\n", "1|A:1:2:3"},
                 {"", "1"},
                 {"\n", "1"},
-                {"A,1.5x,--2,3\n", "1|A:1.5:0:3"}};
+                {"A,1.5x,--2,3\n", "1|A:1.5:0:3"},
+                {"\xE3\x80\x80"
+                 "A ,\xE3\x80\x80 2\xE3\x80\x80,\xC3\xA9,3\n",
+                 "1|A:2:0:3"}};
     for (const auto& row : rows)
         EXPECT_EQ(read(row.bytes, ReadCSVFile), row.expected) << row.bytes;
     const struct {
@@ -118,7 +121,8 @@ TEST_F(PointFiles, MakesAMissingFileUnlessItMustExist) {
     EXPECT_TRUE(name.IsEmpty());
     EXPECT_TRUE(exists("new"));
     EXPECT_EQ(size.cx * 10 + size.cy, 78);
-    for (CString* bad : {&empty, &inNoFolder, &aFolder, static_cast<CString*>(nullptr)})
+    CString unreadable(u"/proc/self/mem");
+    for (CString* bad : {&unreadable, &empty, &inNoFolder, &aFolder, static_cast<CString*>(nullptr)})
         EXPECT_EQ(ReadCSVFile(bad, points, 0) + ReadOccInfoFile(bad, points, 0) +
                       ReadImcFile(bad, &name, size, points, 0),
                   0);

@@ -104,6 +104,10 @@ TEST_F(ScanFiles, VersionedFilesComeBack) {
     EXPECT_EQ(KVX4NP_CSVFileAdd(path("added"), points[1], 0, 0, u""), 1);
     EXPECT_EQ(get("added"), kVersion + lines);
 
+    put("empty", "");
+    EXPECT_EQ(KVX4NP_CSVFileAdd(path("empty"), points[1], 0, 0, u""), 1);
+    EXPECT_EQ(get("empty"), kVersion + lines.substr(lines.find('\n') + 1)) << "an interrupted first call";
+
     ASSERT_EQ(KVX4NP_ReadCSVFile(path("v"), readPoints, readFirst, readSecond, readTexts), 1);
     ASSERT_EQ(readPoints.GetSize(), 4);
     EXPECT_EQ(readPoints[2].name + readPoints[2].code + readTexts[2], CString(u"P1WALLa text"));

@@ -1,6 +1,7 @@
 // CFile and the parts of the system's seam that tests can reach.
 #include <fieldscan/framework/file.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <string>
 
@@ -59,13 +60,18 @@ TEST_F(File, TellsWhyItCannotBeOpened) {
         0);
     EXPECT_EQ(file.Open(CString('a', 5000), CFile::modeRead), 0);
     EXPECT_EQ(file.GetOpenFailure(), CFile::causeOther);
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(file.Open(path("pipe"), CFile::modeRead) + file.Open(path("pipe"), CFile::modeReadWrite), 0);
     char byte;
     EXPECT_EQ(file.IsOpen() || file.Read(&byte, 1) || file.Write("x", 1) || file.SeekToEnd() ||
                   file.SeekToBegin() || file.Flush() || file.Close(),
               false);
     EXPECT_EQ(file.GetPosition(), -1);
     EXPECT_EQ(file.GetLength(), -1);
+    ASSERT_EQ(file.Open(u"/proc/self/mem", CFile::modeRead), 1);
+    EXPECT_EQ(file.Read(&byte, 1) + !file.HasReadFailed(), 0u) << "no such address";
     ASSERT_EQ(file.Open(u"/dev/full", CFile::modeWrite), 1);
+    EXPECT_FALSE(file.HasReadFailed());
     EXPECT_EQ(file.Write("x", 1), 0);
 }
 

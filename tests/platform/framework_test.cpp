@@ -17,9 +17,7 @@
 
 namespace {
 
-std::u16string units(const CString& text) {
-    return {text.GetString(), text.GetString() + text.GetLength()};
-}
+std::u16string units(const CString& text) { return {text.GetString(), text.GetString() + text.GetLength()}; }
 
 const CString kLong(u"a name that does not fit into the object itself");
 
@@ -70,6 +68,25 @@ TEST(CString, CutsDownToWhatThereIs) {
     EXPECT_EQ(CString(u" \t\v\u3000a b\r\n").Trim(), CString(u"a b"));
     EXPECT_TRUE(CString(u" \u3000").TrimLeft().IsEmpty());
     EXPECT_EQ(CString(u"aZ\u00e4").MakeUpper(), CString(u"AZ\u00e4"));
+}
+
+TEST(CString, NeverTakesPartInPointerArithmetic) {
+    const CString text(u"P1");
+    const unsigned short* units = text;
+    EXPECT_EQ('\\' + text + u'x' + u"y" + "z", CString(u"\\P1xyz"));
+    EXPECT_TRUE(text == CString(u"P1", 9).Left(2).GetString() && units == text && text <= units &&
+                units >= text);
+    EXPECT_TRUE(text != CString(u"P10").GetString() && text < CString(u"P10").GetString());
+    EXPECT_EQ(text[1L], '1');
+    CString buffered(nullptr);
+    std::memcpy(buffered.GetBuffer(20), u"12345678901234567890", 40);
+    buffered.ReleaseBuffer(12);
+    EXPECT_EQ(buffered, CString(u"123456789012"));
+    buffered.GetBuffer(30)[3] = 0;
+    buffered.ReleaseBuffer();
+    EXPECT_EQ(buffered, CString(u"123"));
+    buffered = u'x';
+    EXPECT_EQ(buffered.GetLength(), 1);
 }
 
 TEST(CString, OrdersByUnits) {
@@ -158,6 +175,10 @@ TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
     copy.Copy(array);
     EXPECT_EQ(copy.Append(array), 8);
     EXPECT_EQ(copy[15], CString(u"z"));
+    EXPECT_THROW(array.InsertAt(0x7fffffff, u""), std::bad_alloc);
+    EXPECT_THROW(array.InsertAt(0, u"", 0x7fffffff), std::bad_alloc);
+    EXPECT_THROW(array.SetAtGrow(0x7fffffff, u""), std::bad_alloc);
+    array.SetAtGrow(-1, u"");
     array.RemoveAt(5, 99);
     EXPECT_EQ(array.GetSize(), 5);
     array.SetAtGrow(6, array[0]);

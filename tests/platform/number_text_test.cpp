@@ -213,9 +213,7 @@ TEST_P(AgainstCLibrary, IntegersAsText) {
     }
 }
 
-int saturated(long long value) {
-    return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX));
-}
+int saturated(long long value) { return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX)); }
 
 // For messages: `text` in brackets, its middle left out when it is long.
 std::string shown(const std::string& text) {
@@ -383,9 +381,7 @@ TEST_P(AgainstCLibrary, RandomTexts) {
 
 #else
 
-TEST(NumberText, AgainstCLibrary) {
-    GTEST_SKIP() << "the reference is the C library of a glibc host";
-}
+TEST(NumberText, AgainstCLibrary) { GTEST_SKIP() << "the reference is the C library of a glibc host"; }
 
 #endif
 

@@ -20,9 +20,7 @@ CPolyline ring(std::initializer_list<std::pair<double, double>> vertices) {
     return polyline;
 }
 
-CPolyline unitSquare() {
-    return ring({{0, 0}, {1, 0}, {1, 1}, {0, 1}});
-}
+CPolyline unitSquare() { return ring({{0, 0}, {1, 0}, {1, 1}, {0, 1}}); }
 
 // The x coordinates, to see an order at a glance.
 std::vector<double> xs(const CPolyline& polyline) {
@@ -203,7 +201,7 @@ TEST(Polyline, Measures) {
 TEST(Polyline, Interpolates) {
     CPolyline line = ring({{0, 0}, {10, 0}});
     line.name = u"edge";
-    for (const double step : {0.0, -1.0, std::nan(""), 1e-9 * 1e-9})
+    for (const double step : {0.0, -1.0, 1e-18})
         EXPECT_EQ(line.InterpolateVertex(step), 0) << step;
     EXPECT_EQ(line.InterpolateVertex(10), 1);
     EXPECT_EQ(line.GetVertexSize(), 2);

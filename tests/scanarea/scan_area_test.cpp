@@ -134,6 +134,13 @@ TEST(ScanArea, NormalizesIntoTheHalfOpenTurn) {
         EXPECT_NEAR(angle, row.expected, 1e-12) << row.angle;
         EXPECT_TRUE(angle >= 0 && angle < kPi * 2) << row.angle;
     }
+    for (int turns = -3000; turns < 3000; ++turns) {
+        for (const double side : {-1e300, 1e300}) {
+            double angle = std::nextafter(turns * kPi * 2, side);
+            CScanArea().NormalizeAngle(angle);
+            ASSERT_TRUE(angle >= 0 && angle < kPi * 2) << turns;
+        }
+    }
 }
 
 TEST(ScanArea, RebuildsItsPolylines) {

@@ -21,7 +21,8 @@
 // An index must lie in 0 .. GetSize() - 1 (debug builds assert it); SetAtGrow and InsertAt make room
 // themselves and drop a negative index. Any change of the size ends the life of pointers to elements.
 // Arrays are not copied by = but by Copy. Only memory exhaustion can fail: std::bad_alloc, and the array then
-// holds valid elements still, after Add, Reserve and SetSize those it held before.
+// holds valid elements still, after Reserve, SetSize and Add of what moves without throwing those it held
+// before.
 template <class T, class ARG = const T&>
 class CArray {
 public:
@@ -42,6 +43,7 @@ public:
         assert(index >= 0 && index < m_size);
         return m_data[index];
     }
+    T& GetAt(int index) { return ElementAt(index); }
     T& ElementAt(int index) {
         assert(index >= 0 && index < m_size);
         return m_data[index];
@@ -65,14 +67,16 @@ public:
     void RemoveAt(int index, int count = 1);
 
     void Copy(const CArray& other);
-    void Swap(CArray& other) noexcept;  // exchanges the contents
+    void Swap(CArray& other) noexcept;  // exchanges the contents, not the growth steps
     int Append(const CArray& other);    // returns the index of the first element appended
 
 private:
     struct Block;  // storage that is freed unless it is taken
 
+    enum : int { kMost = 0x7fffffff };  // elements
+
     int grownCapacity(int needed) const;
-    T* appendNew();
+    static int sum(int size, int more);
     void moveTo(Block& block);
     static void construct(T* place, int count);
     static void destroy(T* first, int count);
@@ -90,11 +94,16 @@ class CStringArray : public CArray<CString, const CString&> {};
 
 template <class T, class ARG>
 struct CArray<T, ARG>::Block {
-    explicit Block(int n)
-        : data(static_cast<T*>(::operator new(static_cast<std::size_t>(n) * sizeof(T)))), capacity(n) {}
+    explicit Block(int n) : data(static_cast<T*>(::operator new(bytes(n)))), capacity(n) {}
     ~Block() { ::operator delete(data); }
     Block(const Block&) = delete;
     Block& operator=(const Block&) = delete;
+    static std::size_t bytes(int n) {  // which may be more than a 32-bit processor can address
+        const std::size_t count = static_cast<std::size_t>(n);
+        if (count > static_cast<std::size_t>(-1) / sizeof(T))
+            throw std::bad_alloc();
+        return count * sizeof(T);
+    }
     T* data;
     int capacity;
 };
@@ -125,7 +134,6 @@ int CArray<T, ARG>::grownCapacity(int needed) const {
         step = m_size / 8;
         step = step < 4 ? 4 : (step > 1024 ? 1024 : step);
     }
-    const int kMost = 0x7fffffff;
     const int grown = m_capacity > kMost - step ? kMost : m_capacity + step;
     return grown < needed ? needed : grown;
 }
@@ -185,20 +193,17 @@ void CArray<T, ARG>::SetSize(int size, int growBy) {
 }
 
 template <class T, class ARG>
-T* CArray<T, ARG>::appendNew() {
-    construct(m_data + m_size, 1);
-    return m_data + m_size++;
+int CArray<T, ARG>::sum(int size, int more) {
+    if (more > kMost - size)
+        throw std::bad_alloc();
+    return size + more;
 }
 
 template <class T, class ARG>
 int CArray<T, ARG>::Add(ARG element) {
-    if (m_size < m_capacity) {
-        *appendNew() = element;
-        return m_size - 1;
-    }
-    T copy(element);  // it may lie in the storage that the growth frees
-    Reserve(grownCapacity(m_size + 1));
-    *appendNew() = std::move(copy);
+    T copy(element);  // it may lie in the storage that a growth frees
+    SetSize(sum(m_size, 1));
+    m_data[m_size - 1] = std::move(copy);
     return m_size - 1;
 }
 
@@ -208,7 +213,7 @@ void CArray<T, ARG>::SetAtGrow(int index, ARG element) {
         return;
     T copy(element);
     if (index >= m_size)
-        SetSize(index + 1);
+        SetSize(sum(index, 1));
     m_data[index] = std::move(copy);
 }
 
@@ -218,7 +223,7 @@ void CArray<T, ARG>::InsertAt(int index, ARG element, int count) {
         return;
     const T copy(element);
     const int tail = index < m_size ? m_size - index : 0;
-    SetSize((tail > 0 ? m_size : index) + count);
+    SetSize(sum(tail > 0 ? m_size : index, count));
     for (int i = m_size - 1; i >= m_size - tail; --i)
         m_data[i] = std::move(m_data[i - count]);
     for (int i = 0; i < count; ++i)
@@ -251,14 +256,13 @@ void CArray<T, ARG>::Swap(CArray& other) noexcept {
     std::swap(m_data, other.m_data);
     std::swap(m_size, other.m_size);
     std::swap(m_capacity, other.m_capacity);
-    std::swap(m_growBy, other.m_growBy);
 }
 
 template <class T, class ARG>
 int CArray<T, ARG>::Append(const CArray& other) {
     const int first = m_size;
     const int count = other.m_size;
-    SetSize(m_size + count);
+    SetSize(sum(m_size, count));
     for (int i = 0; i < count; ++i)
         m_data[first + i] = other.m_data[i];
     return first;

@@ -57,6 +57,8 @@ public:
     // Up to `count` bytes from the position on; returns how many were read, less than `count` only at the
     // end of the file or when the medium fails.
     unsigned int Read(void* buffer, unsigned int count);
+    // Whether a read since Open failed, other than by the end of the file.
+    bool HasReadFailed() const { return m_readFailed; }
     // All `count` bytes, or 0: part of them may then be on the medium.
     int Write(const void* buffer, unsigned int count);
 
@@ -78,6 +80,7 @@ private:
 
     long long m_handle;  // -1 when not open
     Cause m_cause;
+    bool m_readFailed;
     char* m_buffer;
     unsigned int m_next;  // the unread part of the buffer: m_next .. m_end - 1
     unsigned int m_end;

@@ -4,6 +4,8 @@
 
 #include <fieldscan/export.h>
 
+#include <cstddef>
+
 // Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that does not count.
 // Copies share nothing. A unit is half of a character outside the basic plane; lengths and positions count
 // units. Up to 7 units (most point names) are kept inside the object without an allocation.
@@ -16,6 +18,7 @@ public:
     CString() noexcept;
     CString(const CString& other);
     CString(CString&& other) noexcept;  // leaves `other` empty
+    CString(std::nullptr_t) noexcept : CString() {}
     CString(const unsigned short* text);
     CString(const char16_t* text);
     CString(const char* text);  // 8-bit text in the ANSI code page (docs/architecture.md, Text)
@@ -23,31 +26,24 @@ public:
     CString(const wchar_t* text);
 #endif
     CString(const unsigned short* text, int length);  // the first `length` units, zero units included
+    CString(const char16_t* text, int length);
     explicit CString(unsigned short unit, int count = 1);
     ~CString();
 
     CString& operator=(const CString& other);
     CString& operator=(CString&& other) noexcept;
+    CString& operator=(unsigned short unit);
 
-    int GetLength() const {
-        return m_length;
-    }
-    bool IsEmpty() const {
-        return m_length == 0;
-    }
+    int GetLength() const { return m_length; }
+    bool IsEmpty() const { return m_length == 0; }
     void Empty();  // frees the storage too
-    operator const unsigned short*() const {
-        return m_text;
-    }
-    const unsigned short* GetString() const {
-        return m_text;
-    }
+    operator const unsigned short*() const { return m_text; }
+    const unsigned short* GetString() const { return m_text; }
 
-    unsigned short GetAt(int position) const {
-        return inside(position) ? m_text[position] : 0;
-    }
-    unsigned short operator[](int position) const {
-        return GetAt(position);
+    unsigned short GetAt(int position) const { return inside(position) ? m_text[position] : 0; }
+    unsigned short operator[](int position) const { return GetAt(position); }
+    unsigned short operator[](long position) const {
+        return position >= 0 && position < m_length ? m_text[position] : 0;
     }
     void SetAt(int position, unsigned short unit);
 
@@ -81,6 +77,11 @@ public:
     CString& operator+=(unsigned short unit);
     void Append(const unsigned short* text, int length);
 
+    // The text itself, with room for `length` units, to be written to; ReleaseBuffer ends that and takes the
+    // first `length` units, or those before the first zero, for the text.
+    unsigned short* GetBuffer(int length);
+    void ReleaseBuffer(int length = -1);
+
     // Order of the units' values: negative, 0 or positive. CompareNoCase folds the letters of ASCII.
     int Compare(const CString& other) const;
     int CompareNoCase(const CString& other) const;
@@ -88,9 +89,7 @@ public:
 private:
     enum { kInside = 8 };  // units kept in the object, the closing zero included
 
-    bool inside(int position) const {
-        return position >= 0 && position < m_length;
-    }
+    bool inside(int position) const { return position >= 0 && position < m_length; }
     void assign(const unsigned short* text, int length);
     void take(CString& other) noexcept;
     void grow(int length);
@@ -105,7 +104,9 @@ private:
 
 FIELDSCAN_API CString operator+(const CString& a, const CString& b);
 FIELDSCAN_API CString operator+(const CString& a, unsigned short unit);
+FIELDSCAN_API CString operator+(unsigned short unit, const CString& a);
 
+// The forms with a pointer keep a comparison from being one of addresses.
 // clang-format off
 inline bool operator==(const CString& a, const CString& b) { return a.Compare(b) == 0; }
 inline bool operator!=(const CString& a, const CString& b) { return a.Compare(b) != 0; }
@@ -113,6 +114,18 @@ inline bool operator< (const CString& a, const CString& b) { return a.Compare(b)
 inline bool operator> (const CString& a, const CString& b) { return a.Compare(b) >  0; }
 inline bool operator<=(const CString& a, const CString& b) { return a.Compare(b) <= 0; }
 inline bool operator>=(const CString& a, const CString& b) { return a.Compare(b) >= 0; }
+inline bool operator==(const CString& a, const unsigned short* b) { return a.Compare(b) == 0; }
+inline bool operator!=(const CString& a, const unsigned short* b) { return a.Compare(b) != 0; }
+inline bool operator< (const CString& a, const unsigned short* b) { return a.Compare(b) <  0; }
+inline bool operator> (const CString& a, const unsigned short* b) { return a.Compare(b) >  0; }
+inline bool operator<=(const CString& a, const unsigned short* b) { return a.Compare(b) <= 0; }
+inline bool operator>=(const CString& a, const unsigned short* b) { return a.Compare(b) >= 0; }
+inline bool operator==(const unsigned short* a, const CString& b) { return b.Compare(a) == 0; }
+inline bool operator!=(const unsigned short* a, const CString& b) { return b.Compare(a) != 0; }
+inline bool operator< (const unsigned short* a, const CString& b) { return b.Compare(a) >  0; }
+inline bool operator> (const unsigned short* a, const CString& b) { return b.Compare(a) <  0; }
+inline bool operator<=(const unsigned short* a, const CString& b) { return b.Compare(a) >= 0; }
+inline bool operator>=(const unsigned short* a, const CString& b) { return b.Compare(a) <= 0; }
 // clang-format on
 
 #endif
