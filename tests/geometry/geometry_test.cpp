@@ -81,16 +81,6 @@ TEST(Points, SumsInTheStatedOrder) {
     EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(1, 2, 2), 0.0), 1);
 }
 
-TEST(Points, PlanePointsCopyTheirCoordinates) {
-    CXYF a;
-    EXPECT_EQ(a.x + a.y, 0.0f);
-    a.SetXY(1.5f, -2.0f);
-    CXYF b(a), c;
-    c = b;
-    EXPECT_EQ(c.x - c.y, 3.5f);
-    delete[] new CXYF[3];
-}
-
 TEST(Attitude, NormalizesIntoTheClosedRange) {
     const double turn = kPi * 2.0;
     const struct {
