@@ -74,7 +74,7 @@ TEST(CString, NeverTakesPartInPointerArithmetic) {
     const CString text(u"P1");
     const unsigned short* units = text;
     EXPECT_EQ('\\' + text + u'x' + u"y" + "z", CString(u"\\P1xyz"));
-    EXPECT_TRUE(text == CString(u"P1", 9).Left(2).GetString() && units == text && text <= units &&
+    EXPECT_TRUE(text == CString(u"P1 more", 7).Left(2).GetString() && units == text && text <= units &&
                 units >= text);
     EXPECT_TRUE(text != CString(u"P10").GetString() && text < CString(u"P10").GetString());
     EXPECT_EQ(text[1L], '1');
