@@ -233,6 +233,12 @@ TEST(Rotation, ResolvesWhatTheAnglesLeaveOpen) {
             EXPECT_NEAR(locked.kappa, 0.7 + sum * (0.5 - 0.1), 1e-12) << sys << " " << side;
         }
     }
+    CRot level;  // its two solutions (0, 0, 0) and (pi, pi, pi) are as far from a hint in the middle: the
+                 // first
+    level.m[2][1] = level.m[1][0] = -0.0;
+    CWPK middle(kPi / 2, kPi / 2, kPi / 2);
+    level.CalAngle(ROT_WPK, middle);
+    EXPECT_EQ(middle.phi, 0.0);
     r.m[2][0] = -1.0000000000000002;  // rounding may lead there
     CWPK clamped;
     EXPECT_EQ(r.CalAngle(ROT_WPK, clamped), 1);
