@@ -15,6 +15,9 @@ namespace fieldscan {
 // Appends "name,x,y,z" with six decimals, without an end of line.
 void appendPoint(LineWriter& lines, const CXYZ& point);
 
+// Appends "name,x,y,z,code,attr[2],text", without an end of line.
+void appendScanPoint(LineWriter& lines, const CXYZ& point, const CString& text);
+
 // The field of a number, trimmed; `buffer` may hold it.
 std::string_view numberText(unsigned int codePage, std::string_view field, std::string& buffer);
 
@@ -23,9 +26,6 @@ CXYZ pointOf(unsigned int codePage, const std::string_view* fields, int count);
 
 // Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
 bool openForReading(CFile& file, const CString* path, int mustExist);
-
-// Opens for appending, made if missing.
-bool openForAppending(CFile& file, const CString& path);
 
 // Opens for writing: append 1 an existing file, behind its end; else made or emptied.
 bool openForWriting(CFile& file, const CString& path, int append);

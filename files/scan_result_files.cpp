@@ -1,11 +1,7 @@
 #include <fieldscan/scan_result_files.h>
 
-#include <string>
-#include <utility>
-
 #include "files/point_lines.h"
 #include "platform/framework/number_text.h"
-#include "platform/system.h"
 
 using namespace fieldscan;
 
@@ -22,13 +18,14 @@ void appendWithCode(LineWriter& lines, const CXYZ& point) {
 
 }  // namespace
 
-bool fieldscan::openForAppending(CFile& file, const CString& path) {
-    if (!file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
-        return false;
-    if (file.SeekToEnd())
-        return true;
-    file.Close();
-    return false;
+void fieldscan::appendScanPoint(LineWriter& lines, const CXYZ& point, const CString& text) {
+    appendPoint(lines, point);
+    lines.text() += ',';
+    lines.append(point.code);
+    lines.text() += ',';
+    appendInt(lines.text(), point.attr[2]);
+    lines.text() += ',';
+    lines.append(text);
 }
 
 bool fieldscan::closeOnMedium(CFile& file) {
@@ -45,13 +42,7 @@ int ScanFileClose(CFile* file) {
 
 int ScanFileAdd(CString path, CXYZ point, CString extra) {
     return appendToFile(path, [&](LineWriter& lines, CFile&) {
-        appendPoint(lines, point);
-        lines.text() += ',';
-        lines.append(point.code);
-        lines.text() += ',';
-        appendInt(lines.text(), point.attr[2]);
-        lines.text() += ',';
-        lines.append(extra);
+        appendScanPoint(lines, point, extra);
         lines.endLine();
     });
 }

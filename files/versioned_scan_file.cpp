@@ -17,13 +17,7 @@ const char16_t kVersionLine[] = u"FIELD_SCAN_MPT_FILEVER1.0";
 enum Field { kName, kX, kY, kZ, kCode, kAttribute, kText, kFirst, kSecond, kFields };
 
 void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, double first, double second) {
-    appendPoint(lines, point);
-    lines.text() += ',';
-    lines.append(point.code);
-    lines.text() += ',';
-    appendInt(lines.text(), point.attr[2]);
-    lines.text() += ',';
-    lines.append(text);
+    appendScanPoint(lines, point, text);
     for (const double value : {first, second}) {
         lines.text() += ',';
         appendFixed(lines.text(), value, 4);

@@ -2,7 +2,6 @@
 #include <fieldscan/message.h>
 #include <fieldscan/scan_area.h>
 
-#include <cstring>
 #include <string>
 
 #include "geometry/angle_constants.h"
@@ -128,8 +127,7 @@ int CScanArea::GetImgCsvLine(CFile* file, char* buffer) {
 void CScanArea::WriteLogFile(CString text) {
     zeroIfOutOfMemory([&] {
         CFile file;
-        if (!file.Open(kLogFile, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite) ||
-            !file.SeekToEnd())
+        if (!openForAppending(file, kLogFile))
             return 0;
         LineWriter lines(file);
         lines.append(text);

@@ -2,6 +2,10 @@
 #ifndef FIELDSCAN_TESTS_SHARED_DATA_H
 #define FIELDSCAN_TESTS_SHARED_DATA_H
 
+#include <fieldscan/framework/array.h>
+#include <fieldscan/points.h>
+
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -44,9 +48,31 @@ inline std::string sharedBytes(const std::string& name) {
     return at == std::string::npos ? bytes : bytes.replace(at + 2, 2, "\xFA\xB0");
 }
 
-// Skips the test that calls it, saying so, where the table is missing.
-#define SKIP_WITHOUT(table) \
-    if ((table).empty())    \
-    GTEST_SKIP() << "no shared data at " << FIELDSCAN_SHARED_DATA
+// The lists of points, with the code page of their text files.
+struct SharedList {
+    std::string name;
+    const char* codePage;
+
+    // The tables are UTF-8; afterwards the code page is the list's.
+    void read(CArray<CXYZ, CXYZ&>& points) const {
+        points.SetSize(0);
+        unsetenv("FIELDSCAN_ANSI_CODEPAGE");
+        for (const auto& cells : sharedTable("points/" + name + ".csv")) {
+            CXYZ point(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]),
+                       std::stod(cells[3]));
+            point.code = cells[4].c_str();
+            points.Add(point);
+        }
+        setenv("FIELDSCAN_ANSI_CODEPAGE", codePage, 1);
+    }
+};
+
+inline const SharedList kSharedLists[] = {{"topo_pnezd_1311", "CP1252"},
+                                          {"excavation_143", "CP1252"},
+                                          {"sweref_control_cp1252", "CP1252"},
+                                          {"mountains_japan_cp932", "CP932"}};
+
+// For the tests that skip without them.
+inline const char kNoSharedData[] = "no shared data at " FIELDSCAN_SHARED_DATA;
 
 #endif

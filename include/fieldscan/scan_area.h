@@ -80,8 +80,8 @@ public:
     int Write(CString path) const;
     // Init, then what the file holds. The shots are read to the end of the file, whatever the counts say; a
     // line that does not begin with two numbers is passed over; an image name ends at its first blank.
-    // Returns 1; 0 when the path is empty, the file cannot be opened, or the first line does not hold two
-    // integers or the second or third not two numbers; what was read before that stays.
+    // Returns 1; 0 when the path is empty, the file cannot be opened or read to its end, or the first line
+    // does not hold two integers or the second or third not two numbers; what was read before that stays.
     //
     // Both show a message (CKTImgMsg) when the file cannot be opened because access is denied or another
     // program holds it.

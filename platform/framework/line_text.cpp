@@ -13,6 +13,15 @@ constexpr std::string_view kSpace = " \t\n\v\f\r";
 
 }  // namespace
 
+bool openForAppending(CFile& file, const CString& path) {
+    if (!file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
+        return false;
+    if (file.SeekToEnd())
+        return true;
+    file.Close();
+    return false;
+}
+
 std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(kSpace);
     if (first == std::string_view::npos)

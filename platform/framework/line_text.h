@@ -13,6 +13,9 @@ namespace fieldscan {
 // The next line with its line feed (the last line of a file may lack it), however long; false at the end.
 bool readLine(CFile& file, std::string& line);
 
+// Opens for appending, behind the end of the file, which is made if it is missing.
+bool openForAppending(CFile& file, const CString& path);
+
 // `text` without white space of ASCII at both ends.
 std::string_view trimmed(std::string_view text);
 

@@ -138,27 +138,13 @@ TEST_F(ScanFiles, VersionedFilesComeBack) {
 }
 
 TEST_F(ScanFiles, AppendTheBytesOfRealLists) {
-    const struct {
-        const char *list, *codePage;
-    } rows[] = {{"topo_pnezd_1311", "CP1252"},
-                {"excavation_143", "CP1252"},
-                {"sweref_control_cp1252", "CP1252"},
-                {"mountains_japan_cp932", "CP932"}};
-    for (const auto& row : rows) {
-        const std::string base = std::string("points/") + row.list;
-        const auto table = sharedTable(base + ".csv");
-        SKIP_WITHOUT(table);
+    for (const SharedList& list : kSharedLists) {
         Points points;
-        for (const auto& cells : table) {
-            CXYZ each(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]),
-                      std::stod(cells[3]));
-            each.code = cells[4].c_str();
-            points.Add(each);
-        }
-        setenv("FIELDSCAN_ANSI_CODEPAGE", row.codePage, 1);
-        ASSERT_EQ(ScanFileAdd(path(row.list), points), 1);
-        EXPECT_TRUE(get(row.list) == sharedBytes(base + ".ScanFileAdd.txt")) << row.list;
-        unsetenv("FIELDSCAN_ANSI_CODEPAGE");
+        list.read(points);
+        if (points.IsEmpty())
+            GTEST_SKIP() << kNoSharedData;
+        ASSERT_EQ(ScanFileAdd(path(list.name), points), 1);
+        EXPECT_TRUE(get(list.name) == sharedBytes("points/" + list.name + ".ScanFileAdd.txt")) << list.name;
     }
 }
 
