@@ -1,5 +1,6 @@
 #include <fieldscan/point_files.h>
 
+#include <initializer_list>
 #include <string>
 
 #include "files/point_lines.h"

@@ -4,6 +4,7 @@
 
 #include <fieldscan/framework/array.h>
 #include <fieldscan/points.h>
+#include <fieldscan/polyline.h>
 
 #include <cstdlib>
 #include <fstream>
@@ -71,6 +72,22 @@ inline const SharedList kSharedLists[] = {{"topo_pnezd_1311", "CP1252"},
                                           {"excavation_143", "CP1252"},
                                           {"sweref_control_cp1252", "CP1252"},
                                           {"mountains_japan_cp932", "CP932"}};
+
+// An outline, and points with what another library says of them.
+struct SharedOutline {
+    struct Point {
+        double x, y;
+        int inside;
+    };
+    explicit SharedOutline(const std::string& name) {
+        for (const auto& cells : sharedTable("polygon/" + name + "_outline.csv"))
+            outline.AddVertex(CVertex(std::stod(cells[0]), std::stod(cells[1]), 0, 0));
+        for (const auto& cells : sharedTable("polygon/" + name + "_points.csv"))
+            points.push_back({std::stod(cells[0]), std::stod(cells[1]), std::stoi(cells[2])});
+    }
+    CPolyline outline;
+    std::vector<Point> points;
+};
 
 // For the tests that skip without them.
 inline const char kNoSharedData[] = "no shared data at " FIELDSCAN_SHARED_DATA;

@@ -216,7 +216,6 @@ double wrappedByLoop(double a, double turn, bool closed) {
 }
 
 TEST(Arithmetic, WrapsAsAddingTurnsWould) {
-    std::string failures;
     double angle = 1e-300;
     for (int i = 0; i < 60000; ++i) {
         angle = angle > 2e6 ? 1e-300 * i : angle * 1.013 + i * 1e-9;
