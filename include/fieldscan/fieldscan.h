@@ -9,7 +9,9 @@
 #include <fieldscan/framework/file.h>
 #include <fieldscan/framework/string.h>
 #include <fieldscan/framework/types.h>
+#include <fieldscan/helmert.h>
 #include <fieldscan/key_sort.h>
+#include <fieldscan/least_squares.h>
 #include <fieldscan/message.h>
 #include <fieldscan/point_files.h>
 #include <fieldscan/points.h>

@@ -4,9 +4,10 @@
 
 #include <fieldscan/framework/file.h>
 
-#include <exception>
 #include <string>
 #include <string_view>
+
+#include "platform/framework/out_of_memory.h"
 
 namespace fieldscan {
 
@@ -54,17 +55,6 @@ void reserveDouble(Array& array) {
         array.Reserve(array.GetSize() < 32           ? 64
                       : array.GetSize() > 0x3fffffff ? 0x7fffffff
                                                      : 2 * array.GetSize());
-}
-
-// The result of `work`, or 0 when memory ran out: no exception leaves the library's operations. A text that
-// outgrows a 32-bit address space ends the same way.
-template <class Work>
-int zeroIfOutOfMemory(Work work) {
-    try {
-        return work();
-    } catch (const std::exception&) {
-        return 0;
-    }
 }
 
 }  // namespace fieldscan

@@ -1,0 +1,312 @@
+// Storage, entering and reading of equations; forming; times; the diagnostic file.
+#include <fieldscan/framework/file.h>
+#include <fieldscan/least_squares.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <string>
+
+#include "adjustment/normal_equations.h"
+#include "platform/framework/arithmetic.h"
+#include "platform/framework/calendar.h"
+#include "platform/framework/number_text.h"
+#include "platform/framework/out_of_memory.h"
+#include "platform/system.h"
+
+using namespace fieldscan;
+
+namespace {
+
+long long elementIndex(int row, int column, int rowLength) {
+    return static_cast<long long>(row) * rowLength + column;
+}
+
+bool isInside(const CArray<double, double>& array, long long index) {
+    return index >= 0 && index < array.GetSize();
+}
+
+double elementAt(const CArray<double, double>& array, long long index) {
+    return isInside(array, index) ? array[static_cast<int>(index)] : 0.0;
+}
+
+void fill(CArray<double, double>& array, double value) {
+    std::fill(array.GetData(), array.GetData() + array.GetSize(), value);
+}
+
+// Number of elements; -1 when an array cannot have so many.
+int sizeOf(int rows, int rowLength) {
+    const long long size = static_cast<long long>(rows) * rowLength;
+    return size > std::numeric_limits<int>::max() ? -1 : static_cast<int>(size);
+}
+
+// The new elements hold `value`. Doubling, since equations may come one by one.
+void grow(CArray<double, double>& array, int size, double value) {
+    const int old = array.GetSize();
+    if (size <= old)
+        return;
+    if (size > array.GetCapacity())
+        array.Reserve(std::max(size, truncated(2.0 * old)));
+    array.SetSize(size);
+    std::fill(array.GetData() + old, array.GetData() + size, value);
+}
+
+}  // namespace
+
+CLeastSq::CLeastSq() : sigma(1.0) { clear(); }
+
+CLeastSq::CLeastSq(int m, int n) : sigma(1.0) { Create(m, n); }
+
+CLeastSq::CLeastSq(int n) : sigma(1.0) {
+    if (!resize(1, n, 0))
+        clear();
+}
+
+CLeastSq::~CLeastSq() {}
+
+int CLeastSq::Create(int m, int n) {
+    if (resize(m, n, m))
+        return 1;
+    clear();
+    return 0;
+}
+
+void CLeastSq::clear() {
+    resize(0, 0, 0);
+    rowLength = 0;
+}
+
+int CLeastSq::resize(int m, int n, int varSize) {
+    return zeroIfOutOfMemory([&] {
+        if (m < 0 || n < 0 || n == std::numeric_limits<int>::max() || sizeOf(n, n + 1) < 0 ||
+            sizeOf(m, n + 1) < 0)
+            return 0;
+        tolerance = std::numeric_limits<double>::min();
+        InitObeq();
+        m_formed = -1;
+        ObeqSize = m;
+        parameterNumber = n;
+        rowLength = n + 1;
+        normalSize = sizeOf(n, n + 1);
+        Obeq.SetSize(sizeOf(m, n + 1));
+        Noeq.SetSize(normalSize);
+        Bcor.SetSize(n);
+        Weight.SetSize(m);
+        inverse.SetSize(normalSize);
+        work.SetSize(normalSize);
+        Var.SetSize(varSize);
+        fill(Obeq, 0.0);
+        fill(Noeq, 0.0);
+        fill(Bcor, 0.0);
+        fill(Weight, 1.0);
+        return 1;
+    });
+}
+
+// ---- Entering equations ----
+
+int CLeastSq::InitParameter(CArray<double, double>& a, double v) {
+    fill(a, v);
+    return 1;
+}
+
+void CLeastSq::InitObeq() {
+    currentObeq = -1;
+    computationTime = 0.0;
+    formTime = 0.0;
+}
+
+int CLeastSq::InitNoeq() {
+    if (parameterNumber < 1 || Noeq.GetSize() != sizeOf(parameterNumber, parameterNumber + 1))
+        return 0;
+    fill(Noeq, 0.0);
+    m_formed = -1;
+    computationTime = 0.0;
+    formTime = 0.0;
+    return 1;
+}
+
+int CLeastSq::InitBcor() {
+    if (Bcor.IsEmpty())
+        return 0;
+    fill(Bcor, 0.0);
+    return 1;
+}
+
+int CLeastSq::SetObeq(int column, double value) {
+    if (column < 0 || column > parameterNumber)
+        return 0;
+    const int length = parameterNumber + 1;
+    int equation = currentObeq;
+    if (column == 0) {
+        ++equation;
+        if (sizeOf(equation + 1, length) < 0)
+            return 0;
+        const int grown = zeroIfOutOfMemory([&] {
+            if (equation >= ObeqSize) {
+                grow(Weight, equation + 1, 1.0);
+                grow(Obeq, sizeOf(equation + 1, length), 0.0);
+                ObeqSize = equation + 1;
+            }
+            return 1;
+        });
+        if (!grown)
+            return 0;
+        currentObeq = equation;
+    }
+    const long long index = elementIndex(equation, column, length);
+    if (!isInside(Obeq, index))
+        return 0;
+    Obeq[static_cast<int>(index)] = value;
+    m_formed = -1;
+    return 1;
+}
+
+void CLeastSq::IncrementColumn() {
+    if (currentObeq < std::numeric_limits<int>::max() - 2)  // whose size can still be told
+        ++currentObeq;
+}
+
+int CLeastSq::SetWeight(double w) { return currentObeq < 0 ? 0 : SetWeight(currentObeq, w); }
+
+int CLeastSq::SetWeight(int i, double w) {
+    if (isInside(Weight, i))
+        Weight[i] = w;
+    m_formed = -1;
+    return 1;
+}
+
+void CLeastSq::SetNoeq(int i, int j, double v) {
+    const long long index = elementIndex(i, j, parameterNumber + 1);
+    if (isInside(Noeq, index))
+        Noeq[static_cast<int>(index)] = v;
+    if (j == parameterNumber && isInside(Bcor, i))
+        Bcor[i] = v;
+    m_formed = -1;
+}
+
+void CLeastSq::SetSigma(double s) { sigma = s; }
+void CLeastSq::SetFormTime(double t) { formTime = t; }
+
+// ---- Reading ----
+
+int CLeastSq::GetObeqSize() const { return ObeqSize; }
+int CLeastSq::GetObeqNumber() const { return ObeqSize; }
+int CLeastSq::GetCurrentObeqNumber() const { return currentObeq + 1; }
+int CLeastSq::GetDegreesOfFreedom() const { return ObeqSize - parameterNumber; }
+double CLeastSq::GetBcor(int i) const { return elementAt(Bcor, i); }
+double CLeastSq::GetVar(int i) const { return elementAt(Var, i); }
+double CLeastSq::GetComputationTime() const { return computationTime; }
+double CLeastSq::GetFormTime() const { return formTime; }
+
+double CLeastSq::GetObeq(int column) const {
+    return elementAt(Obeq, elementIndex(currentObeq, column, parameterNumber + 1));
+}
+
+double CLeastSq::GetNoeq(int i, int j) const {
+    return elementAt(Noeq, elementIndex(i, j, parameterNumber + 1));
+}
+
+double CLeastSq::GetCovar(int i, int j) const {
+    return elementAt(inverse, elementIndex(i, j, parameterNumber + 1));
+}
+
+int CLeastSq::time(unsigned long* ms) const {
+    const CalendarTime now = calendarTime(system::fileTimeNow(), 0);
+    const int hour = now.field[3], minute = now.field[4], second = now.field[5], millisecond = now.field[6];
+    if (ms)
+        *ms = static_cast<unsigned long>((((hour + 9) * 60 + minute) * 60 + second) * 1000 + millisecond);
+    return 1;
+}
+
+// ---- Forming and solving ----
+
+int CLeastSq::Solve() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::NewChores); }
+int CLeastSq::PISolve() { return timedSolve(&CLeastSq::Lessqu, &CLeastSq::PIChores); }
+int CLeastSq::SolveWithSwpMat() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::SwpMat); }
+int CLeastSq::SolveWithReduc() { return timedSolve(nullptr, &CLeastSq::NewChores); }
+
+int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver)()) {
+    const auto milliseconds = [this] {
+        unsigned long now = 0;
+        time(&now);
+        return static_cast<std::uint32_t>(now);
+    };
+    std::uint32_t start = milliseconds();
+    if (form) {
+        if (!(this->*form)(ObeqSize, parameterNumber))
+            return 0;
+        formTime = static_cast<double>(milliseconds() - start);
+        start = milliseconds();
+    }
+    const int result = (this->*solver)();
+    computationTime = static_cast<double>(milliseconds() - start);
+    return result;
+}
+
+bool CLeastSq::hasUnknowns() const {
+    const int size = sizeOf(parameterNumber, parameterNumber + 1);
+    return parameterNumber > 0 && Noeq.GetSize() == size && work.GetSize() == size &&
+           inverse.GetSize() == size && Bcor.GetSize() == parameterNumber;
+}
+
+bool CLeastSq::hasEquations(int m) const {
+    return m >= 0 && m <= Weight.GetSize() && sizeOf(m, parameterNumber + 1) >= 0 &&
+           sizeOf(m, parameterNumber + 1) <= Obeq.GetSize();
+}
+
+int CLeastSq::Lessqu(int m, int n) { return LessquFast(m, n); }
+
+int CLeastSq::LessquFast(int m, int n) {
+    if (n != parameterNumber || !hasUnknowns() || !hasEquations(m))
+        return 0;
+    fill(Noeq, 0.0);
+    addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData());
+    mirror(Noeq.GetData(), n);
+    m_formed = m;
+    return 1;
+}
+
+// ---- Diagnostics ----
+
+int CLeastSq::CheckNoeq() const {
+    int good = 1;
+    for (int i = 0; i < parameterNumber; ++i)
+        if (!(std::fabs(GetNoeq(i, i)) > tolerance))
+            good = 0;
+    return good;
+}
+
+int CLeastSq::SaveErrorNoeqStatus(int rows, int cols) const {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!file.Open(u"Noeq.txt", CFile::modeCreate | CFile::modeWrite))
+            return 0;
+        std::string text = "Col:";
+        appendInt(text, rows);
+        text += " Row:";
+        appendInt(text, cols);
+        text += '\n';
+        int written = file.Write(text.data(), static_cast<unsigned int>(text.size()));
+        for (int i = 0; i < rows && written; ++i) {
+            text.clear();
+            for (int j = 0; j < cols; ++j) {
+                const double element = GetNoeq(i, j);
+                if (i == j)
+                    text += element < tolerance ? '*' : '#';
+                appendExponent(text, element, 1);
+                text += ' ';
+            }
+            text += '\n';
+            written = file.Write(text.data(), static_cast<unsigned int>(text.size()));
+        }
+        return file.Close() && written ? 1 : 0;
+    });
+}
+
+int CLeastSq::DisplayObeq() { return 1; }
+int CLeastSq::DisplayNoeq() { return 1; }
+int CLeastSq::DisplayBcor() { return 1; }
+int CLeastSq::DisplayWorkMemory(CArray<double, double>&) { return 1; }
+int CLeastSq::DisplayUnitMatrix() { return 1; }

@@ -1,0 +1,240 @@
+#include <fieldscan/least_squares.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+#include "adjustment/normal_equations.h"
+#include "adjustment/refinement.h"
+#include "platform/framework/out_of_memory.h"
+
+using namespace fieldscan;
+
+namespace {
+
+constexpr double kHarmlessCorrelation = 64.0;
+constexpr double kHarmlessCancellation = 256.0;
+
+bool allFinite(const CArray<double, double>& array) {
+    return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
+                       [](double value) { return std::isfinite(value); });
+}
+
+// How many times the correlations with the others enlarge the cofactor of an unknown: the solution and the
+// cofactors lose about as many units of their last place. Largest of N_ii (N^-1)_ii.
+double largestCorrelation(const double* normal, const double* inverse, int n) {
+    const std::ptrdiff_t next = n + 2;
+    double largest = 1.0;
+    for (int i = 0; i < n; ++i) {
+        const double enlarged = normal[i * next] * inverse[i * next];
+        if (!(enlarged <= largest))
+            largest = enlarged;
+    }
+    return largest;
+}
+
+// How many times larger than an unknown the observations would let it be: it is then a small difference of
+// large sums, and loses as many units of its last place. Below their standard deviation unknowns count as
+// that large: else the last, tiny corrections of an iteration would call for digits that mean nothing.
+double cancellation(const Equations& equations, const double* normal, const double* inverse,
+                    const double* solution) {
+    const int n = equations.n;
+    const std::ptrdiff_t length = n + 1;
+    const double observations = squaredLength(equations);
+    double residuals = observations;
+    for (int i = 0; i < n; ++i)
+        residuals -= normal[i * length + n] * solution[i];
+    const double variance = std::max(0.0, residuals) / std::max(1, equations.m - n);
+    double largest = 0.0;
+    for (int i = 0; i < n; ++i) {
+        const double cofactor = inverse[i * length + i];
+        const double unknown = std::max(std::fabs(solution[i]), std::sqrt(variance * cofactor));
+        const double possible = std::sqrt(observations * cofactor);
+        if (!(possible <= largest * unknown))
+            largest = possible / unknown;
+    }
+    return largest;
+}
+
+// N = L D L^T: `factor` holds L^T above its diagonal, and D on it. False when a pivot is singular.
+bool factorLdl(const double* normal, int n, double tolerance, double* factor) {
+    const std::ptrdiff_t length = n + 1;
+    std::copy(normal, normal + n * length, factor);
+    for (int k = 0; k < n; ++k) {
+        double* pivotRow = factor + k * length;
+        const double pivot = pivotRow[k];
+        if (isSingularPivot(pivot, normal[k * length + k], n, tolerance))
+            return false;
+        for (int i = k + 1; i < n; ++i) {
+            double* row = factor + i * length;
+            const double multiple = pivotRow[i] / pivot;
+            for (int j = i; j < n; ++j)
+                row[j] -= multiple * pivotRow[j];
+        }
+        for (int j = k + 1; j < n; ++j)
+            pivotRow[j] /= pivot;
+    }
+    return true;
+}
+
+// `vector` becomes the solution of L D L^T x = vector.
+void substituteLdl(const double* factor, int n, double* vector) {
+    const std::ptrdiff_t length = n + 1;
+    for (int k = 0; k < n; ++k)
+        for (int j = k + 1; j < n; ++j)
+            vector[j] -= factor[k * length + j] * vector[k];
+    for (int k = n - 1; k >= 0; --k) {
+        vector[k] /= factor[k * length + k];
+        for (int j = k + 1; j < n; ++j)
+            vector[k] -= factor[k * length + j] * vector[j];
+    }
+}
+
+}  // namespace
+
+// Each method reads Noeq, uses work and leaves Bcor and the inverse; false when a pivot is singular.
+
+bool CLeastSq::solveByCholesky() {
+    return LUDivid() && ForwardSubstiotution() && BackwardSubstiotution() && CalLInverse() &&
+           CalNoeqInverse();
+}
+
+bool CLeastSq::solveByLdl() {
+    const int n = parameterNumber;
+    const std::ptrdiff_t length = n + 1;
+    double* const factor = work.GetData();
+    if (!factorLdl(Noeq.GetData(), n, tolerance, factor))
+        return false;
+    for (int i = 0; i < n; ++i)
+        Bcor[i] = Noeq[static_cast<int>(i * length) + n];
+    substituteLdl(factor, n, Bcor.GetData());
+    for (int i = 0; i < n; ++i) {
+        double* row = inverse.GetData() + i * length;
+        std::fill(row, row + length, 0.0);
+        row[i] = 1.0;
+        substituteLdl(factor, n, row);
+    }
+    mirror(inverse.GetData(), n);
+    return true;
+}
+
+// Gauss-Jordan in place: behind pivot k, row and column k hold those of the inverse of the leading block.
+bool CLeastSq::solveBySweeping() {
+    const int n = parameterNumber;
+    const std::ptrdiff_t length = n + 1;
+    work.Copy(Noeq);
+    double* const matrix = work.GetData();
+    mirror(matrix, n);
+    for (int k = 0; k < n; ++k) {
+        double* pivotRow = matrix + k * length;
+        const double pivot = pivotRow[k];
+        if (isSingularPivot(pivot, Noeq[static_cast<int>(k * length) + k], n, tolerance))
+            return false;
+        for (int i = 0; i < n; ++i) {
+            if (i == k)
+                continue;
+            double* row = matrix + i * length;
+            const double multiple = row[k] / pivot;
+            row[k] = 0.0;
+            for (int j = 0; j <= n; ++j)
+                row[j] -= multiple * pivotRow[j];
+            row[k] = -multiple;
+        }
+        pivotRow[k] = 1.0;
+        for (int j = 0; j <= n; ++j)
+            pivotRow[j] /= pivot;
+    }
+    inverse.Copy(work);
+    for (int i = 0; i < n; ++i) {
+        Bcor[i] = matrix[i * length + n];
+        inverse[static_cast<int>(i * length) + n] = 0.0;
+    }
+    mirror(inverse.GetData(), n);
+    return true;
+}
+
+int CLeastSq::NewChores() { return solveBy(&CLeastSq::solveByCholesky); }
+int CLeastSq::PIChores() { return solveBy(&CLeastSq::solveByLdl); }
+int CLeastSq::SwpMat() { return solveBy(&CLeastSq::solveBySweeping); }
+
+int CLeastSq::solveBy(bool (CLeastSq::*method)()) {
+    if (!hasUnknowns())
+        return 0;
+    const int solved = zeroIfOutOfMemory([&] {
+        if (!CheckNoeq())
+            return 0;
+        const bool direct = (this->*method)() && allFinite(Bcor) && allFinite(inverse);
+        if (!canRefine())
+            return direct ? 1 : 0;
+        const Equations equations{Obeq.GetData(), Weight.GetData(), m_formed, parameterNumber};
+        const double* normal = Noeq.GetData();
+        const double correlation = direct ? largestCorrelation(normal, inverse.GetData(), equations.n)
+                                          : std::numeric_limits<double>::infinity();
+        bool refined;
+        if (!direct)
+            InitBcor();
+        if (correlation > kHarmlessCorrelation)
+            refined = refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData());
+        else if (cancellation(equations, normal, inverse.GetData(), Bcor.GetData()) > kHarmlessCancellation)
+            refined = refineSolution(equations, inverse.GetData(), Bcor.GetData());
+        else
+            return 1;
+        return refined && allFinite(Bcor) && allFinite(inverse) ? 1 : 0;
+    });
+    if (!solved) {
+        InitParameter(Bcor, std::numeric_limits<double>::quiet_NaN());
+        InitParameter(inverse, std::numeric_limits<double>::quiet_NaN());
+    }
+    return solved;
+}
+
+// Whether the equations behind Noeq are here, with weights that have square roots.
+bool CLeastSq::canRefine() const {
+    return m_formed >= 0 && hasEquations(m_formed) &&
+           std::all_of(Weight.GetData(), Weight.GetData() + m_formed, [](double w) { return w >= 0.0; });
+}
+
+// ---- Single steps ----
+
+int CLeastSq::LUDivid() {
+    return hasUnknowns() && choleskyFactor(Noeq.GetData(), parameterNumber, tolerance, work.GetData()) > 0.0
+               ? 1
+               : 0;
+}
+
+int CLeastSq::ForwardSubstiotution() {
+    if (!hasUnknowns())
+        return 0;
+    const int n = parameterNumber;
+    for (int i = 0; i < n; ++i)
+        Bcor[i] = work[i * (n + 1) + n];
+    solveTransposed(work.GetData(), n, Bcor.GetData());
+    for (int i = 0; i < n; ++i)
+        work[i * (n + 1) + n] = Bcor[i];
+    return 1;
+}
+
+int CLeastSq::BackwardSubstiotution() {
+    if (!hasUnknowns())
+        return 0;
+    const int n = parameterNumber;
+    for (int i = 0; i < n; ++i)
+        Bcor[i] = work[i * (n + 1) + n];
+    solveUpper(work.GetData(), n, Bcor.GetData());
+    return 1;
+}
+
+int CLeastSq::CalLInverse() {
+    if (!hasUnknowns())
+        return 0;
+    invertTriangle(work.GetData(), parameterNumber);
+    return 1;
+}
+
+int CLeastSq::CalNoeqInverse() {
+    if (!hasUnknowns())
+        return 0;
+    multiplyByTranspose(work.GetData(), parameterNumber, inverse.GetData());
+    return 1;
+}

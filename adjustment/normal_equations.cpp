@@ -1,0 +1,145 @@
+#include "adjustment/normal_equations.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+
+namespace fieldscan {
+
+namespace {
+
+constexpr int kStep = 8;  // equations a pass over the normal matrix
+
+double product(double a, double b, double weight, bool unitWeights) {
+    return unitWeights ? a * b : a * b * weight;
+}
+
+// `count` <= kStep equations from `row` on; kStep of them fill the registers with products, fewer are added
+// one by one. Multiplying by a weight of 1 changes no bit, so it is left out.
+template <bool unitWeights>
+void addRows(const double* row, const double* weights, int count, int n, double* normal) {
+    const std::ptrdiff_t length = n + 1;
+    for (int i = 0; i < n; ++i) {
+        double* __restrict sums = normal + i * length;
+        if (count == kStep) {
+            double a[kStep];
+            for (int k = 0; k < kStep; ++k)
+                a[k] = row[k * length + i];
+            for (int j = i; j <= n; ++j) {
+                double sum = sums[j];
+                for (int k = 0; k < kStep; ++k)
+                    sum += product(row[k * length + j], a[k], weights[k], unitWeights);
+                sums[j] = sum;
+            }
+        } else {
+            for (int k = 0; k < count; ++k)
+                for (int j = i; j <= n; ++j)
+                    sums[j] += product(row[k * length + j], row[k * length + i], weights[k], unitWeights);
+        }
+    }
+}
+
+}  // namespace
+
+void addToNormal(const Equations& equations, double* normal) {
+    const double* const weights = equations.weights;
+    const bool unit = std::all_of(weights, weights + equations.m, [](double w) { return w == 1.0; });
+    for (int k = 0; k < equations.m; k += kStep) {
+        const double* row = equations.rows + static_cast<std::ptrdiff_t>(k) * (equations.n + 1);
+        const int count = std::min(kStep, equations.m - k);
+        if (unit)
+            addRows<true>(row, weights + k, count, equations.n, normal);
+        else
+            addRows<false>(row, weights + k, count, equations.n, normal);
+    }
+}
+
+void mirror(double* matrix, int n) {
+    const std::ptrdiff_t length = n + 1;
+    for (int i = 1; i < n; ++i)
+        for (int j = 0; j < i; ++j)
+            matrix[i * length + j] = matrix[j * length + i];
+}
+
+bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
+    const double rounding = 64.0 * n * std::numeric_limits<double>::epsilon() * diagonal;
+    return !(pivot > std::max(tolerance, rounding));
+}
+
+double choleskyFactor(const double* normal, int n, double tolerance, double* factor) {
+    const std::ptrdiff_t length = n + 1;
+    std::copy(normal, normal + n * length, factor);
+    double smallest = 1.0;
+    for (int k = 0; k < n; ++k) {
+        double* pivotRow = factor + k * length;
+        const double diagonal = normal[k * length + k];
+        if (isSingularPivot(pivotRow[k], diagonal, n, tolerance))
+            return 0.0;
+        smallest = std::min(smallest, pivotRow[k] / diagonal);
+        const double root = std::sqrt(pivotRow[k]);
+        pivotRow[k] = root;
+        for (int j = k + 1; j < n; ++j)
+            pivotRow[j] /= root;
+        for (int i = k + 1; i < n; ++i) {
+            double* __restrict row = factor + i * length;
+            const double multiple = pivotRow[i];
+            for (int j = i; j < n; ++j)
+                row[j] -= multiple * pivotRow[j];
+        }
+    }
+    return smallest;
+}
+
+void solveTransposed(const double* factor, int n, double* vector) {
+    const std::ptrdiff_t length = n + 1;
+    for (int k = 0; k < n; ++k) {
+        const double* row = factor + k * length;
+        vector[k] /= row[k];
+        for (int j = k + 1; j < n; ++j)
+            vector[j] -= row[j] * vector[k];
+    }
+}
+
+void solveUpper(const double* factor, int n, double* vector) {
+    const std::ptrdiff_t length = n + 1;
+    for (int k = n - 1; k >= 0; --k) {
+        const double* row = factor + k * length;
+        double rest = vector[k];
+        for (int j = k + 1; j < n; ++j)
+            rest -= row[j] * vector[j];
+        vector[k] = rest / row[k];
+    }
+}
+
+// Row by row upward: W = U^-1 has W_ij = -(sum over k of U_ik W_kj) / U_ii. Row i of W lies where row i of U
+// lay; its elements are read before their places are written, from the right.
+void invertTriangle(double* factor, int n) {
+    const std::ptrdiff_t length = n + 1;
+    for (int i = n - 1; i >= 0; --i) {
+        double* row = factor + i * length;
+        for (int j = n - 1; j > i; --j) {
+            double sum = 0.0;
+            for (int k = i + 1; k <= j; ++k)
+                sum += row[k] * factor[k * length + j];
+            row[j] = -sum / row[i];
+        }
+        row[i] = 1.0 / row[i];
+    }
+}
+
+void multiplyByTranspose(const double* triangle, int n, double* product) {
+    const std::ptrdiff_t length = n + 1;
+    for (int i = 0; i < n; ++i) {
+        for (int j = i; j < n; ++j) {
+            double sum = 0.0;
+            for (int k = j; k < n; ++k)
+                sum += triangle[i * length + k] * triangle[j * length + k];
+            product[i * length + j] = sum;
+        }
+        product[i * length + n] = 0.0;
+    }
+    mirror(product, n);
+}
+
+}  // namespace fieldscan

@@ -1,0 +1,244 @@
+#include "adjustment/refinement.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <numeric>
+#include <utility>
+#include <vector>
+
+#include "adjustment/double_double.h"
+#include "adjustment/orthogonal_factor.h"
+
+namespace fieldscan {
+
+namespace {
+
+using Vector = std::vector<double>;
+
+// A vector of double-doubles.
+struct PairedVector {
+    explicit PairedVector(std::size_t size) : hi(size, 0.0), lo(size, 0.0) {}
+    DoubleDouble operator[](std::size_t i) const { return {hi[i], lo[i]}; }
+    void set(std::size_t i, DoubleDouble value) {
+        hi[i] = value.hi;
+        lo[i] = value.lo;
+    }
+    Vector hi, lo;
+};
+
+std::size_t count(int n) { return static_cast<std::size_t>(n); }
+
+// (hi, lo)[j] += row[j] a for begin <= j < end.
+void addMultiple(double a, const double* row, int begin, int end, double* __restrict hi,
+                 double* __restrict lo) {
+    for (int j = begin; j < end; ++j) {
+        const DoubleDouble sum = DoubleDouble{hi[j], lo[j]} + exactProduct(row[j], a);
+        hi[j] = sum.hi;
+        lo[j] = sum.lo;
+    }
+}
+
+// U^-1, rows of n + 1, computed in double-double and rounded: A U^-1 has lost its orthonormal columns where
+// the rounding errors of an inversion in double multiply those of A.
+Vector exactlyInverted(const Vector& factor, int n) {
+    const std::size_t length = count(n) + 1;
+    Vector inverted(factor.size(), 0.0);
+    PairedVector column(count(n));
+    for (int j = 0; j < n; ++j) {
+        for (int i = j; i >= 0; --i) {
+            const double* u = factor.data() + count(i) * length;
+            DoubleDouble sum{i == j ? 1.0 : 0.0, 0.0};
+            for (int k = i + 1; k <= j; ++k)
+                sum = sum + column[count(k)] * -u[k];
+            column.set(count(i), sum / u[i]);
+            inverted[count(i) * length + count(j)] = column.hi[count(i)];
+        }
+    }
+    return inverted;
+}
+
+// Row a of A becomes row b of A W, in the length of the row.
+void multiplyRow(const double* a, const Vector& w, int n, double* __restrict b) {
+    const std::size_t length = count(n) + 1;
+    std::fill(b, b + n, 0.0);
+    for (int i = 0; i < n; ++i) {
+        if (a[i] == 0.0)  // most of an equation of a network
+            continue;
+        const double* row = w.data() + count(i) * length;
+        for (int j = i; j < n; ++j)
+            b[j] += a[i] * row[j];
+    }
+}
+
+// The same, rounded once; `low` is for the lower parts of the sums.
+void multiplyRowExactly(const double* a, const Vector& w, int n, double* b, Vector& low) {
+    const std::size_t length = count(n) + 1;
+    std::fill(b, b + n, 0.0);
+    std::fill(low.begin(), low.end(), 0.0);
+    for (int i = 0; i < n; ++i)
+        if (a[i] != 0.0)
+            addMultiple(a[i], w.data() + count(i) * length, i, n, b, low.data());
+}
+
+// S = B^T P B, B = A W.
+Vector orthonormalityOf(const Equations& equations, const Vector& w, bool exactly) {
+    constexpr int kBlock = 64;  // rows of B at a time
+    const int n = equations.n;
+    const std::size_t length = count(n) + 1;
+    Vector normal(count(n) * length, 0.0), block(kBlock * length, 0.0), low(count(n));
+    for (int first = 0; first < equations.m; first += kBlock) {
+        const int rows = std::min(kBlock, equations.m - first);
+        for (int k = 0; k < rows; ++k) {
+            const double* a = equations.rows + count(first + k) * length;
+            double* b = block.data() + count(k) * length;
+            if (exactly)
+                multiplyRowExactly(a, w, n, b, low);
+            else
+                multiplyRow(a, w, n, b);
+        }
+        addToNormal({block.data(), equations.weights + first, rows, n}, normal.data());
+    }
+    return normal;
+}
+
+// Z, rows of n + 1; empty when the triangle is not near the true one.
+Vector rootOfCofactors(const Equations& equations, Vector factor, bool exactly) {
+    constexpr double kNear = 0.25;  // of S to a diagonal matrix, in a pivot
+    const int n = equations.n;
+    const std::size_t length = count(n) + 1;
+    if (exactly)
+        factor = exactlyInverted(factor, n);
+    else
+        invertTriangle(factor.data(), n);
+    const Vector& w = factor;
+    const Vector normal = orthonormalityOf(equations, w, exactly);
+    Vector correction(normal.size());
+    if (!(choleskyFactor(normal.data(), n, 0.0, correction.data()) > kNear))
+        return {};
+    invertTriangle(correction.data(), n);
+    Vector root(normal.size(), 0.0);
+    for (int i = 0; i < n; ++i)
+        for (int k = i; k < n; ++k)
+            for (int j = k; j < n; ++j)
+                root[count(i) * length + count(j)] +=
+                    w[count(i) * length + count(k)] * correction[count(k) * length + count(j)];
+    return root;
+}
+
+// A^T P (l - A x).
+PairedVector misclosure(const Equations& equations, const PairedVector& x) {
+    const int n = equations.n;
+    PairedVector sums(count(n));
+    const double* a = equations.rows;
+    for (int k = 0; k < equations.m; ++k, a += n + 1) {
+        DoubleDouble residual{a[n], 0.0};
+        for (int i = 0; i < n; ++i)
+            residual = residual + x[count(i)] * -a[i];
+        residual = residual * equations.weights[k];
+        for (int i = 0; i < n; ++i)
+            sums.set(count(i), sums[count(i)] + residual * a[i]);
+    }
+    return sums;
+}
+
+// Z Z^T vector. Z^T vector is small beside its terms: in double it would lose as many digits as N^-1 vector
+// does.
+Vector timesRoots(const Vector& root, int n, const PairedVector& vector) {
+    const std::size_t length = count(n) + 1;
+    PairedVector inner(count(n));
+    Vector result(count(n), 0.0);
+    for (int i = 0; i < n; ++i)
+        for (int j = i; j < n; ++j)
+            inner.set(count(j), inner[count(j)] + vector[count(i)] * root[count(i) * length + count(j)]);
+    for (int i = 0; i < n; ++i)
+        for (int j = i; j < n; ++j)
+            result[count(i)] += root[count(i) * length + count(j)] * inner.hi[count(j)];
+    return result;
+}
+
+Vector timesSymmetric(const double* matrix, int n, const Vector& vector) {
+    Vector result(count(n), 0.0);
+    for (int i = 0; i < n; ++i, matrix += n + 1)
+        for (int j = 0; j < n; ++j)
+            result[count(i)] += matrix[j] * vector[count(j)];
+    return result;
+}
+
+// Adds corrections cofactors(A^T P (l - A x)) until they end. They shrink by about the same factor each, as
+// measured by |A correction|, the change of the adjusted observations; the single unknowns need not. One that
+// would change the observations by less than kFinal of them is not made. Where corrections no longer halve,
+// they must have come below kAccepted. An unknown too small to change the observations by kFinal of them is
+// 0.
+template <class Cofactors>
+bool improve(const Equations& equations, const double* inverse, Cofactors cofactors, double* solution) {
+    constexpr double kFinal = 7.9e-31;   // 2^-100
+    constexpr double kAccepted = 9e-16;  // 2^-50
+    const int n = equations.n;
+    const double observations = std::sqrt(squaredLength(equations));
+    PairedVector x(count(n));
+    std::copy(solution, solution + n, x.hi.begin());
+    double last = observations, left = kFinal * observations;
+    for (bool first = true, ended = false; !ended; first = false) {
+        const PairedVector sums = misclosure(equations, x);
+        const Vector correction = cofactors(sums);
+        const double change = std::sqrt(
+            std::fabs(std::inner_product(correction.begin(), correction.end(), sums.hi.begin(), 0.0)));
+        if (!std::isfinite(change))
+            return false;
+        if (first || change <= 0.5 * last) {
+            for (int i = 0; i < n; ++i)
+                x.set(count(i), x[count(i)] + DoubleDouble{correction[count(i)], 0.0});
+            ended = change == 0.0 || change * (change / last) <= left;
+        } else if (change <= kAccepted * observations) {
+            left = change;
+            ended = true;
+        } else {
+            return false;
+        }
+        last = change;
+    }
+    for (int i = 0; i < n; ++i) {
+        const double uncertain = left * std::sqrt(inverse[i * (n + 1) + i]);
+        solution[i] = std::fabs(x.hi[count(i)]) <= uncertain ? 0.0 : x.hi[count(i)];
+    }
+    return true;
+}
+
+}  // namespace
+
+double squaredLength(const Equations& equations) {
+    const std::size_t length = count(equations.n) + 1;
+    double squares = 0.0;
+    for (int k = 0; k < equations.m; ++k) {
+        const double l = equations.rows[count(k) * length + count(equations.n)];
+        squares += l * l * equations.weights[k];
+    }
+    return squares;
+}
+
+bool refine(const Equations& equations, const double* normal, double tolerance, double correlation,
+            double* solution, double* inverse) {
+    constexpr double kMild = 1e4;        // B in double then errs by about 1e-14
+    constexpr double kSafePivot = 1e-7;  // of its diagonal
+    const int n = equations.n;
+    Vector factor(count(n) * (count(n) + 1));
+    if (choleskyFactor(normal, n, tolerance, factor.data()) <= kSafePivot &&
+        !orthogonalFactor(equations, factor.data()))
+        return false;
+    const Vector root = rootOfCofactors(equations, std::move(factor), !(correlation <= kMild));
+    if (root.empty())
+        return false;
+    multiplyByTranspose(root.data(), n, inverse);
+    return improve(
+        equations, inverse, [&](const PairedVector& sums) { return timesRoots(root, n, sums); }, solution);
+}
+
+bool refineSolution(const Equations& equations, const double* inverse, double* solution) {
+    const int n = equations.n;
+    return improve(
+        equations, inverse, [&](const PairedVector& sums) { return timesSymmetric(inverse, n, sums.hi); },
+        solution);
+}
+
+}  // namespace fieldscan

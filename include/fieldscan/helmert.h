@@ -1,0 +1,82 @@
+// CHelmert: plane similarity transformation; CPlaneAffine: plane affine transformation.
+#ifndef FIELDSCAN_HELMERT_H
+#define FIELDSCAN_HELMERT_H
+
+#include <fieldscan/framework/array.h>
+#include <fieldscan/points.h>
+
+// Both estimate the transformation of source points (x, y) to target points (x', y') from pairs of points of
+// the same name, by least squares with equal weights, and keep the residuals of the pairs. z takes no part.
+// Use: SetPoints, CalPara, then Transform. Operations return 1 for success and 0 for failure.
+
+// Rotation with scale, and translation (four parameters, Helmert):
+//
+//   x' = a x - b y + tx
+//   y' = b x + a y + ty
+class FIELDSCAN_API CHelmert {
+public:
+    CHelmert();
+    CHelmert(const CHelmert& other);
+    ~CHelmert();
+    CHelmert& operator=(const CHelmert& other);
+
+    void Init();  // no pairs, no parameters, no residuals; RMS (-1, -1, 0): not computed
+
+    // Pairs the points by name, compared exactly: each of `first`, in order, becomes the target of the first
+    // point of `second` that has its name; points without a partner are left out. Returns the number of
+    // pairs. Parameters and residuals stay until the next CalPara.
+    int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
+
+    // Adjusts the parameters and computes the residuals. Returns 1; 0 with fewer than 2 pairs, or when the
+    // source points coincide (CLeastSq::Solve tells), and parameters and residuals are then as before.
+    int CalPara();
+
+    // Transforms in.x, in.y to out.x, out.y: from source to target, or back when `forward` is 0. Nothing else
+    // of `out` changes; it may be `in`. Returns 1; 0 when there are no parameters, or for the way back when
+    // a a + b b is 0, and then `out` is unchanged.
+    int Transform(const CXYZ& in, CXYZ& out, int forward) const;
+
+    void Trace();  // a hook for debugging, does nothing
+
+    CArray<CXYZ, CXYZ&> targetPoints;   // the matched points of the first set
+    CArray<CXYZ, CXYZ&> sourcePoints;   // and of the second, in the same order
+    CArray<double, double> parameters;  // a, b, tx, ty; or none
+    CArray<CXYZ, CXYZ&> residuals;      // transformed source minus target, with the target's name
+    CXYZ RMS;                           // root mean square of the residuals, over the number of pairs
+    CXYZ maximum;                       // the residual of largest magnitude in x and in y, with its sign
+
+private:
+    int CalResiduals();
+};
+
+// Six parameters: each axis has its own direction and scale.
+//
+//   x' = a x + b y + tx
+//   y' = c x + d y + ty
+//
+// Members as of CHelmert; three pairs at least, not on one line.
+class FIELDSCAN_API CPlaneAffine {
+public:
+    CPlaneAffine();
+    CPlaneAffine(const CPlaneAffine& other);
+    ~CPlaneAffine();
+    CPlaneAffine& operator=(const CPlaneAffine& other);
+
+    void Init();
+    int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
+    int CalPara();  // 0 with fewer than 3 pairs, or when the source points lie on one line
+    int Transform(const CXYZ& in, CXYZ& out, int forward) const;  // no way back when a d - b c is 0
+    void Trace();
+
+    CArray<CXYZ, CXYZ&> targetPoints;
+    CArray<CXYZ, CXYZ&> sourcePoints;
+    CArray<double, double> parameters;  // a, b, c, d, tx, ty; or none
+    CArray<CXYZ, CXYZ&> residuals;
+    CXYZ RMS;
+    CXYZ maximum;
+
+private:
+    int CalResiduals();
+};
+
+#endif

@@ -1,0 +1,223 @@
+// CHelmert and CPlaneAffine.
+#include <fieldscan/helmert.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <string>
+
+#include "tests/shared_data.h"
+
+namespace {
+
+using Points = CArray<CXYZ, CXYZ&>;
+
+void add(Points& points, const std::string& name, double x, double y) {
+    CXYZ point(CString(name.c_str()), x, y, 7.0);
+    points.Add(point);
+}
+
+// `count` named source points on a circle around (x, y), and what `to` makes of them.
+template <class Fit>
+int fitted(Fit& fit, int count, double x, double y, double radius,
+           const std::function<CXYZ(double x, double y)>& to) {
+    Points first, second;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "P" + std::to_string(i);
+        const double sx = x + radius * std::cos(1.0 + i * 6.0 / count),
+                     sy = y + radius * std::sin(1.0 + i * 6.0 / count);
+        const CXYZ t = to(sx, sy);
+        add(first, name, t.x, t.y);
+        add(second, name, sx, sy);
+    }
+    EXPECT_EQ(fit.SetPoints(first, second), count);
+    return fit.CalPara();
+}
+
+TEST(Helmert, PairsByName) {
+    Points first, second;
+    for (const char* name : {"C", "A", "missing", "B", "A", "\xC3\xA9"})
+        add(first, name, 1, 0);
+    for (const char* name : {"A", "\xC3\xA9", "a", "B", "A", "C"})
+        add(second, name, second.GetSize(), 0);
+    CHelmert helmert;
+    ASSERT_EQ(helmert.SetPoints(first, second), 5);
+    const int partners[] = {5, 0, 3, 0, 1};  // of doubles the first
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(helmert.sourcePoints[i].x, partners[i]);
+    EXPECT_EQ(helmert.targetPoints[2].name, CString(u"B"));
+    EXPECT_EQ(helmert.SetPoints(helmert.targetPoints, helmert.sourcePoints), 5) << "the outputs as inputs";
+    EXPECT_EQ(helmert.SetPoints(Points(), second), 0);
+    EXPECT_EQ(helmert.targetPoints.GetSize() + helmert.sourcePoints.GetSize() + helmert.CalPara(), 0);
+}
+
+TEST(Helmert, ParametersAndResiduals) {
+    CHelmert helmert;
+    CXYZ out(1, 2, 3);
+    EXPECT_EQ(helmert.Transform(CXYZ(4, 5, 6), out, 1), 0);
+    EXPECT_EQ(helmert.RMS.x, -1.0);
+    EXPECT_EQ(fitted(helmert, 1, 0, 0, 1, [](double x, double y) { return CXYZ(x, y, 0); }), 0);
+    ASSERT_EQ(fitted(helmert, 2, 0.3, 4e6, 7, [](double x, double y) { return CXYZ(x, y, 0); }), 1);
+    EXPECT_EQ(helmert.parameters[0], 1.0);
+    EXPECT_EQ(helmert.parameters[1], 0.0);
+    EXPECT_EQ(helmert.parameters[2], 0.0);
+    EXPECT_EQ(helmert.RMS.Len() + helmert.maximum.Len() + helmert.residuals[1].Len(), 0.0);
+
+    // A square turned by -90 degrees and doubled, its corners displaced by 3, -1, -1, -1 along x. About its
+    // middle: a = -200 / 20000, b = -2 + 200 / 20000; residuals -2, 1, 1, 0.
+    Points first, second;
+    const double dx[] = {-3, 1, 1, 1};
+    for (int i = 0; i < 4; ++i) {
+        add(second, std::to_string(i), i / 2 * 100, i % 2 * 100);
+        add(first, std::to_string(i), second[i].y * 2 + 10 - dx[i], -second[i].x * 2 + 20);
+    }
+    ASSERT_EQ(helmert.SetPoints(first, second), 4);
+    const CHelmert before(helmert);
+    ASSERT_EQ(helmert.CalPara(), 1);
+    CHelmert copy;
+    copy = helmert;
+    EXPECT_NEAR(copy.parameters[0], -0.01, 1e-15);
+    EXPECT_NEAR(copy.parameters[1], -1.99, 1e-15);
+    EXPECT_NEAR(copy.parameters[2], 11.0, 1e-12);
+    EXPECT_NEAR(copy.maximum.x, -2.0, 1e-12) << "keeps its sign";
+    EXPECT_NEAR(copy.RMS.x, std::sqrt(6.0 / 4.0), 1e-12);
+    EXPECT_EQ(copy.residuals[3].name, CString(u"3"));
+    EXPECT_EQ(copy.residuals[3].z + copy.RMS.z, 0.0);
+    EXPECT_EQ(before.parameters[0], 1.0);
+
+    ASSERT_EQ(copy.Transform(second[3], out, 1), 1);
+    EXPECT_NEAR(out.x, first[3].x + copy.residuals[3].x, 1e-12);
+    ASSERT_EQ(copy.Transform(out, out, 0), 1);
+    EXPECT_NEAR(out.x + out.y, 200.0, 1e-12);
+    EXPECT_EQ(out.z, 3.0);
+    copy.parameters[0] = copy.parameters[1] = 0.0;
+    EXPECT_EQ(copy.Transform(out, out, 0), 0);
+    copy.Init();
+    EXPECT_EQ(copy.parameters.GetSize() + copy.residuals.GetSize() + copy.CalPara(), 0);
+}
+
+TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {
+    for (const double at : {0.0, 1.0, 123.456, 500000.123, 4e6}) {
+        for (const int count : {2, 3, 10, 100, 10000}) {
+            CHelmert helmert;
+            CPlaneAffine affine;
+            const auto any = [](double x, double y) {
+                return CXYZ(x - y * 2 + std::fmod(x * 1e5, 7.0), y + x * 2, 0);
+            };
+            EXPECT_EQ(fitted(helmert, count, at, at * 8.3, 0.0, any), 0) << at << ", " << count;
+            EXPECT_EQ(fitted(affine, count, at, at * 8.3, 0.0, any), 0) << at << ", " << count;
+            EXPECT_EQ(helmert.parameters.GetSize(), 0);
+            for (const double apart : {1.0, 0.01}) {
+                EXPECT_EQ(fitted(helmert, count, at, at * 8.3, apart, any), 1)
+                    << at << ", " << count << ", " << apart;
+                EXPECT_EQ(fitted(affine, count, at, at, apart, any), count > 2)
+                    << at << ", " << count << ", " << apart;
+            }
+        }
+    }
+    CPlaneAffine affine;
+    Points line;
+    for (int i = 0; i < 9; ++i)
+        add(line, std::to_string(i), 1000.0 + i, 3e5 + 0.3 * i);
+    affine.SetPoints(line, line);
+    EXPECT_EQ(affine.CalPara(), 0) << "on a line";
+}
+
+TEST(Helmert, KeepsTwelveDigitsAtNationalGridCoordinates) {
+    CHelmert helmert;  // turned by 3-4-5, twice as large; the targets are exact to 1e-16 of ten metres
+    ASSERT_EQ(fitted(helmert, 20, 500000, 4000000, 5,
+                     [](double x, double y) {
+                         return CXYZ(1.2 * (x - 500000) - 1.6 * (y - 4000000),
+                                     1.6 * (x - 500000) + 1.2 * (y - 4000000), 0);
+                     }),
+              1);
+    EXPECT_NEAR(helmert.parameters[0], 1.2, 1.2e-12);
+    EXPECT_NEAR(helmert.parameters[1], 1.6, 1.6e-12);
+}
+
+TEST(PlaneAffine, BothWays) {
+    CPlaneAffine affine;
+    EXPECT_EQ(fitted(affine, 2, 0, 0, 1, [](double x, double y) { return CXYZ(x, y, 0); }), 0);
+    ASSERT_EQ(fitted(affine, 5, 4, -3, 10,
+                     [](double x, double y) { return CXYZ(2 * x - y + 100, 0.5 * x + 3 * y - 7, 0); }),
+              1);
+    const double expected[] = {2, -1, 0.5, 3, 100, -7};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_NEAR(affine.parameters[i], expected[i], 1e-13) << i;
+    EXPECT_LT(affine.RMS.x + affine.RMS.y, 1e-13);
+    const CPlaneAffine copy(affine);
+    CXYZ point(11, 5, 9);
+    ASSERT_EQ(copy.Transform(point, point, 1), 1);
+    EXPECT_NEAR(point.x, 117.0, 1e-12);
+    EXPECT_NEAR(point.y, 13.5, 1e-12);
+    ASSERT_EQ(copy.Transform(point, point, 0), 1);
+    EXPECT_NEAR(point.x, 11.0, 1e-12);
+    EXPECT_NEAR(point.y, 5.0, 1e-12);
+    affine.parameters[0] = affine.parameters[3] = 0.0;
+    affine.parameters[1] = 0.0;
+    EXPECT_EQ(affine.Transform(point, point, 0), 0) << "flat";
+    affine.Init();
+    EXPECT_EQ(affine.Transform(point, point, 1), 0);
+}
+
+// Half a unit of the last place that the text has.
+double halfUnit(const std::string& text) {
+    const std::size_t decimals = text.size() - text.find('.') - 1;
+    return 0.5000001 * std::pow(10.0, -static_cast<double>(decimals));
+}
+
+// Exact figures are met to the rounding of coordinates of a million.
+void expectPublished(double value, const std::string& published, double units, const std::string& exact,
+                     const std::string& what) {
+    if (!published.empty()) {
+        EXPECT_NEAR(value, std::stod(published), 2.0 * units * halfUnit(published)) << what;
+    }
+    EXPECT_NEAR(value, std::stod(exact), 5e-10) << what;
+}
+
+TEST(Helmert, PublishedFigures) {
+    for (const std::string name : {"ghilani_18_1", "geoeasy_test1"}) {
+        const auto pairs = sharedTable("helmert/" + name + "_pairs.csv");
+        if (pairs.empty())
+            GTEST_SKIP() << kNoSharedData;
+        Points first, second;
+        for (const auto& cells : pairs) {
+            add(second, cells[0], std::stod(cells[1]), std::stod(cells[2]));
+            add(first, cells[0], std::stod(cells[3]), std::stod(cells[4]));
+        }
+        CHelmert helmert;
+        helmert.SetPoints(first, second);
+        ASSERT_EQ(helmert.CalPara(), 1);
+        std::map<std::string, double> figures = {{"a", helmert.parameters[0]},
+                                                 {"b", helmert.parameters[1]},
+                                                 {"tx", helmert.parameters[2]},
+                                                 {"ty", helmert.parameters[3]},
+                                                 {"rms_x", helmert.RMS.x},
+                                                 {"rms_y", helmert.RMS.y},
+                                                 {"max_x_signed", helmert.maximum.x},
+                                                 {"max_y_signed", helmert.maximum.y}};
+        for (int i = 0; i < helmert.residuals.GetSize(); ++i) {
+            figures["vx_" + pairs[static_cast<std::size_t>(i)][0]] = helmert.residuals[i].x;
+            figures["vy_" + pairs[static_cast<std::size_t>(i)][0]] = helmert.residuals[i].y;
+        }
+        std::size_t compared = 0;
+        for (const auto& cells : sharedTable("helmert/" + name + "_expected.csv")) {
+            if (figures.count(cells[0])) {
+                expectPublished(figures[cells[0]], cells[1], 0.5, cells[2], cells[0]);
+                ++compared;
+            }
+        }
+        EXPECT_EQ(compared, figures.size());
+        // The published coordinates are up to 0.66 units away from the exact ones themselves.
+        for (const auto& cells : sharedTable("helmert/" + name + "_transformed.csv")) {
+            CXYZ point(std::stod(cells[1]), std::stod(cells[2]), 0);
+            ASSERT_EQ(helmert.Transform(point, point, 1), 1);
+            expectPublished(point.x, cells[3], 0.7, cells[5], cells[0] + " x");
+            expectPublished(point.y, cells[4], 0.7, cells[6], cells[0] + " y");
+        }
+    }
+}
+
+}  // namespace

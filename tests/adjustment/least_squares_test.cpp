@@ -1,0 +1,428 @@
+// CLeastSq against certified and published figures, stated sums, and its own contract.
+#include <fieldscan/least_squares.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <ctime>
+#include <limits>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "adjustment/double_double.h"
+#include "tests/shared_data.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+using Rows = std::vector<std::vector<double>>;  // the coefficients, then the observation
+
+void enter(CLeastSq& adjustment, const Rows& rows) {
+    for (const auto& row : rows)
+        for (std::size_t column = 0; column < row.size(); ++column)
+            adjustment.SetObeq(static_cast<int>(column), row[column]);
+}
+
+const struct {
+    const char* name;
+    int (CLeastSq::*solve)();
+} kSolvers[] = {{"Solve", &CLeastSq::Solve},
+                {"PISolve", &CLeastSq::PISolve},
+                {"SolveWithSwpMat", &CLeastSq::SolveWithSwpMat}};
+
+int solved(const Rows& rows, int n) {
+    CLeastSq adjustment(static_cast<int>(rows.size()), n);
+    enter(adjustment, rows);
+    return adjustment.Solve();
+}
+
+TEST(LeastSquares, FormsTheStatedSumsBitByBit) {
+    std::mt19937_64 random(1);
+    std::normal_distribution<double> number(0.0, 1e3);
+    for (int trial = 0; trial < 200; ++trial) {
+        const int n = 1 + trial % 11, m = trial % 37;
+        CLeastSq adjustment(m, n);
+        for (int i = 0; i < adjustment.Obeq.GetSize(); ++i)
+            adjustment.Obeq[i] = number(random);
+        if (trial % 3)
+            for (int k = 0; k < m; ++k)
+                adjustment.SetWeight(k, std::fabs(number(random)));
+        ASSERT_EQ(trial % 2 ? adjustment.Lessqu(m, n) : adjustment.LessquFast(m, n), 1);
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j <= n; ++j) {
+                double sum = 0.0;
+                for (int k = 0; k < m; ++k)
+                    sum += (adjustment.Obeq[k * (n + 1) + j] * adjustment.Obeq[k * (n + 1) + i]) *
+                           adjustment.Weight[k];
+                ASSERT_EQ(adjustment.GetNoeq(i, j), sum) << "m " << m << " n " << n;
+            }
+        }
+    }
+}
+
+TEST(LeastSquares, EntersEquationsAndGrows) {
+    CLeastSq adjustment(2, 2), none;
+    EXPECT_EQ(none.InitNoeq() + none.InitBcor() + none.Solve() + none.LUDivid(), 0);
+    EXPECT_EQ(none.CheckNoeq(), 1);
+    EXPECT_EQ(none.CalSigma2(), std::numeric_limits<double>::max());
+    EXPECT_EQ(adjustment.SetWeight(2.0) + adjustment.SetObeq(1, 5.0), 0) << "no equation begun";
+    enter(adjustment, {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
+    EXPECT_EQ(adjustment.SetObeq(3, 1.0) + adjustment.SetObeq(-1, 1.0), 0);
+    EXPECT_EQ(
+        adjustment.GetObeqSize() * 100 + adjustment.GetObeqNumber() * 10 + adjustment.GetCurrentObeqNumber(),
+        333);
+    EXPECT_EQ(adjustment.GetDegreesOfFreedom(), 1);
+    EXPECT_EQ(adjustment.Weight[2], 1.0);
+    EXPECT_EQ(adjustment.GetObeq(2), 9.0);
+    adjustment.IncrementColumn();
+    EXPECT_EQ(adjustment.SetObeq(1, 4.0), 0) << "beyond the last row";
+    EXPECT_EQ(adjustment.SetObeq(0, 4.0), 1) << "a row of zeros is left between";
+    EXPECT_EQ(adjustment.ObeqSize, 5);
+    EXPECT_EQ(adjustment.Obeq[9], 0.0);
+    EXPECT_EQ(adjustment.Obeq[12], 4.0);
+
+    adjustment.InitObeq();
+    adjustment.IncrementColumn();
+    adjustment.SetObeq(0, -4.0);
+    EXPECT_EQ(adjustment.Obeq[0] + adjustment.Obeq[3], 1.0 - 4.0) << "rows are kept";
+    adjustment.SetNoeq(1, 2, 8.0);
+    EXPECT_EQ(adjustment.GetBcor(1), 8.0);
+    EXPECT_EQ(adjustment.GetNoeq(1, 2), 8.0);
+    EXPECT_EQ(adjustment.InitNoeq() + adjustment.InitBcor(), 2);
+    EXPECT_EQ(adjustment.GetNoeq(1, 2) + adjustment.GetBcor(1), 0.0);
+    EXPECT_EQ(
+        adjustment.GetBcor(-1) + adjustment.GetNoeq(9, 9) + adjustment.GetVar(7) + adjustment.GetCovar(-1, 0),
+        0.0);
+    adjustment.SetNoeq(2, 2, 1.0);
+    EXPECT_EQ(adjustment.SetWeight(99, 1.0), 1);
+    EXPECT_EQ(adjustment.Lessqu(6, 2) + adjustment.Lessqu(5, 1) + adjustment.Lessqu(-1, 2), 0);
+    EXPECT_EQ(adjustment.Create(3, -1) + adjustment.Create(2147483647, 2147483646), 0);
+    EXPECT_EQ(adjustment.ObeqSize + adjustment.parameterNumber + adjustment.rowLength, 0);
+
+    CLeastSq single(1);
+    EXPECT_EQ(single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(), 12);
+}
+
+// Laeuchli's equations: N is singular in double, the equations are not.
+TEST(LeastSquares, SolversAgreeWhereNormalEquationsFail) {
+    const double e = std::ldexp(1.0, -30);
+    for (const auto& solver : kSolvers) {
+        CLeastSq adjustment(4, 3);
+        enter(adjustment, {{1, 1, 1, 6}, {e, 0, 0, e}, {0, e, 0, 2 * e}, {0, 0, e, 3 * e}});
+        ASSERT_EQ((adjustment.*solver.solve)(), 1) << solver.name;
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(adjustment.GetBcor(i), i + 1.0) << solver.name;
+            for (int j = 0; j < 3; ++j)  // (I - 1 1^T / (3 + e^2)) / e^2
+                EXPECT_NEAR(adjustment.GetCovar(i, j) * e * e, (i == j) - 1.0 / (3.0 + e * e), 1e-14);
+        }
+        // With an equation changed, or N itself, it is N alone that counts.
+        ASSERT_EQ(adjustment.SetWeight(0, 1.0), 1);
+        EXPECT_EQ(adjustment.NewChores(), 0);
+        EXPECT_TRUE(std::isnan(adjustment.GetBcor(0)) && std::isnan(adjustment.GetCovar(2, 1)))
+            << "nothing looks right";
+    }
+}
+
+TEST(LeastSquares, RefusesWhatIsSingularAtAnyScale) {
+    const double inf = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(solved({{1, 2, 1}}, 2), 0) << "fewer equations than unknowns";
+    EXPECT_EQ(solved({{1, 0, 1}, {2, 0, 2}}, 2), 0) << "an unknown without equation";
+    EXPECT_EQ(solved({{1, inf}, {1, 1}}, 1) + solved({{std::nan(""), 1}}, 1), 0);
+    for (const double scale : {1e-140, 1.0, 1e140}) {
+        for (const double third : {1.0 / 3.0, 0.7}) {
+            const Rows rows = {
+                {scale, third * scale, 1}, {0.1 * scale, 0.1 * third * scale, 2}, {scale, third * scale, 3}};
+            EXPECT_EQ(solved(rows, 2), 0) << scale;
+        }
+        EXPECT_EQ(solved({{scale, scale, 1}, {scale, scale * (1 + 1e-11), 2}, {scale, scale, 3}}, 2), 1)
+            << scale;
+        for (const auto& solver : {&CLeastSq::NewChores, &CLeastSq::PIChores, &CLeastSq::SwpMat}) {
+            for (const double more : {1e-15, 1e-10}) {
+                CLeastSq normal(0, 2);
+                const double n[] = {1, 1, 1, 1 + more};
+                for (int i = 0; i < 4; ++i)
+                    normal.SetNoeq(i / 2, i % 2, n[i] * scale);
+                EXPECT_EQ((normal.*solver)(), more > 1e-12 ? 1 : 0) << scale;
+            }
+        }
+    }
+    CLeastSq indefinite(0, 2);
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j)
+            indefinite.SetNoeq(i, j, i == j ? 1.0 : 2.0);
+    EXPECT_EQ(indefinite.SolveWithReduc() + indefinite.PIChores() + indefinite.SwpMat(), 0);
+}
+
+TEST(LeastSquares, NegativeWeightTakesAnEquationOut) {
+    CLeastSq with(4, 2), without(2, 2);
+    enter(with, {{1, 2, 3}, {4, 5, 6}, {7, 8, 1}, {7, 8, 1}});
+    with.SetWeight(2, -1.0);
+    enter(without, {{1, 2, 3}, {4, 5, 6}});
+    for (const auto& solver : kSolvers) {
+        ASSERT_EQ((with.*solver.solve)() + (without.*solver.solve)(), 2) << solver.name;
+        EXPECT_NEAR(with.GetBcor(1), 2.0, 1e-11);
+        EXPECT_NEAR(with.GetCovar(0, 1), without.GetCovar(0, 1), 1e-10);
+    }
+}
+
+TEST(LeastSquares, SelfTestsAndSingleSteps) {
+    for (const int n : {3, 4}) {
+        CLeastSq adjustment;
+        n == 3 ? adjustment.TestData31() : adjustment.TestData4();
+        for (const auto& solve :
+             {&CLeastSq::TestChores, &CLeastSq::SolveWithReduc, &CLeastSq::PIChores, &CLeastSq::SwpMat}) {
+            adjustment.InitBcor();
+            ASSERT_EQ((adjustment.*solve)(), 1);
+            for (int i = 0; i < n; ++i)
+                EXPECT_NEAR(adjustment.GetBcor(i), n == 3 ? i + 1.0 : (i % 2 ? -1.0 : 1.0) * (1 + i / 2),
+                            1e-14);
+        }
+        adjustment.InitParameter(adjustment.inverse, 0.0);
+        ASSERT_EQ(adjustment.TestInvers(), 1);
+        for (int i = 0; i < n; ++i) {
+            for (int j = 0; j < n; ++j) {
+                double unit = 0.0;
+                for (int k = 0; k < n; ++k)
+                    unit += adjustment.GetNoeq(i, k) * adjustment.GetCovar(k, j);
+                EXPECT_NEAR(unit, i == j, 1e-14);
+            }
+        }
+        adjustment.InitNoeq();
+        EXPECT_EQ(adjustment.TestChores() + adjustment.TestInvers() + adjustment.CheckNoeq(), 0);
+        adjustment.TestBook();
+    }
+}
+
+TEST(LeastSquares, PrecisionByHand) {
+    CLeastSq line(3, 1);  // a weighted mean: of 1, 3, 4 with weights 1, 1, 2 it is 3, residuals -2, 0, 1
+    enter(line, {{1, 1}, {1, 3}, {1, 4}});
+    line.SetWeight(2.0);
+    ASSERT_EQ(line.Solve(), 1);
+    EXPECT_EQ(line.GetBcor(0), 3.0);
+    EXPECT_EQ(line.GetCovar(0, 0), 0.25);
+    EXPECT_DOUBLE_EQ(line.CalStandard(), std::sqrt(5.0 / 3.0));
+    EXPECT_DOUBLE_EQ(line.CalStandard2(), std::sqrt(5.0 / 2.0));
+    EXPECT_EQ(line.CalSigma2(), 3.0);
+    line.CalVarianceOfEstimate();
+    EXPECT_EQ(line.GetCovar(0, 0), 0.25) << "sigma is 1 until it is set";
+    line.SetSigma(line.CalSigma2());
+    line.CalVarianceOfEstimate();
+    EXPECT_EQ(line.GetCovar(0, 0), 0.75);
+
+    CLeastSq plane(3, 2);  // as many digits as a hand computes: N^-1 = [5 -3; -3 3] / 6
+    enter(plane, {{1, 0, 1}, {1, 1, 2}, {1, 2, 4}});
+    ASSERT_EQ(plane.Solve() + plane.CalVarianceOfObservation(), 2);
+    EXPECT_NEAR(plane.GetVar(0), 5.0 / 6.0, 1e-15);
+    EXPECT_NEAR(plane.GetVar(1), 1.0 / 3.0, 1e-15);
+    EXPECT_NEAR(plane.GetVar(2), 5.0 / 6.0, 1e-15);
+    CLeastSq exact(2, 2);  // no redundancy: divided by m
+    enter(exact, {{1, 0, 1}, {0, 1, 2}});
+    ASSERT_EQ(exact.Solve(), 1);
+    exact.Bcor[0] = 3.0;
+    EXPECT_DOUBLE_EQ(exact.CalStandard2(), std::sqrt(2.0));
+    EXPECT_DOUBLE_EQ(exact.CalSigma2(), 2.0);
+}
+
+class LeastSquaresFile : public TempFolder {};
+
+TEST_F(LeastSquaresFile, DiagnosticFile) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    CLeastSq adjustment(0, 2);
+    for (const double value : {12.5, -1e-300, 1e-308})
+        adjustment.SetNoeq(value == 1e-308, value < 0.0 || value == 1e-308, value);
+    std::filesystem::current_path(folder);
+    EXPECT_EQ(adjustment.SaveErrorNoeqStatus(2, 3), 1);
+    EXPECT_EQ(get("Noeq.txt"), "Col:2 Row:3\n#1.2e+01 -1.0e-300 0.0e+00 \n0.0e+00 *1.0e-308 0.0e+00 \n");
+    EXPECT_EQ(adjustment.CheckNoeq(), 0);
+    std::filesystem::remove("Noeq.txt");
+    std::filesystem::create_directory("Noeq.txt");
+    EXPECT_EQ(adjustment.SaveErrorNoeqStatus(2, 3), 0);
+    std::filesystem::current_path(before);
+}
+
+TEST(LeastSquares, ClockIsNineHoursAheadOfUtc) {
+    unsigned long ms = 0;
+    const std::time_t before = std::time(nullptr);
+    ASSERT_EQ(CLeastSq().time(&ms), 1);
+    const long long expected = (before % 86400 + 9 * 3600) * 1000LL;
+    EXPECT_NEAR(static_cast<double>((static_cast<long long>(ms) - expected + 86400000) % 86400000), 1000.0,
+                1001.0);
+}
+
+// ---- Certified and published figures ----
+
+using fieldscan::DoubleDouble;
+
+double digits(double value, double expected) {
+    const double error = std::fabs(value - expected);
+    return error == 0.0 ? 17.0 : -std::log10(expected == 0.0 ? error : error / std::fabs(expected));
+}
+
+// The figures in the last column of a table, by their names.
+std::map<std::string, double> sharedFigures(const std::string& name) {
+    std::map<std::string, double> figures;
+    for (const auto& cells : sharedTable(name))
+        figures[cells[0]] = std::strtod(cells.back().c_str(), nullptr);
+    return figures;
+}
+
+DoubleDouble operator*(DoubleDouble a, DoubleDouble b) { return a * b.hi + a * b.lo; }
+
+DoubleDouble exact(double value) { return {value, 0.0}; }
+
+// A decimal number, where double would round it.
+DoubleDouble decimal(const std::string& text) {
+    DoubleDouble value = exact(0.0);
+    bool fraction = false;
+    double scale = 1.0;
+    for (const char c : text) {
+        if (c >= '0' && c <= '9') {
+            value = value * 10.0 + exact(c - '0');
+            scale *= fraction ? 10.0 : 1.0;
+        }
+        fraction = fraction || c == '.';
+    }
+    return value / (text[0] == '-' ? -scale : scale);
+}
+
+// A linear problem of NIST's reference datasets. A polynomial is fitted in z = h (x - x0) and turned into one
+// of x, all of it in double-double but the adjustment itself.
+struct Certified {
+    const char* name;
+    enum Kind { polynomial, columns, columnsAndConstant } kind;
+    int unknowns, firstPower;
+    const char* h;
+    double x0;
+};
+
+class CertifiedTest : public testing::TestWithParam<Certified> {
+protected:
+    std::vector<std::vector<DoubleDouble>> design;  // the observation last; columns are given as doubles
+    std::vector<std::vector<DoubleDouble>> toX;     // b = toX c, c the unknowns in z
+
+    void SetUp() override {
+        const Certified& problem = GetParam();
+        const std::string file = std::string("nist/") + problem.name;
+        auto table = sharedTable(file + "_data.csv");
+        if (table.empty())
+            table = sharedTable(file + "_design.csv");
+        if (table.empty())
+            GTEST_SKIP() << kNoSharedData;
+        const int n = problem.unknowns;
+        for (const auto& cells : table) {
+            std::vector<DoubleDouble> row;
+            if (problem.kind == Certified::polynomial) {
+                const DoubleDouble z = decimal(problem.h) * (decimal(cells[1]) + exact(-problem.x0));
+                row.push_back(problem.firstPower ? z : exact(1.0));
+                while (static_cast<int>(row.size()) < n)
+                    row.push_back(row.back() * z);
+            } else {
+                if (problem.kind == Certified::columnsAndConstant)
+                    row.push_back(exact(1.0));
+                for (std::size_t i = 1; i < cells.size(); ++i)
+                    row.push_back(exact(std::stod(cells[i])));
+            }
+            row.push_back(decimal(cells[0]));
+            design.push_back(row);
+        }
+        // (h (x - x0))^j by repeated multiplication: column j from column j - 1.
+        toX.assign(n, std::vector<DoubleDouble>(n, exact(0.0)));
+        for (int j = 0; j < n; ++j) {
+            toX[j][j] = exact(1.0);
+            if (problem.x0 == 0.0 || j == 0)
+                continue;
+            for (int k = 0; k <= j; ++k)
+                toX[k][j] = decimal(problem.h) * ((k > 0 ? toX[k - 1][j - 1] : exact(0.0)) +
+                                                  (k < j ? toX[k][j - 1] * -problem.x0 : exact(0.0)));
+        }
+    }
+};
+
+// As an application does it: a first solution, then corrections to it from the misclosures, whose residuals
+// have not lost the digits that those of large observations lose.
+TEST_P(CertifiedTest, ThirteenDigits) {
+    const Certified& problem = GetParam();
+    const int n = problem.unknowns;
+    auto expected = sharedFigures(std::string("nist/") + problem.name + "_expected.csv");
+    for (const auto& solver : kSolvers) {
+        CLeastSq adjustment(static_cast<int>(design.size()), n);
+        std::vector<DoubleDouble> unknowns(n, exact(0.0));
+        for (int pass = 1; pass <= 2; ++pass) {
+            adjustment.InitObeq();
+            for (const auto& row : design) {
+                DoubleDouble misclosure = row[n];
+                for (int i = 0; i < n; ++i) {
+                    adjustment.SetObeq(i, row[i].hi);
+                    misclosure = misclosure + row[i] * unknowns[i] * -1.0;
+                }
+                adjustment.SetObeq(n, misclosure.hi);
+            }
+            ASSERT_EQ((adjustment.*solver.solve)(), 1) << solver.name;
+            for (int i = 0; i < n; ++i)
+                unknowns[i] = unknowns[i] + exact(adjustment.GetBcor(i));
+            for (int k = 0; k < n; ++k) {
+                DoubleDouble b = exact(0.0), cofactor = exact(0.0);
+                for (int i = 0; i < n; ++i) {
+                    b = b + toX[k][i] * unknowns[i];
+                    for (int j = 0; j < n; ++j)
+                        cofactor = cofactor + toX[k][i] * toX[k][j] * adjustment.GetCovar(i, j);
+                }
+                const std::string index = std::to_string(k);
+                EXPECT_GT(digits(b.hi, expected.at("b" + index)), 13.0) << solver.name << " b" << index;
+                if (pass == 2) {
+                    EXPECT_GT(digits(adjustment.CalStandard2() * std::sqrt(cofactor.hi),
+                                     expected.at("sd_b" + index)),
+                              13.0)
+                        << solver.name << " sd_b" << index;
+                }
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Nist, CertifiedTest,
+                         testing::Values(Certified{"Norris", Certified::polynomial, 2, 0, "1", 0},
+                                         Certified{"Pontius", Certified::polynomial, 3, 0, "1", 0},
+                                         Certified{"NoInt1", Certified::polynomial, 1, 1, "1", 0},
+                                         Certified{"NoInt2", Certified::polynomial, 1, 1, "1", 0},
+                                         Certified{"Longley", Certified::columnsAndConstant, 7, 0, "1", 0},
+                                         Certified{"LongleyScaled", Certified::columns, 7, 0, "1", 0},
+                                         Certified{"Filip", Certified::polynomial, 11, 0, "0.35", -6},
+                                         Certified{"FilipScaled", Certified::columns, 11, 0, "1", 0},
+                                         Certified{"Wampler1", Certified::polynomial, 6, 0, "1", 0},
+                                         Certified{"Wampler2", Certified::polynomial, 6, 0, "1", 0},
+                                         Certified{"Wampler3", Certified::polynomial, 6, 0, "1", 0},
+                                         Certified{"Wampler4", Certified::polynomial, 6, 0, "1", 0},
+                                         Certified{"Wampler5", Certified::polynomial, 6, 0, "1", 0}),
+                         [](const auto& problem) { return std::string(problem.param.name); });
+
+TEST(LeastSquares, NetworksOfAnotherAdjustmentProgram) {
+    for (const std::string name : {"wolf_3d", "niemeier_2d", "local_3d_free", "barta_metro_3d_free"}) {
+        const std::string folder = "gama/" + name + "/";
+        const auto weights = sharedTable(folder + "system_weights.csv"),
+                   expected = sharedTable(folder + "system_expected.csv");
+        if (weights.empty())
+            GTEST_SKIP() << kNoSharedData;
+        const int m = static_cast<int>(weights.size()), n = static_cast<int>(expected.size());
+        CLeastSq network(m, n);
+        for (const auto& cells : sharedTable(folder + "system_rows.csv"))
+            network.Obeq[std::stoi(cells[0]) * (n + 1) + std::stoi(cells[1])] = std::stod(cells[2]);
+        for (int k = 0; k < m; ++k)
+            network.SetWeight(k, std::stod(weights[k][1]));
+        const auto figures = sharedFigures(folder + "system_figures.csv");
+        for (const auto& solver : kSolvers) {
+            ASSERT_EQ((network.*solver.solve)(), 1) << name;
+            for (int i = 0; i < n; ++i) {
+                EXPECT_GT(digits(network.GetBcor(i), std::stod(expected[i][2])), 9.0)
+                    << name << solver.name << i;
+                EXPECT_GT(digits(network.GetCovar(i, i), std::stod(expected[i][3])), 12.0)
+                    << name << solver.name << i;
+            }
+            EXPECT_GT(digits(network.CalSigma2(), figures.at("sigma2_weighted_pvv_over_f")), 13.0);
+            EXPECT_GT(digits(network.CalStandard(), figures.at("rms_unweighted")), 13.0);
+        }
+    }
+}
+
+}  // namespace
