@@ -165,7 +165,7 @@ int CLeastSq::solveBy(bool (CLeastSq::*method)()) {
         if (!CheckNoeq())
             return 0;
         const bool direct = (this->*method)() && allFinite(Bcor) && allFinite(inverse);
-        if (!canRefine())
+        if (m_formed < 0 || !hasEquations(m_formed))
             return direct ? 1 : 0;
         const Equations equations{Obeq.GetData(), Weight.GetData(), m_formed, parameterNumber};
         const double* normal = Noeq.GetData();
@@ -187,12 +187,6 @@ int CLeastSq::solveBy(bool (CLeastSq::*method)()) {
         InitParameter(inverse, std::numeric_limits<double>::quiet_NaN());
     }
     return solved;
-}
-
-// Whether the equations behind Noeq are here, with weights that have square roots.
-bool CLeastSq::canRefine() const {
-    return m_formed >= 0 && hasEquations(m_formed) &&
-           std::all_of(Weight.GetData(), Weight.GetData() + m_formed, [](double w) { return w >= 0.0; });
 }
 
 // ---- Single steps ----

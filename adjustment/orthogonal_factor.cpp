@@ -70,8 +70,6 @@ private:
 
 bool orthogonalFactor(const Equations& equations, double* factor) {
     const int m = equations.m, n = equations.n;
-    if (m < n)
-        return false;
     // Coincident points lie at 2e-16 (2 pairs) to 5e-13 (10000 pairs), points 1 cm apart at 4000000 m at
     // 8e-10.
     const double least = std::max(1e-13, 16.0 * m * std::numeric_limits<double>::epsilon());
@@ -80,7 +78,7 @@ bool orthogonalFactor(const Equations& equations, double* factor) {
     for (int j = 0; j < n; ++j)
         lengths[static_cast<std::size_t>(j)] = rows.length(j, 0);
     for (int j = 0; j < n; ++j) {
-        const double length = rows.length(j, j);
+        const double length = rows.length(j, j);  // 0 below the last row
         if (!(length > least * lengths[static_cast<std::size_t>(j)]))
             return false;
         rows.reflect(j, length);

@@ -126,8 +126,8 @@ Vector rootOfCofactors(const Equations& equations, Vector factor, bool exactly) 
     return root;
 }
 
-// A^T P (l - A x).
-PairedVector misclosure(const Equations& equations, const PairedVector& x) {
+// A^T P (l - A x), rounded to double.
+Vector misclosure(const Equations& equations, const PairedVector& x) {
     const int n = equations.n;
     PairedVector sums(count(n));
     const double* a = equations.rows;
@@ -139,21 +139,19 @@ PairedVector misclosure(const Equations& equations, const PairedVector& x) {
         for (int i = 0; i < n; ++i)
             sums.set(count(i), sums[count(i)] + residual * a[i]);
     }
-    return sums;
+    return sums.hi;
 }
 
-// Z Z^T vector. Z^T vector is small beside its terms: in double it would lose as many digits as N^-1 vector
-// does.
-Vector timesRoots(const Vector& root, int n, const PairedVector& vector) {
+// Z Z^T vector.
+Vector timesRoots(const Vector& root, int n, const Vector& vector) {
     const std::size_t length = count(n) + 1;
-    PairedVector inner(count(n));
-    Vector result(count(n), 0.0);
+    Vector inner(count(n), 0.0), result(count(n), 0.0);
     for (int i = 0; i < n; ++i)
         for (int j = i; j < n; ++j)
-            inner.set(count(j), inner[count(j)] + vector[count(i)] * root[count(i) * length + count(j)]);
+            inner[count(j)] += root[count(i) * length + count(j)] * vector[count(i)];
     for (int i = 0; i < n; ++i)
         for (int j = i; j < n; ++j)
-            result[count(i)] += root[count(i) * length + count(j)] * inner.hi[count(j)];
+            result[count(i)] += root[count(i) * length + count(j)] * inner[count(j)];
     return result;
 }
 
@@ -180,10 +178,10 @@ bool improve(const Equations& equations, const double* inverse, Cofactors cofact
     std::copy(solution, solution + n, x.hi.begin());
     double last = observations, left = kFinal * observations;
     for (bool first = true, ended = false; !ended; first = false) {
-        const PairedVector sums = misclosure(equations, x);
+        const Vector sums = misclosure(equations, x);
         const Vector correction = cofactors(sums);
-        const double change = std::sqrt(
-            std::fabs(std::inner_product(correction.begin(), correction.end(), sums.hi.begin(), 0.0)));
+        const double change =
+            std::sqrt(std::fabs(std::inner_product(correction.begin(), correction.end(), sums.begin(), 0.0)));
         if (!std::isfinite(change))
             return false;
         if (first || change <= 0.5 * last) {
@@ -212,7 +210,7 @@ double squaredLength(const Equations& equations) {
     double squares = 0.0;
     for (int k = 0; k < equations.m; ++k) {
         const double l = equations.rows[count(k) * length + count(equations.n)];
-        squares += l * l * equations.weights[k];
+        squares += l * l * std::fabs(equations.weights[k]);
     }
     return squares;
 }
@@ -231,14 +229,13 @@ bool refine(const Equations& equations, const double* normal, double tolerance, 
         return false;
     multiplyByTranspose(root.data(), n, inverse);
     return improve(
-        equations, inverse, [&](const PairedVector& sums) { return timesRoots(root, n, sums); }, solution);
+        equations, inverse, [&](const Vector& sums) { return timesRoots(root, n, sums); }, solution);
 }
 
 bool refineSolution(const Equations& equations, const double* inverse, double* solution) {
     const int n = equations.n;
     return improve(
-        equations, inverse, [&](const PairedVector& sums) { return timesSymmetric(inverse, n, sums.hi); },
-        solution);
+        equations, inverse, [&](const Vector& sums) { return timesSymmetric(inverse, n, sums); }, solution);
 }
 
 }  // namespace fieldscan

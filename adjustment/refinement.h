@@ -6,7 +6,7 @@
 
 namespace fieldscan {
 
-// l^T P l.
+// l^T |P| l.
 double squaredLength(const Equations& equations);
 
 // Improves `solution`, which may begin with anything finite, until its corrections end; `normal` is N as

@@ -94,9 +94,9 @@ public:
     //
     // What is singular: a diagonal of N at or below `tolerance` or not finite. From the equations: a
     // Householder diagonal |r_kk| <= max(1e-13, 16 m eps) times the length of its weighted column, or a
-    // refinement that does not converge. Without equations (SetNoeq), or with a negative weight, which leaves
-    // no square root: a pivot <= max(tolerance, 64 n eps N_kk). eps = 2^-52. So coincident points are refused
-    // at any coordinates and points a centimetre apart are not at millions.
+    // refinement that does not converge; a negative weight, which has no square root, where Householder is
+    // called for. Without equations (SetNoeq): a pivot <= max(tolerance, 64 n eps N_kk). eps = 2^-52. So
+    // coincident points are refused at any coordinates and points a centimetre apart are not at millions.
 
     int Solve();            // LessquFast(m, n), NewChores; both timed
     int PISolve();          // Lessqu(m, n), PIChores; both timed
@@ -185,7 +185,6 @@ private:
     void clear();
     bool hasUnknowns() const;
     bool hasEquations(int m) const;
-    bool canRefine() const;
     bool hasResiduals() const;
     double residual(int k) const;
     double sumOfSquares() const;

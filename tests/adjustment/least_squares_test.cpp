@@ -68,7 +68,6 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     EXPECT_EQ(none.CalSigma2(), std::numeric_limits<double>::max());
     EXPECT_EQ(adjustment.SetWeight(2.0) + adjustment.SetObeq(1, 5.0), 0) << "no equation begun";
     enter(adjustment, {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}});
-    EXPECT_EQ(adjustment.SetObeq(3, 1.0) + adjustment.SetObeq(-1, 1.0), 0);
     EXPECT_EQ(
         adjustment.GetObeqSize() * 100 + adjustment.GetObeqNumber() * 10 + adjustment.GetCurrentObeqNumber(),
         333);
@@ -85,6 +84,7 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     adjustment.InitObeq();
     adjustment.IncrementColumn();
     adjustment.SetObeq(0, -4.0);
+    EXPECT_EQ(adjustment.SetObeq(3, 1.0) + adjustment.SetObeq(-1, 1.0), 0);
     EXPECT_EQ(adjustment.Obeq[0] + adjustment.Obeq[3], 1.0 - 4.0) << "rows are kept";
     adjustment.SetNoeq(1, 2, 8.0);
     EXPECT_EQ(adjustment.GetBcor(1), 8.0);
@@ -109,16 +109,20 @@ TEST(LeastSquares, SolversAgreeWhereNormalEquationsFail) {
     const double e = std::ldexp(1.0, -30);
     for (const auto& solver : kSolvers) {
         CLeastSq adjustment(4, 3);
-        enter(adjustment, {{1, 1, 1, 6}, {e, 0, 0, e}, {0, e, 0, 2 * e}, {0, 0, e, 3 * e}});
+        enter(adjustment, {{1, 1, 1, 6}, {e, 0, 0, e}, {0, e, 0, 2 * e}, {0, 0, e / 256, 3 * e / 256}});
+        adjustment.SetWeight(65536.0);
         ASSERT_EQ((adjustment.*solver.solve)(), 1) << solver.name;
         for (int i = 0; i < 3; ++i) {
             EXPECT_EQ(adjustment.GetBcor(i), i + 1.0) << solver.name;
             for (int j = 0; j < 3; ++j)  // (I - 1 1^T / (3 + e^2)) / e^2
                 EXPECT_NEAR(adjustment.GetCovar(i, j) * e * e, (i == j) - 1.0 / (3.0 + e * e), 1e-14);
         }
-        // With an equation changed, or N itself, it is N alone that counts.
-        ASSERT_EQ(adjustment.SetWeight(0, 1.0), 1);
-        EXPECT_EQ(adjustment.NewChores(), 0);
+        // With an equation changed it is N alone that counts.
+        for (const bool weight : {false, true}) {
+            ASSERT_EQ(adjustment.Lessqu(4, 3) + adjustment.NewChores(), 2);
+            EXPECT_EQ(weight ? adjustment.SetWeight(0, 1.0) : adjustment.SetObeq(3, 3 * e / 256), 1);
+            EXPECT_EQ(adjustment.NewChores(), 0);
+        }
         EXPECT_TRUE(std::isnan(adjustment.GetBcor(0)) && std::isnan(adjustment.GetCovar(2, 1)))
             << "nothing looks right";
     }
@@ -147,6 +151,7 @@ TEST(LeastSquares, RefusesWhatIsSingularAtAnyScale) {
             }
         }
     }
+    EXPECT_EQ(solved({{1e-154, 0, 1}, {0, 1e-154, 1}}, 2), 0) << "below the tolerance";
     CLeastSq indefinite(0, 2);
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j)
@@ -170,6 +175,8 @@ TEST(LeastSquares, SelfTestsAndSingleSteps) {
     for (const int n : {3, 4}) {
         CLeastSq adjustment;
         n == 3 ? adjustment.TestData31() : adjustment.TestData4();
+        const double below = adjustment.GetNoeq(2, 1);
+        adjustment.SetNoeq(2, 1, std::nan(""));  // the half that is not read
         for (const auto& solve :
              {&CLeastSq::TestChores, &CLeastSq::SolveWithReduc, &CLeastSq::PIChores, &CLeastSq::SwpMat}) {
             adjustment.InitBcor();
@@ -178,8 +185,8 @@ TEST(LeastSquares, SelfTestsAndSingleSteps) {
                 EXPECT_NEAR(adjustment.GetBcor(i), n == 3 ? i + 1.0 : (i % 2 ? -1.0 : 1.0) * (1 + i / 2),
                             1e-14);
         }
-        adjustment.InitParameter(adjustment.inverse, 0.0);
         ASSERT_EQ(adjustment.TestInvers(), 1);
+        adjustment.SetNoeq(2, 1, below);
         for (int i = 0; i < n; ++i) {
             for (int j = 0; j < n; ++j) {
                 double unit = 0.0;
