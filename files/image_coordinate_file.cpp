@@ -31,7 +31,9 @@ bool readInts(CFile& file, std::initializer_list<int*> values) {
     return true;
 }
 
-bool readImagePoint(CFile& file, unsigned int codePage, CXYZ& point) {
+}  // namespace
+
+bool fieldscan::readNamedPoint(CFile& file, unsigned int codePage, CXYZ& point) {
     std::string line, name;
     if (!readLine(file, line))
         return false;
@@ -43,8 +45,6 @@ bool readImagePoint(CFile& file, unsigned int codePage, CXYZ& point) {
     scanner.scanDouble(point.y);
     return true;
 }
-
-}  // namespace
 
 int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points, int mustExist) {
     points.SetSize(0);
@@ -64,7 +64,7 @@ int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXY
         const long long fitting = linesThatFit(file);
         while (points.GetSize() < count) {
             CXYZ point;
-            if (!readImagePoint(file, codePage, point)) {
+            if (!readNamedPoint(file, codePage, point)) {
                 if (count <= fitting)
                     points.SetSize(count);
                 return 0;

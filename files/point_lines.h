@@ -24,6 +24,10 @@ std::string_view numberText(unsigned int codePage, std::string_view field, std::
 // The point of the fields name, x, y, z; fields beyond `count` are empty.
 CXYZ pointOf(unsigned int codePage, const std::string_view* fields, int count);
 
+// The point of the next line, "name x y" separated by blanks: z is 0, and so is what is no number. False when
+// the line is missing or blank.
+bool readNamedPoint(CFile& file, unsigned int codePage, CXYZ& point);
+
 // Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
 bool openForReading(CFile& file, const CString* path, int mustExist);
 

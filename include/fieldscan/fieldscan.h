@@ -3,13 +3,17 @@
 #define FIELDSCAN_FIELDSCAN_H
 
 #include <fieldscan/attitude.h>
+#include <fieldscan/camera.h>
 #include <fieldscan/card.h>
 #include <fieldscan/clock.h>
+#include <fieldscan/distortion.h>
 #include <fieldscan/framework/array.h>
 #include <fieldscan/framework/file.h>
 #include <fieldscan/framework/string.h>
 #include <fieldscan/framework/types.h>
 #include <fieldscan/helmert.h>
+#include <fieldscan/image.h>
+#include <fieldscan/instrument_camera.h>
 #include <fieldscan/key_sort.h>
 #include <fieldscan/least_squares.h>
 #include <fieldscan/message.h>

@@ -1,0 +1,85 @@
+// CDist: lens distortion.
+#ifndef FIELDSCAN_DISTORTION_H
+#define FIELDSCAN_DISTORTION_H
+
+#include <fieldscan/export.h>
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/types.h>
+
+enum DIST_MODEL : int {
+    DIST_NONE = 0,                 // no parameters: no distortion
+    DIST_RADIAL4 = 1,              // 4: radial polynomial, four terms
+    DIST_RADIAL2_TANGENTIAL2 = 2,  // 4: two radial and two decentering terms
+    DIST_RADIAL3_TANGENTIAL2 = 3,  // 5: three radial and two decentering terms
+    DIST_POLY8 = 4                 // 8: two radial terms, six linear and quadratic ones
+};
+
+// The distortion (dx, dy) that the lens adds at an undistorted photo coordinate (x, y), measured from the
+// principal point; the parameters hold for its unit, millimetres in CImage. With r2 = x x + y y:
+//
+//   RADIAL4               f = ((( p3 r2 + p2) r2 + p1) r2 + p0) r2         dx = f x        dy = f y
+//   RADIAL2_TANGENTIAL2   g = p0 r2 + p1 r2^2
+//                         dx = g x + p2 (2 x x + r2) + 2 p3 x y
+//                         dy = g y + p3 (2 y y + r2) + 2 p2 x y
+//   RADIAL3_TANGENTIAL2   g = p0 r2 + p1 r2^2 + p2 r2^3
+//                         dx = g x + p3 (2 x x + r2) + 2 p4 x y
+//                         dy = g y + p4 (2 y y + r2) + 2 p3 x y
+//   POLY8                 g = p0 r2 + p1 r2^2
+//                         dx = p4 x y + p5 y y + p2 x + p3 y + g x
+//                         dy = g y + p6 x y + p7 x x                       no p2, p3 here
+//
+// in this order of operations. Decentering terms: the parameter beside (2 x x + r2) comes first, which other
+// programs call the second one.
+class FIELDSCAN_API CDist {
+public:
+    CDist();
+    CDist(const CDist& other);
+    ~CDist();
+    CDist& operator=(const CDist& other);
+
+    void Init();  // DIST_NONE, parameters 0, no table
+
+    // Sets the model and the number of its parameters; an unknown one counts as DIST_NONE. The parameters
+    // themselves stay.
+    void SetDistModel(DIST_MODEL m);
+    // The model in force. A caller may assign through the reference, which leaves the number of parameters.
+    DIST_MODEL& GetDistModel();
+    int GetNumPara() const;
+
+    // The distortion at (x, y); 0 for DIST_NONE and unknown models.
+    void CalDist(double x, double y, double& dx, double& dy) const;
+
+    // The correction cx = u - x, cy = v - y to the undistorted point (u, v) whose distorted position is
+    // (x, y). A point is accepted when the squared distance of its distorted position from (x, y) is at most
+    // tol tol. First (x, y) minus its own distortion is tried; then a grid of 5 x 5 points around the best so
+    // far, half its residual apart, is searched again and again, row by row upward, until a point is
+    // accepted, a pass brings no better one, or 100 passes are done. Returns 1 when a point was accepted,
+    // else 0; the outputs hold the best estimate in either case.
+    BOOL CalDistInv(double x, double y, double& cx, double& cy, double tol) const;
+
+    // ---- Table of distortion by radius ----
+
+    // Appends an entry; returns how many radii there are now.
+    int AddDist(double r, double d);
+    // Fills the table with n entries: radius i step, dx of CalDist(radius, 0). DIST_RADIAL4 only: 0 for other
+    // models, with the table as it was; else 1. n below 1 empties it.
+    BOOL ParaToDist(double step, int n);
+    // Fits p0 .. p3 so that p0 q + p1 q^2 + p2 q^3 + p3 q^4, q the squared radius, gives the table's
+    // distortions, by least squares, and sets the model to DIST_RADIAL4 (not the number of parameters).
+    // Returns 1; 0 when the two columns differ in size, hold fewer than 4 entries, or determine no fit, and
+    // then nothing changes.
+    //
+    // No inverse of ParaToDist: the fit takes the table for relative distortions (divided by the radius),
+    // ParaToDist fills in absolute ones.
+    BOOL DistToPara();
+
+    void Trace();  // a hook for debugging, does nothing
+
+    double para[10];  // p0 .. p9; the model uses the first ones
+    CArray<double, double> radius;
+    CArray<double, double> dist;
+    DIST_MODEL model;
+    int numPara;
+};
+
+#endif

@@ -1,0 +1,60 @@
+// CImgTS, COffset, CImgVH: what the application knows about the instrument's camera. Data alone; the meaning
+// of fields without a remark is the application's.
+#ifndef FIELDSCAN_INSTRUMENT_CAMERA_H
+#define FIELDSCAN_INSTRUMENT_CAMERA_H
+
+#include <fieldscan/attitude.h>
+#include <fieldscan/camera.h>
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/string.h>
+#include <fieldscan/points.h>
+
+// The offset of the camera against the instrument.
+class FIELDSCAN_API COffset {
+public:
+    COffset();
+    COffset(const COffset& other);
+    ~COffset();
+    COffset& operator=(const COffset& other);
+
+    CXYZ point0;
+    CXYZ point1;
+    CXYZ point2;
+    CWPK angles;
+};
+
+// One image taken at a named direction. A new object holds whatever its storage held in v and h: set them.
+// The elements that a CArray makes begin at 0.0.
+class FIELDSCAN_API CImgVH {
+public:
+    CImgVH();
+    CImgVH(const CImgVH& other);
+    ~CImgVH();
+    CImgVH& operator=(const CImgVH& other);
+
+    CString name;
+    double v;
+    double h;
+    CString text;
+    CXYZ point;
+    CWPK angles;
+};
+
+// The instrument with its camera. Not copied.
+class FIELDSCAN_API CImgTS {
+public:
+    CImgTS();
+    CImgTS(const CImgTS&) = delete;
+    CImgTS& operator=(const CImgTS&) = delete;
+    virtual ~CImgTS();
+
+    int words1[3];  // 0 until the application sets them
+    CArray<CXYZ, CXYZ&> pointList1;
+    CArray<CXYZ, CXYZ&> pointList2;
+    int words2[5];  // 0 until the application sets them
+    CCamera camera;
+    COffset offset;
+    CArray<CImgVH, CImgVH&> images;
+};
+
+#endif

@@ -1,0 +1,153 @@
+#include <fieldscan/camera.h>
+#include <fieldscan/point_files.h>
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+#include "files/point_lines.h"
+#include "platform/framework/line_text.h"
+#include "platform/framework/number_text.h"
+#include "platform/system.h"
+
+using namespace fieldscan;
+
+namespace {
+
+constexpr int kParameters = 10;  // that CDist holds
+
+bool namesFile(const CString& path) {
+    CString fileTitle;
+    return EditFileName(path, fileTitle) == 1;
+}
+
+void appendReal(LineWriter& lines, double value, std::string_view comment) {
+    appendFixed(lines.text(), value, 6);
+    lines.text() += comment;
+    lines.endLine();
+}
+
+void appendCount(LineWriter& lines, int value, std::string_view comment) {
+    appendInt(lines.text(), value);
+    lines.text() += comment;
+    lines.endLine();
+}
+
+// The value at the start of the next line; text that is none leaves it as it was. False when the line is
+// missing or blank.
+bool readReal(CFile& file, double& value) {
+    std::string line;
+    return readLine(file, line) && Scanner(line).scanDouble(value) != Scanner::Result::endOfInput;
+}
+
+bool readCount(CFile& file, int& value) {
+    std::string line;
+    return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
+}
+
+bool readModel(CFile& file, CDist& dist) {
+    int model = DIST_NONE;
+    if (!readCount(file, model))
+        return false;
+    dist.SetDistModel(static_cast<DIST_MODEL>(model));
+    int count = 0;
+    if (!readCount(file, count))
+        return false;
+    double beyond = 0.0;
+    for (int i = 0; i < count; ++i)
+        if (!readReal(file, i < kParameters ? dist.para[i] : beyond))
+            return false;
+    return true;
+}
+
+bool readMarks(CFile& file, CCamera& camera) {
+    int count = 0;
+    if (!readCount(file, count))
+        return false;
+    const unsigned int codePage = system::ansiCodePage();
+    while (camera.marks.GetSize() < count) {
+        CXYZ mark;
+        if (!readNamedPoint(file, codePage, mark))
+            return false;
+        reserveDouble(camera.marks);
+        reserveDouble(camera.markNames);
+        camera.marks.Add(mark);
+        camera.markNames.Add(mark.name);
+    }
+    return true;
+}
+
+// The table may be missing, which is no failure: Write leaves none.
+void readDistortionTable(CFile& file, CDist& dist) {
+    int count = 0;
+    if (!readCount(file, count))
+        return;
+    std::string line;
+    for (int i = 0; i < count && readLine(file, line); ++i) {
+        Scanner scanner(line);
+        double radius = 0.0, distortion = 0.0;
+        scanner.scanDouble(radius);
+        if (scanner.scanDouble(distortion) != Scanner::Result::matched)
+            continue;
+        reserveDouble(dist.radius);
+        reserveDouble(dist.dist);
+        dist.AddDist(radius, distortion);
+    }
+}
+
+}  // namespace
+
+int CCamera::Write(CString path) const {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!file.Open(path, CFile::modeCreate | CFile::modeReadWrite) || !namesFile(path))
+            return 0;
+        LineWriter lines(file);
+        std::string& text = lines.text();
+        appendReal(lines, focal, "\t\t\t// focul length [mm]");
+        appendReal(lines, pp.x, "\t\t\t// x of principal point [m]");
+        appendReal(lines, pp.y, "\t\t\t// y of principal point [m]");
+        appendCount(lines, dist.model, "\t\t\t\t\t// distortion model");
+        // The application may have set any number; the file tells how many lines follow.
+        const int parameters = std::clamp(dist.GetNumPara(), 0, kParameters);
+        appendCount(lines, parameters, "\t\t\t\t\t// number of distortion parameters");
+        for (int i = 0; i < parameters; ++i) {
+            appendExponent(text, dist.para[i]);
+            text += "\t\t// distortion parameter ";
+            appendInt(text, i);
+            lines.endLine();
+        }
+        appendReal(lines, res.x, "\t\t\t// x resolution [mm/pixel]");
+        appendReal(lines, res.y, "\t\t\t// y resolution [mm/pixel]");
+        appendCount(lines, marks.GetSize(), "\t\t\t\t\t// number of fiducial marks");
+        for (int i = 0; i < marks.GetSize(); ++i) {
+            lines.append(i < markNames.GetSize() ? markNames[i] : marks[i].name);
+            text += '\t';
+            appendFixed(text, marks[i].x, 6);
+            text += '\t';
+            appendFixed(text, marks[i].y, 6);
+            text += "\t// coordinates of fiducial mark ";
+            appendInt(text, i);
+            text += " [mm]";
+            lines.endLine();
+        }
+        const bool written = lines.finish();
+        return file.Close() && written ? 1 : 0;
+    });
+}
+
+int CCamera::Read(CString path) {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!file.Open(path, CFile::modeRead))
+            return 0;
+        Init();
+        if (!namesFile(path) || !readReal(file, focal) || !readReal(file, pp.x) || !readReal(file, pp.y) ||
+            !readModel(file, dist) || !readReal(file, res.x) || !readReal(file, res.y) ||
+            !readMarks(file, *this))
+            return 0;
+        readDistortionTable(file, dist);
+        innType = marks.IsEmpty() ? 0 : 1;
+        return file.HasReadFailed() ? 0 : 1;
+    });
+}

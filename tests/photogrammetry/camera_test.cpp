@@ -1,0 +1,109 @@
+// Camera record and camera file; instrument camera records.
+#include <fieldscan/instrument_camera.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "tests/temp_folder.h"
+
+namespace {
+
+struct CameraFile : public TempFolder {
+    CCamera camera;
+    const std::string sample =
+        "50.250000\t\t\t// focul length [mm]\n"
+        "-0.500000\t\t\t// x of principal point [m]\n"
+        "1.500000\t\t\t// y of principal point [m]\n"
+        "2\t\t\t\t\t// distortion model\n"
+        "4\t\t\t\t\t// number of distortion parameters\n"
+        "-2.500000e-11\t\t// distortion parameter 0\n"
+        "-1.250000e-11\t\t// distortion parameter 1\n"
+        "0.000000e+00\t\t// distortion parameter 2\n"
+        "1.250000e-11\t\t// distortion parameter 3\n"
+        "0.007400\t\t\t// x resolution [mm/pixel]\n"
+        "0.007500\t\t\t// y resolution [mm/pixel]\n"
+        "2\t\t\t\t\t// number of fiducial marks\n"
+        "M1\t12.500000\t-7.000000\t// coordinates of fiducial mark 0 [mm]\n"
+        "\x8A\x78\t12.500000\t-7.000000\t// coordinates of fiducial mark 1 [mm]\n";
+};
+
+TEST_F(CameraFile, KeepsEveryLine) {
+    setenv("FIELDSCAN_ANSI_CODEPAGE", "CP932", 1);
+    put("in", sample);
+    EXPECT_EQ(camera.Read(path("in")), 1);
+    EXPECT_EQ(camera.marks[1].name + camera.markNames[1], CString(u"\u5cb3\u5cb3"));
+    camera.title = u"left";
+    camera.dist.AddDist(1, 2);
+    camera.marks[0].name = u"not M1";
+    camera.markNames.RemoveAt(1);
+    CCamera copy(camera);
+    EXPECT_EQ(copy.title.GetLength() + copy.dist.radius[0] + copy.dist.dist[0] + copy.innType, 8);
+    EXPECT_EQ(copy.Write(path("out.cam")), 1);
+    EXPECT_EQ(get("out.cam"), sample) << "neither title nor table";
+
+    // Cut behind each line: what was read so far is written as it was, all but the number of marks.
+    for (std::size_t lines = 0, end = 0; lines < 14; ++lines, end = sample.find('\n', end) + 1) {
+        put("cut", sample.substr(0, end));
+        EXPECT_TRUE(!copy.Read(path("cut")) && !copy.innType && copy.title.IsEmpty()) << lines;
+        EXPECT_EQ(copy.marks.GetSize() * 10 + copy.dist.radius.GetSize(), lines == 13 ? 10 : 0);
+        copy.Write(path("cut"));
+        EXPECT_EQ(get("cut").compare(0, end, sample, 0, end) == 0, lines < 12) << lines;
+    }
+}
+
+TEST_F(CameraFile, ReadsFilesOfEveryKind) {
+    const std::string none = "50 mm\r\n 1e-1\n-.2,\n0\n0\n.01\n.02\n",
+                      same = "50 0.1 -0.2 0 0 0 0 0.01 0.02 ", ten = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n";
+    const std::pair<std::string, std::string> rows[] = {
+        {none + "0\n-1\n1 2\n", "1 " + same + "0"},
+        {none + "0\n5\n1 2\n3\n\nx 7\n 4 5 6\n8 9\n", "1 " + same + "0~1/2~4/5"},
+        {none + "0\n2147483647\n1 2\n3 4", "1 " + same + "0~1/2~3/4"},
+        {none + "2147483647\nA 1 2\n", "0 " + same + "0|1/1/2"},
+        {none + "2\n\xC3\xA9 1 2\nlong x 4\n\n1 2\n", "1 " + same + "1|1/1/2|4/0/0"},
+        {none + "1\n \n", "0 " + same + "0"},
+        {"x\ny\nz\nm\nn\nx\ny\nm\n2\n3 4\n", "1 0 0 0 0 0 0 0 0 0 0~3/4"},
+        {"1\n \n3\n", "0 1 0 0 0 0 0 0 0 0 0"},
+        {"1\n2\n3\n4\n12\n" + ten + "x\n12\n.5\n.25\n0\n", "1 1 2 3 4 8 1 10 0.5 0.25 0"},
+        {"1\n2\n3\n7\n-1\n.5\n.25\n-1\n", "1 1 2 3 0 0 0 0 0.5 0.25 0"},
+        {"1\n2\n3\n1\n1000000\n" + ten, "0 1 2 3 1 4 1 10 0 0 0"}};
+    for (const auto& [bytes, expected] : rows) {
+        put("in", bytes);
+        std::ostringstream text;
+        const CDist& dist = camera.dist;
+        text << camera.Read(path("in")) << ' ' << camera.focal << ' ' << camera.pp.x << ' ' << camera.pp.y
+             << ' ' << dist.model << ' ' << dist.numPara << ' ' << dist.para[0] << ' ' << dist.para[9] << ' '
+             << camera.res.x << ' ' << camera.res.y << ' ' << camera.innType;
+        for (int i = 0; i < camera.marks.GetSize(); ++i)
+            text << '|' << camera.markNames[i].GetLength() << '/' << camera.marks[i].x << '/'
+                 << camera.marks[i].y;
+        for (int i = 0; i < dist.radius.GetSize(); ++i)
+            text << '~' << dist.radius[i] << '/' << dist.dist[i];
+        EXPECT_EQ(text.str(), expected) << bytes;
+    }
+}
+
+TEST_F(CameraFile, ReportsFailures) {
+    camera.focal = 1;
+    for (const CString& bad : {CString(), path("none/x"), CString(folder.c_str())})
+        EXPECT_EQ(camera.Write(bad) + camera.Read(bad), 0);
+    EXPECT_TRUE(!camera.Write(u"/dev/full") && camera.focal == 1) << "not opened, not touched";
+    EXPECT_TRUE(!camera.Read(u"/proc/self/mem") && camera.focal == 0);
+    for (const int parameters : {2147483647, -1}) {
+        camera.dist.numPara = parameters;
+        const std::string count = parameters < 0 ? "\n0" : "\n10";
+        EXPECT_TRUE(camera.Write(path("x")) && get("x").find(count + "\t\t\t\t\t// number of dis") < 999);
+    }
+}
+
+TEST(InstrumentCamera, ImagesInAnArrayBeginAtZero) {
+    CImgTS instrument;
+    for (const int size : {3, 1, 3}) {  // the last time in storage that was used
+        instrument.images.SetSize(size);
+        CImgVH& last = instrument.images[size - 1];
+        EXPECT_EQ(last.v + last.h, size == 1 ? 10 : 0);
+        instrument.images[0].v = instrument.images[0].h = last.v = last.h = 5;
+    }
+}
+
+}  // namespace

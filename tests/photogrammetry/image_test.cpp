@@ -1,0 +1,164 @@
+// Images: inner orientation, conversions, projection.
+#include <fieldscan/image.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <string>
+
+#include "tests/shared_data.h"
+
+namespace {
+
+bool isNear(const CXYZ& point, double x, double y, double tolerance = 1e-12) {
+    return std::hypot(point.x - x, point.y - y) <= tolerance;
+}
+
+TEST(Image, ConvertsWithoutMarks) {
+    CImage image;
+    EXPECT_TRUE(image.SetResDPI(254, 127) && !image.SetResDPI(254, 0) && !image.SetResDPI(0, 254));
+    EXPECT_TRUE(!image.SetRes(3, 0) && !image.SetRes(0, 3) && isNear(image.res, 0.1, 0.2));
+    EXPECT_EQ(image.SetRes(0.01, 0.02), 0) << "although it is stored";
+    image.camera.pp.SetXYZ(1, -1, 0);
+    image.camera.dist.SetDistModel(DIST_RADIAL4);
+    image.camera.dist.para[0] = 0.001;
+    CXYZ point(u"P", 200, 25, 7);
+    for (const int dist : {0, 1}) {
+        EXPECT_EQ(image.ImcToPhc(point, point, dist), 1);
+        EXPECT_TRUE(isNear(point, 1 + dist * 0.00325, -1.5 - dist * 0.004875)) << dist;
+        EXPECT_TRUE(image.PhcToImc(point, point, dist, 1e-12) && isNear(point, 200, 25, 1e-9)) << dist;
+    }
+    EXPECT_EQ(point.z + point.name.GetLength(), 8);
+    image.width = image.word1 = 100;
+    image.height = image.word2 = 50;
+    image.identifier1 = image.identifier2 = u"P";
+    const CImage copy(image);
+    EXPECT_EQ(copy.word1 + copy.word2 + (copy.identifier1 + copy.identifier2).GetLength(), 152);
+    for (const double x : {-0.5, 0.0, 99.5, 100.0})
+        for (const double y : {-0.5, 0.0, 49.5, 50.0})
+            EXPECT_EQ(copy.PtInImage(CXYZ(x, y, 0)), x >= 0 && x < 100 && y >= 0 && y < 50) << x << y;
+
+    EXPECT_EQ(image.ImcToPhc(0), 1) << "no points";
+    image.imc.InsertAt(0, point, 2);
+    EXPECT_EQ(image.ImcToPhc(0), 1);
+    image.phc[1].x = NAN;
+    EXPECT_TRUE(!image.PhcToImc(1, 1e-9) && image.imc.IsEmpty()) << "one fails";
+    image.camera.innType = 2;
+    EXPECT_TRUE(image.PhcToImc(0, 0) && image.imc[0].x == image.phc[0].x) << "copies";
+    EXPECT_TRUE(!image.ImcToPhc(0) && image.phc.IsEmpty());
+    image.camera.innType = 0;
+    image.res.y = 0;
+    EXPECT_EQ(image.ImcToPhc(point, point, 0) + image.PhcToImc(point, point, 0, 0), 0);
+}
+
+TEST(Image, FitsFiducialMarks) {
+    // Count of marks, whether they are off one line, the best fit.
+    for (const auto& [marks, bent, best] : {std::array{3, 1, 1}, {3, 0, 2}, {2, 1, 2}, {1, 1, 0}}) {
+        CImage image;
+        image.SetRes(0.5, 0.25);
+        image.camera.innType = 1;
+        image.camera.pp.SetXYZ(1, 2, 0);
+        CXYZ point(8, 12, 0);
+        image.imc.Add(point);
+        for (int i = 0; i < marks; ++i) {
+            CXYZ measured(CString(u"ABC").Mid(i, 1), 9 * i, 40 - 14 * i * (bent ? i : 1), 0);
+            const double x = measured.x * 0.5, y = measured.y * -0.25;
+            CXYZ mark(i ? CString() : measured.name, 2 * x - 0.5 * y + 3, 0.5 * x + 2 * y - 1, 0);
+            image.camera.marks.Add(mark);
+            image.camera.markNames.Add(i ? measured.name : CString(u"named itself"));
+            image.markImc.InsertAt(0, measured);
+        }
+        for (const int t : {2, 1, 3}) {
+            const int fits = t < 3 && best && t >= best;  // Helmert fits wherever the affine one does
+            EXPECT_EQ(image.CalInnOri(static_cast<INNORI_TYPE>(t)), fits) << marks << t;
+            EXPECT_EQ(image.innOri, fits * t) << marks << t;
+        }
+        EXPECT_EQ(image.ImcToPhc(point, point, 0), 0) << "no fit";
+        CImage copy(image);
+        EXPECT_EQ(copy.ImcToPhc(0), best != 0);
+        EXPECT_EQ((image = copy).innOri, best);
+        if (!best)
+            continue;
+        EXPECT_TRUE(isNear(image.phc[0], 12.5 - 1, -5 - 2)) << marks;
+        EXPECT_TRUE(image.PhcToImc(image.phc[0], point, 0, 0) && isNear(point, 8, 12)) << marks;
+        image.camera.innType = 0;
+        EXPECT_TRUE(image.CalInnOri(INNORI_FIDUCIAL_LSQ) && !image.innOri) << "needs none";
+        EXPECT_EQ(image.helmert.parameters.GetSize() + image.planeTrans.parameters.GetSize(), 0);
+    }
+}
+
+TEST(Image, ProjectsInMillimetresAndInMetres) {
+    CImage image;
+    image.camera.focal = 50;
+    image.center.SetXYZ(1, 2, 3);
+    image.wpk.SetWPK(0.1, 0.2, 0.3);
+    CRot rot;
+    rot.SetMatrix(ROT_KPW, image.wpk);
+    const CXYZ q = rot * CXYZ(0.2, -0.3, -2), inCamera = q * (-50 / q.z), millimetres(u"T", 1200, 1700, 1000);
+    CXYZ phc(0, 0, 9), imc;
+    EXPECT_TRUE(image.ObjToPhc(millimetres, phc) && phc.z == 0 && phc.name == millimetres.name);
+    EXPECT_TRUE(isNear(phc, 5, -7.5)) << "by the identity";
+    CImage(image).ObjToPhc(millimetres, phc);
+    EXPECT_TRUE(isNear(phc, inCamera.x, inCamera.y)) << "by the matrix that the first call left";
+    image.rot.I();
+    CImage copy(image);
+    EXPECT_TRUE(copy.ObjToImc(CXYZ(u"T1", 1.2, 1.7, 1), phc, imc) && imc.name == CString(u"T1"));
+    EXPECT_TRUE(isNear(phc, inCamera.x, inCamera.y) && isNear(imc, phc.x, -phc.y));
+    EXPECT_EQ(image.ObjToImc(image.center, phc, imc), 0);
+}
+
+using Row = std::vector<std::string>;
+
+CXYZ pointAt(const Row& row, std::size_t at) {
+    return CXYZ(std::stod(row[at]), std::stod(row[at + 1]), at + 2 < row.size() ? std::stod(row[at + 2]) : 0);
+}
+
+CImage sharedImage(const std::string& set, const std::string& index, std::size_t angles) {
+    CImage image;
+    for (const Row& row : sharedTable("projection/" + set + "_orientation.csv"))
+        if (row[0] == index) {
+            image.center = pointAt(row, 2);
+            image.wpk.SetWPK(pointAt(row, angles).x, pointAt(row, angles).y, pointAt(row, angles).z);
+        }
+    const auto camera = sharedTable("projection/" + set + "_camera.csv");
+    const auto value = [&](std::size_t i) { return std::stod(camera[i][1]); };
+    image.camera.focal = value(1);
+    image.camera.pp.SetXYZ(value(2), value(3), 0);
+    image.SetRes(value(4), value(5));
+    image.camera.dist.SetDistModel(camera.size() > 9 ? DIST_RADIAL3_TANGENTIAL2 : DIST_NONE);
+    for (std::size_t i = 9; i < camera.size(); ++i)
+        image.camera.dist.para[i - 9] = value(i);
+    return image;
+}
+
+// The residuals of a bundle adjustment, with y upward; and OpenCV, which calls the correction that ObjToImc
+// applies at the projected position undistorting, and whose own projection is CalDist added.
+TEST(Image, AgreesWithPublishedProjections) {
+    const auto measurements = sharedTable("projection/aerial_sxb_points.csv"),
+               objects = sharedTable("projection/aerial_sxb_object_points.csv"),
+               corners = sharedTable("projection/opencv_left_points.csv");
+    if (objects.empty())
+        GTEST_SKIP() << kNoSharedData;
+    ASSERT_EQ(measurements.size() * 1000 + corners.size(), 51702u);
+    CXYZ phc, imc, lens;
+    for (const Row& row : measurements) {
+        const auto isMeasured = [&](const Row& object) { return object[0] == row[0]; };
+        const Row object = *std::find_if(objects.begin(), objects.end(), isMeasured);
+        const CXYZ measured = pointAt(row, 6), residual = pointAt(row, 8);
+        ASSERT_TRUE(sharedImage("aerial_sxb", row[1], 8).ObjToImc(pointAt(object, 1), phc, imc));
+        ASSERT_TRUE(isNear(imc, measured.x + residual.x, measured.y - residual.y, 0.002)) << row[0];
+    }
+    for (const Row& row : corners) {
+        const auto isAt = [&](std::size_t at) {
+            return isNear(imc, pointAt(row, at).x, pointAt(row, at).y, 1e-8);
+        };
+        CImage image = sharedImage("opencv_left", row[0], 5);
+        ASSERT_TRUE(image.ObjToImc(pointAt(row, 2), phc, imc) && isAt(13)) << row[0] << ' ' << row[1];
+        ASSERT_TRUE(image.PhcToImc(phc, imc, 0, 0) && isAt(9)) << row[0] << ' ' << row[1];
+        image.camera.dist.CalDist(phc.x, phc.y, lens.x, lens.y);
+        ASSERT_TRUE(image.PhcToImc(phc + lens, imc, 0, 0) && isAt(15)) << row[0] << ' ' << row[1];
+    }
+}
+
+}  // namespace
