@@ -1,16 +1,16 @@
 // Reads an outline, a station and points; finds out which points lie inside the outlined area as seen from
 // the station; records the area and those points, and draws them.
 #include <cstdio>
-#include <exception>
 #include <functional>
 #include <string>
 
+#include "common/command_line.h"
+#include "common/text.h"
 #include "options.h"
 #include "picture.h"
 #include "progress.h"
 #include "record.h"
 #include "scan_job.h"
-#include "text.h"
 
 namespace fs = std::filesystem;
 
@@ -23,8 +23,6 @@ std::string inBothForms(double degrees) {
         text.Insert(0, u" ");
     return format("%8.4f  ", degrees) + utf8(text);
 }
-
-void print(const char* title, const std::string& text) { std::printf("  %-17s  %s\n", title, text.c_str()); }
 
 void printDirection(const char* title, double horizontal, double elevation) {
     print(title, inBothForms(horizontal) + "   zenith angle " + inBothForms(90.0 - elevation));
@@ -73,7 +71,7 @@ void run(const Options& options) {
     // What is no number reads as 0, but the origin is also where many sites have their first station.
     if (job.station.Len() == 0.0)
         std::fprintf(stderr, "scan_job: note: the coordinates of the station are all 0\n");
-    readPoints(options.points, job);
+    readPoints(options.points, job.points, "x north, y east, z up");
     printInput(options, job);
 
     measureArea(job);
@@ -86,10 +84,7 @@ void run(const Options& options) {
     }
     printCounts(job);
 
-    std::error_code error;
-    fs::create_directories(options.out, error);
-    if (!fs::is_directory(options.out, error))
-        fail(options.out, "the folder for the results cannot be made");
+    makeFolder(options.out);
     const fs::path areaFile = options.out / "scan_area.txt";
     const fs::path pointFile = options.out / "points_inside.csv";
     const fs::path pictureFile = options.out / "scan_job.svg";
@@ -112,18 +107,11 @@ void run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    try {
+    return exitCodeOf("scan_job", kUsage, [&] {
         const Options options = readOptions(argc, argv);
         if (options.help)
             std::fputs(kUsage, stdout);
         else
             run(options);
-        return 0;
-    } catch (const UsageError& error) {
-        std::fprintf(stderr, "scan_job: %s\n\n%s", error.what(), kUsage);
-        return 2;
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "scan_job: %s\n", error.what());
-        return 1;
-    }
+    });
 }

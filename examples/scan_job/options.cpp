@@ -3,9 +3,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <string>
-#include <vector>
 
-namespace fs = std::filesystem;
+#include "common/command_line.h"
 
 const char kUsage[] =
     "Usage: scan_job [outline] [station] [points] [options]\n"
@@ -25,17 +24,6 @@ const char kUsage[] =
     "  --help            this text\n";
 
 namespace {
-
-// The sample, seen from the root of the source tree or where the build found it.
-fs::path sampleFile(const char* name) {
-    fs::path here = fs::path("examples") / "data" / name;
-#if defined(FIELDSCAN_EXAMPLE_DATA)
-    std::error_code ignored;
-    if (!fs::exists(here, ignored))
-        return fs::path(FIELDSCAN_EXAMPLE_DATA) / name;
-#endif
-    return here;
-}
 
 // A number that takes the text up to its end or to `stop`, behind which `text` is left.
 double numberOf(const char*& text, char stop, const std::string& expected) {
@@ -63,41 +51,27 @@ double heightOf(const char* text) {
 
 Options readOptions(int argc, char** argv) {
     Options options;
-    std::vector<fs::path> files;
-    for (int i = 1; i < argc; ++i) {
-        const std::string word = argv[i];
-        const auto value = [&] {
-            if (i + 1 >= argc)
-                throw UsageError(word + " takes a value");
-            return argv[++i];
-        };
-        if (word == "--help" || word == "-h") {
-            options.help = true;
-            return options;
-        }
+    const auto takeOption = [&](const std::string& word, const auto& value) {
         if (word == "--station") {
             options.givenStation = stationOf(value());
             options.stationGiven = true;
         } else if (word == "--height") {
             options.instrumentHeight = heightOf(value());
-        } else if (word == "--out") {
-            options.out = value();
-        } else if (word.empty() || word[0] == '-') {
-            throw UsageError("unknown option \"" + word + "\"");
         } else {
-            files.push_back(word);
+            return false;
         }
-    }
+        return true;
+    };
+    const CommandLine line = readCommandLine(argc, argv, takeOption);
+    options.out = line.out;
+    options.help = line.help;
 
-    std::vector<fs::path*> places = {&options.outline, &options.station, &options.points};
+    std::vector<std::filesystem::path*> places = {&options.outline, &options.station, &options.points};
     options.outline = sampleFile("facade_outline.csv");
     options.station = sampleFile("facade_station.csv");
     options.points = sampleFile("facade_points.csv");
     if (options.stationGiven)
         places.erase(places.begin() + 1);
-    if (files.size() > places.size())
-        throw UsageError("one file too many: \"" + files[places.size()].u8string() + "\"");
-    for (std::size_t k = 0; k < files.size(); ++k)
-        *places[k] = files[k];
+    takeFiles(line.files, places);
     return options;
 }

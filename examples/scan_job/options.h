@@ -5,24 +5,19 @@
 #include <fieldscan/points.h>
 
 #include <filesystem>
-#include <stdexcept>
 
 extern const char kUsage[];
 
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 struct Options {
     std::filesystem::path outline, station, points;
-    std::filesystem::path out = "out";
+    std::filesystem::path out;
     bool stationGiven = false;  // then `givenStation`, without a name, counts instead of the file
     CXYZ givenStation;
     double instrumentHeight = 1.5;
     bool help = false;
 };
 
-// Throws UsageError.
+// Throws UsageError (common/command_line.h).
 Options readOptions(int argc, char** argv);
 
 #endif

@@ -2,41 +2,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <utility>
 
-#include "text.h"
+#include "common/svg.h"
+#include "common/text.h"
 #include "view.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double kTextSize = 12.0;
-
-const char kInside[] = "#1565a8", kOutside[] = "#e08a2e", kLine[] = "#12263a", kFrame[] = "#7a8794",
-           kZero[] = "#b3202c", kShot[] = "#1e7d32", kGrid[] = "#e6e9ec";
-
-// About as wide as the text will be.
-double widthOf(const std::string& text) {
-    const auto letters = std::count_if(text.begin(), text.end(), [](char c) {
-        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;  // the others continue a letter
-    });
-    return 0.52 * kTextSize * static_cast<double>(letters);
-}
-
-std::string escaped(const std::string& text) {
-    std::string result;
-    for (const char c : text) {
-        if (c == '&')
-            result += "&amp;";
-        else if (c == '<')
-            result += "&lt;";
-        else if (static_cast<unsigned char>(c) >= ' ')  // the others are no characters of the format
-            result += c;
-    }
-    return result;
-}
+// What the colours stand for.
+constexpr const char *kInside = kBlue, *kOutside = kOrange, *kZero = kRed, *kShot = kGreen;
 
 int firstTick(double from, double step) { return static_cast<int>(std::ceil(from / step)); }
 
@@ -46,53 +23,26 @@ std::string degrees(double value, double step) {
     return value < 0.0 ? "−" + digits : digits;
 }
 
-class Drawing {
+class Drawing : public Svg {
 public:
-    explicit Drawing(const ScanJob& job) : m_job(job), m_view(job) {}
+    Drawing(const ScanJob& job, const View& view)
+        : Svg(view.paperWidth(), view.paperHeight()), m_job(job), m_view(view) {}
 
     // Returns how many points lie beyond the view.
     int draw() {
-        const double width = m_view.paperWidth();
-        const double height = m_view.paperHeight();
-        add(
-            format("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%.0f\" height=\"%.0f\" "
-                   "viewBox=\"0 0 %.0f %.0f\" font-family=\"DejaVu Sans, Verdana, Arial, sans-serif\" "
-                   "font-size=\"%.0f\" fill=\"%s\">",
-                   width, height, width, height, kTextSize, kLine));
-        add("<rect width=\"100%\" height=\"100%\" fill=\"white\"/>");
         axes();
         const int beyond = points();
-        frame();
+        cornerFrame();
         outline();
         zeroDirection();
         shots();
         corners();
         title(beyond);
         legend();
-        add("</svg>");
         return beyond;
     }
-    const std::string& svg() const { return m_svg; }
 
 private:
-    void add(const std::string& element) { m_svg += element + '\n'; }
-
-    void line(double x1, double y1, double x2, double y2, const char* colour, double width,
-              const char* dashes = "none") {
-        add(
-            format("<path d=\"M%.1f %.1fL%.1f %.1f\" stroke=\"%s\" stroke-width=\"%.1f\" "
-                   "stroke-dasharray=\"%s\"/>",
-                   x1, y1, x2, y2, colour, width, dashes));
-    }
-    void text(double x, double y, const char* anchor, const std::string& words, const char* more = "") {
-        add(format("<text x=\"%.1f\" y=\"%.1f\" text-anchor=\"%s\" %s>%s</text>", x, y, anchor, more,
-                   escaped(words).c_str()));
-    }
-    void cross(double x, double y) {
-        line(x - 6.0, y, x + 6.0, y, kShot, 2.0);
-        line(x, y - 6.0, x, y + 6.0, kShot, 2.0);
-    }
-
     bool showsZero() const {
         const double zero = m_job.fromMiddle(0.0);
         return zero >= m_view.left() && zero <= m_view.right();
@@ -101,7 +51,7 @@ private:
     void axes();
     int points();
     void outline();
-    void frame();
+    void cornerFrame();
     void zeroDirection();
     void shots();
     void corners();
@@ -109,8 +59,7 @@ private:
     void legend();
 
     const ScanJob& m_job;
-    const View m_view;
-    std::string m_svg;
+    const View& m_view;
 };
 
 void Drawing::axes() {
@@ -134,8 +83,7 @@ void Drawing::axes() {
         line(left - 5.0, y, left, y, kLine, 1.0);
         text(left - 9.0, y + 4.0, "end", degrees(k * stepY, stepY));
     }
-    add(format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"none\" stroke=\"%s\"/>",
-               left, top, right - left, bottom - top, kLine));
+    frame(left, top, right - left, bottom - top, kLine);
 
     text((left + right) / 2.0, bottom + 44.0, "middle", "horizontal angle", "font-size=\"13\"");
     const double stretch = m_view.scaleY() / m_view.scaleX();
@@ -168,7 +116,7 @@ int Drawing::points() {
     return beyond;
 }
 
-void Drawing::frame() {
+void Drawing::cornerFrame() {
     const double left = m_view.x(m_job.width() / -2.0), top = m_view.y(m_job.top());
     add(
         format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"none\" stroke=\"%s\" "
@@ -202,7 +150,7 @@ void Drawing::shots() {
     const CPolyline& shots = m_job.area.shootPolyline;
     for (int i = 0; i < shots.GetVertexSize(); ++i) {
         const CVertex* shot = shots.GetVertex(static_cast<unsigned int>(i));
-        cross(m_view.x(m_job.fromMiddle(shot->x)), m_view.y(90.0 - shot->z));
+        cross(m_view.x(m_job.fromMiddle(shot->x)), m_view.y(90.0 - shot->z), kShot);
     }
 }
 
@@ -243,22 +191,16 @@ void Drawing::title(int beyond) {
 void Drawing::legend() {
     const double y = m_view.paperHeight() - 24.0;
     double x = View::kLeft;
-    const auto name = [&](const char* words) {
-        text(x + 26.0, y + 4.0, "start", words);
-        x += 26.0 + widthOf(words) + 18.0;
-    };
-    const auto dot = [&](const char* colour) {
-        add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"4\" fill=\"%s\"/>", x + 10.0, y, colour));
-    };
-    dot(kInside);
+    const auto name = [&](const char* words) { x = nameSign(x, y, words); };
+    dot(x + 10.0, y, 4.0, kInside);
     name("inside");
-    dot(kOutside);
+    dot(x + 10.0, y, 4.0, kOutside);
     name("outside");
     line(x, y, x + 20.0, y, kLine, 2.0);
     name("outline");
     line(x, y, x + 20.0, y, kFrame, 1.2, "2 3");
     name("corner frame");
-    cross(x + 10.0, y);
+    cross(x + 10.0, y, kShot);
     name("shot");
     if (showsZero()) {
         line(x, y, x + 20.0, y, kZero, 1.5, "8 5");
@@ -269,12 +211,9 @@ void Drawing::legend() {
 }  // namespace
 
 int drawPicture(const ScanJob& job, const fs::path& path) {
-    Drawing drawing(job);
+    const View view(job);
+    Drawing drawing(job, view);
     const int beyond = drawing.draw();
-    std::ofstream file(path, std::ios::binary);
-    file << drawing.svg();
-    file.close();
-    if (!file)
-        fail(path, "the picture cannot be written");
+    drawing.save(path);
     return beyond;
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "text.h"
+#include "common/text.h"
 
 namespace fs = std::filesystem;
 
@@ -14,9 +14,7 @@ namespace {
 // is what may be lost when the power fails: small enough to measure again.
 constexpr int kBatch = 500;
 
-// Half a unit of the last decimal that a file keeps, and a little for the arithmetic on top of it.
-constexpr double kSixDecimals = 0.51e-6;
-constexpr double kFourDecimals = 0.51e-4;
+constexpr double kFourDecimals = 0.51e-4;  // the angles of the scan file, as kSixDecimals
 
 constexpr double kDegreesPerRadian = 180.0 / 3.141592653589793;
 
@@ -26,10 +24,6 @@ double difference(double a, double b) { return std::fabs(CCalcXYZHV::AngleDiffer
 double difference(const CWPK& a, const CWPK& b) {
     return std::max(difference(a.omega * kDegreesPerRadian, b.omega * kDegreesPerRadian),
                     difference(a.kappa * kDegreesPerRadian, b.kappa * kDegreesPerRadian));
-}
-
-double difference(const CXYZ& a, const CXYZ& b) {
-    return std::max({std::fabs(a.x - b.x), std::fabs(a.y - b.y), std::fabs(a.z - b.z)});
 }
 
 // The shot whose part of the area the direction lies in.

@@ -15,10 +15,6 @@ constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kShotWidth = 16.0;
 constexpr double kShotHeight = 15.0;
 
-bool isFinite(const CXYZ& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
-
-bool isZero(const CXYZ& p) { return p.x == 0.0 && p.y == 0.0 && p.z == 0.0; }
-
 std::string line(int index) { return "line " + std::to_string(index + 1); }
 
 const char* meaningOf(int code) {
@@ -63,12 +59,6 @@ double ScanJob::fromMiddle(double horizontalAngle) const {
 
 double signedElevation(double elevation) { return CCalcXYZHV::AngleDifference(0.0, elevation); }
 
-CString libraryPath(const fs::path& path) { return CString(path.u16string().c_str()); }
-
-void fail(const fs::path& path, const std::string& what) {
-    throw std::runtime_error(path.u8string() + ": " + what);
-}
-
 void readOutline(const fs::path& path, ScanJob& job) {
     const std::string expected =
         "; expected are lines \"name,horizontal angle,zenith angle,0\" in degrees, the horizontal angle from "
@@ -99,21 +89,6 @@ CXYZ readStation(const fs::path& path) {
     if (occupied.IsEmpty() || !isFinite(occupied[0]))
         fail(path, "the station file has no point; expected is a line \"name,x,y,z\"");
     return occupied[0];
-}
-
-void readPoints(const fs::path& path, ScanJob& job) {
-    CString file = libraryPath(path);
-    if (ReadCSVFile(&file, job.points, 1) != 1)
-        fail(path, "the point file cannot be opened");
-    // The reader takes what is no number for 0, so a file of another kind gives points of zeros.
-    bool anyCoordinates = false;
-    for (int i = 0; i < job.points.GetSize(); ++i) {
-        if (!isFinite(job.points[i]))
-            fail(path, line(i) + " holds a coordinate that is not finite");
-        anyCoordinates = anyCoordinates || !isZero(job.points[i]);
-    }
-    if (!anyCoordinates)
-        fail(path, "no point with coordinates; expected are lines \"name,x,y,z\", x north, y east, z up");
 }
 
 void measureArea(ScanJob& job) {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "common/files.h"
+
 enum class Place { inside, outside, atStation };  // atStation: straight above or below it, no direction
 
 // A point as seen from the station, in degrees. The elevation is in [0, 360], as the outline has it.
@@ -49,13 +51,10 @@ using Progress = std::function<void(int done, int total)>;
 
 // An elevation of the library, [0, 360], as a number that is less than 0 below the horizon.
 double signedElevation(double elevation);
-CString libraryPath(const std::filesystem::path& path);
-[[noreturn]] void fail(const std::filesystem::path& path, const std::string& what);
 
 // A failure of one of these is a std::runtime_error with a text for the operator.
 void readOutline(const std::filesystem::path& path, ScanJob& job);
 CXYZ readStation(const std::filesystem::path& path);
-void readPoints(const std::filesystem::path& path, ScanJob& job);
 void measureArea(ScanJob& job);
 void planShots(ScanJob& job);
 void sightPoints(ScanJob& job, const Progress& progress);

@@ -18,9 +18,10 @@ enum INNORI_TYPE : int {
 
 // Image coordinates: pixels, x to the right, y downward, origin at the top-left pixel.
 // Photo coordinates: millimetres in the image plane from the principal point, x to the right, y upward.
-// Object coordinates: the survey frame, metres; the exterior orientation is `center` and `wpk`, whose
-// matrix R = Rx(omega) Ry(phi) Rz(kappa) (ROT_KPW) turns object differences into the camera, where the lens
-// looks along -z.
+// Object coordinates: the survey frame, metres, in right-handed axes such as x east, y north, z up: no
+// rotation turns the left-handed ones of x north, y east into a camera. The exterior orientation is `center`
+// and `wpk`, whose matrix R = Rx(omega) Ry(phi) Rz(kappa) (ROT_KPW) turns object differences into the camera,
+// where the lens looks along -z.
 //
 // Results: 1 success, 0 failure (memory exhaustion too); the output point is then partly converted.
 class FIELDSCAN_API CImage {

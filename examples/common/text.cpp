@@ -1,5 +1,6 @@
-#include "text.h"
+#include "common/text.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <filesystem>
@@ -21,3 +22,16 @@ std::string format(const char* pattern, ...) {
     va_end(values);
     return text;
 }
+
+int lettersIn(const std::string& text) {
+    return static_cast<int>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;  // the others continue a letter
+    }));
+}
+
+std::string padded(std::string text, int letters) {
+    text.append(static_cast<std::size_t>(std::max(0, letters - lettersIn(text))), ' ');
+    return text;
+}
+
+void print(const char* title, const std::string& text) { std::printf("  %-17s  %s\n", title, text.c_str()); }
