@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "files/point_lines.h"
+#include "photogrammetry/mark_names.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
 #include "platform/system.h"
@@ -89,8 +90,6 @@ void readDistortionTable(CFile& file, CDist& dist) {
         scanner.scanDouble(radius);
         if (scanner.scanDouble(distortion) != Scanner::Result::matched)
             continue;
-        reserveDouble(dist.radius);
-        reserveDouble(dist.dist);
         dist.AddDist(radius, distortion);
     }
 }
@@ -121,7 +120,7 @@ int CCamera::Write(CString path) const {
         appendReal(lines, res.y, "\t\t\t// y resolution [mm/pixel]");
         appendCount(lines, marks.GetSize(), "\t\t\t\t\t// number of fiducial marks");
         for (int i = 0; i < marks.GetSize(); ++i) {
-            lines.append(i < markNames.GetSize() ? markNames[i] : marks[i].name);
+            lines.append(markName(*this, i));
             text += '\t';
             appendFixed(text, marks[i].x, 6);
             text += '\t';
@@ -146,8 +145,8 @@ int CCamera::Read(CString path) {
             !readModel(file, dist) || !readReal(file, res.x) || !readReal(file, res.y) ||
             !readMarks(file, *this))
             return 0;
-        readDistortionTable(file, dist);
         innType = marks.IsEmpty() ? 0 : 1;
+        readDistortionTable(file, dist);
         return file.HasReadFailed() ? 0 : 1;
     });
 }

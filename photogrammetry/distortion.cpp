@@ -3,31 +3,18 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
-#include "platform/framework/out_of_memory.h"
+#include "platform/framework/line_text.h"
 
 using namespace fieldscan;
 
 namespace {
 
+constexpr int kParameters[] = {0, 4, 4, 5, 8};  // of each model
 constexpr int kRadialTerms = 4;
 constexpr int kMostPasses = 100;
 constexpr int kGridSide = 5;  // half a search radius apart, so the grid reaches one radius to every side
-
-int parametersOf(DIST_MODEL model) {
-    switch (model) {
-        case DIST_NONE:
-            return 0;
-        case DIST_RADIAL4:
-        case DIST_RADIAL2_TANGENTIAL2:
-            return 4;
-        case DIST_RADIAL3_TANGENTIAL2:
-            return 5;
-        case DIST_POLY8:
-            return 8;
-    }
-    return -1;
-}
 
 // An undistorted point, and the squared distance of its distorted position from the wanted one.
 struct Candidate {
@@ -48,7 +35,7 @@ CDist& CDist::operator=(const CDist& other) {
     if (this != &other) {
         model = other.model;
         numPara = other.numPara;
-        std::copy(other.para, other.para + 10, para);
+        std::copy(std::begin(other.para), std::end(other.para), para);
         radius.Copy(other.radius);
         dist.Copy(other.dist);
     }
@@ -60,13 +47,12 @@ void CDist::Init() {
     radius.RemoveAll();
     dist.RemoveAll();
     numPara = 0;
-    std::fill(para, para + 10, 0.0);
+    std::fill(std::begin(para), std::end(para), 0.0);
 }
 
 void CDist::SetDistModel(DIST_MODEL m) {
-    const int count = parametersOf(m);
-    model = count < 0 ? DIST_NONE : m;
-    numPara = std::max(count, 0);
+    model = m >= DIST_NONE && m <= DIST_POLY8 ? m : DIST_NONE;
+    numPara = kParameters[model];
 }
 
 DIST_MODEL& CDist::GetDistModel() { return model; }
@@ -109,14 +95,15 @@ void CDist::CalDist(double x, double y, double& dx, double& dy) const {
 }
 
 BOOL CDist::CalDistInv(double x, double y, double& cx, double& cy, double tol) const {
-    double dx, dy;
     const auto candidateAt = [&](double u, double v) {
+        double dx, dy;
         CalDist(u, v, dx, dy);
         const double ey = v + dy - y;
         const double ex = u + dx - x;
         return Candidate{u, v, ey * ey + ex * ex};
     };
 
+    double dx, dy;
     CalDist(x, y, dx, dy);
     Candidate best = candidateAt(x - dx, y - dy);
     const auto accepted = [&] { return best.e <= tol * tol; };
@@ -150,6 +137,8 @@ BOOL CDist::CalDistInv(double x, double y, double& cx, double& cy, double tol) c
 
 int CDist::AddDist(double r, double d) {
     zeroIfOutOfMemory([&] {
+        reserveDouble(radius);  // both before either changes
+        reserveDouble(dist);
         radius.Add(r);
         dist.Add(d);
         return 1;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "photogrammetry/mark_names.h"
 #include "platform/framework/out_of_memory.h"
 
 using namespace fieldscan;
@@ -35,12 +36,16 @@ void toPixelsDown(CXYZ& point, const CXYZ& res) {
     point.y = -(point.y / res.y);
 }
 
-// The camera's marks with their names, which an application may keep in markNames alone.
-void copyNamedMarks(const CCamera& camera, Points& marks) {
-    marks.Copy(camera.marks);
-    for (int i = 0; i < marks.GetSize() && i < camera.markNames.GetSize(); ++i)
-        if (marks[i].name.IsEmpty())
-            marks[i].name = camera.markNames[i];
+// The marks of both sides by their names. Measured ones stand in the order of the camera's, so one without a
+// name takes that of its place.
+void copyNamedMarks(const CImage& image, Points& marks, Points& measured) {
+    marks.Copy(image.camera.marks);
+    measured.Copy(image.markImc);
+    for (int i = 0; i < marks.GetSize(); ++i) {
+        marks[i].name = markName(image.camera, i);
+        if (i < measured.GetSize() && measured[i].name.IsEmpty())
+            measured[i].name = marks[i].name;
+    }
 }
 
 template <class Transformation>
@@ -77,6 +82,7 @@ CImage::~CImage() {}
 
 CImage& CImage::operator=(const CImage& other) {
     if (this != &other) {
+        innOri = INNORI_NONE;  // until the transformations are copied, which may run out of memory
         identifier1 = other.identifier1;
         identifier2 = other.identifier2;
         width = other.width;
@@ -91,9 +97,9 @@ CImage& CImage::operator=(const CImage& other) {
         center = other.center;
         wpk = other.wpk;
         rot = other.rot;
-        innOri = other.innOri;
         planeTrans = other.planeTrans;
         helmert = other.helmert;
+        innOri = other.innOri;
     }
     return *this;
 }
@@ -145,8 +151,7 @@ int CImage::CalInnOri(INNORI_TYPE t) {
         return 1;
     return zeroIfOutOfMemory([&] {
         Points marks, measured;
-        copyNamedMarks(camera, marks);
-        measured.Copy(markImc);
+        copyNamedMarks(*this, marks, measured);
         for (int i = 0; i < measured.GetSize(); ++i)
             toMillimetresUp(measured[i], res);
         int fitted = 0;
@@ -225,14 +230,18 @@ int CImage::calInnOriAny() {
 }
 
 int CImage::ImcToPhc(int dist) {
-    if (!calInnOriAny())
+    if (!calInnOriAny()) {
+        phc.RemoveAll();
         return 0;
+    }
     return convertAll(imc, phc, [&](const CXYZ& from, CXYZ& to) { return ImcToPhc(from, to, dist); });
 }
 
 int CImage::PhcToImc(int dist, double tol) {
-    if (!calInnOriAny())
+    if (!calInnOriAny()) {
+        imc.RemoveAll();
         return 0;
+    }
     return convertAll(phc, imc, [&](const CXYZ& from, CXYZ& to) { return PhcToImc(from, to, dist, tol); });
 }
 

@@ -5,7 +5,7 @@ COffset::COffset(const COffset& other) = default;
 COffset::~COffset() = default;
 COffset& COffset::operator=(const COffset& other) = default;
 
-// Sets neither v nor h: a constructor that did would take its zeros from CArray.
+// v and h stay as the storage was: CArray has zeroed it, elsewhere the caller sets them.
 CImgVH::CImgVH() {}
 CImgVH::CImgVH(const CImgVH& other) = default;
 CImgVH::~CImgVH() = default;

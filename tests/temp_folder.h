@@ -17,9 +17,13 @@ protected:
         std::string name = (std::filesystem::temp_directory_path() / "fieldscanXXXXXX").string();
         ASSERT_NE(mkdtemp(name.data()), nullptr);
         folder = name;
+        clearEnvironment();
     }
     void TearDown() override {
         std::filesystem::remove_all(folder);
+        clearEnvironment();
+    }
+    static void clearEnvironment() {
         for (const char* variable : {"FIELDSCAN_ROOT", "FIELDSCAN_REGISTRY", "FIELDSCAN_ANSI_CODEPAGE"})
             unsetenv(variable);
     }

@@ -32,8 +32,6 @@ public:
     //
     // Returns 1; 0 when the file cannot be opened (the record is then as it was), or when a line is missing
     // or blank or the medium fails, and then the record holds what was read before that.
-    //
-    // Nothing is shown in either case.
     int Read(CString path);
 
     // ---- Data ----

@@ -28,8 +28,8 @@ enum DIST_MODEL : int {
 //                         dx = p4 x y + p5 y y + p2 x + p3 y + g x
 //                         dy = g y + p6 x y + p7 x x                       no p2, p3 here
 //
-// in this order of operations. Decentering terms: the parameter beside (2 x x + r2) comes first, which other
-// programs call the second one.
+// in this order of operations, powers as products from the left. Decentering terms: the parameter beside
+// (2 x x + r2) comes first; in the customary numbering it is the second.
 class FIELDSCAN_API CDist {
 public:
     CDist();
@@ -50,11 +50,11 @@ public:
     void CalDist(double x, double y, double& dx, double& dy) const;
 
     // The correction cx = u - x, cy = v - y to the undistorted point (u, v) whose distorted position is
-    // (x, y). A point is accepted when the squared distance of its distorted position from (x, y) is at most
-    // tol tol. First (x, y) minus its own distortion is tried; then a grid of 5 x 5 points around the best so
-    // far, half its residual apart, is searched again and again, row by row upward, until a point is
-    // accepted, a pass brings no better one, or 100 passes are done. Returns 1 when a point was accepted,
-    // else 0; the outputs hold the best estimate in either case.
+    // (x, y). A point is accepted when e = (v + dy - y)^2 + (u + dx - x)^2 is at most tol tol.
+    // First (x, y) minus its own distortion is tried; then a grid of 5 x 5 points around the best so far,
+    // half of s = sqrt(e) apart, from (u - s, v - s) row by row upward, is searched again and again, until a
+    // point is accepted, a pass brings no better one, or 100 passes are done. Returns 1 when a point was
+    // accepted, else 0; the outputs hold the best estimate in either case.
     BOOL CalDistInv(double x, double y, double& cx, double& cy, double tol) const;
 
     // ---- Table of distortion by radius ----

@@ -23,7 +23,7 @@ enum INNORI_TYPE : int {
 // and `wpk`, whose matrix R = Rx(omega) Ry(phi) Rz(kappa) (ROT_KPW) turns object differences into the camera,
 // where the lens looks along -z.
 //
-// Results: 1 success, 0 failure (memory exhaustion too); the output point is then partly converted.
+// Results: 1 success, 0 failure (memory exhaustion too); the output point may then be partly converted.
 class FIELDSCAN_API CImage {
 public:
     CImage();
@@ -42,10 +42,10 @@ public:
     int SetResDPI(double xdpi, double ydpi);
 
     // Inner orientation: fits the transformation of the measured marks (markImc, times the pixel pitch, y
-    // upward) to the camera's marks, paired by name; an unnamed mark of the camera goes by its name in
-    // markNames. A camera without fiducial marks (innType 0) needs none: INNORI_NONE, 1. Sets innOri and
-    // returns 1; 0 with INNORI_NONE when there are too few pairs, the fit fails or `t` is no fit. The former
-    // fit is lost in any case.
+    // upward) to the camera's marks, paired by name: that in the camera's markNames, else the mark's own; a
+    // measured mark without a name takes that of the camera's mark at its place. A camera without fiducial
+    // marks (innType 0) needs none: INNORI_NONE, 1. Sets innOri and returns 1; 0 with INNORI_NONE when there
+    // are too few pairs, the fit fails or `t` is no fit. The former fit is lost in any case.
     int CalInnOri(INNORI_TYPE t);
 
     // One point. Camera without marks: photo = pixel * pitch - principal point, y turned upward afterwards,
@@ -54,24 +54,26 @@ public:
     // pixel pitch is not positive, innType is neither 0 nor 1, or no transformation is fitted.
     int ImcToPhc(const CXYZ& imc, CXYZ& phc, int dist) const;
     // The way back. Nonzero `dist` first adds the correction of CalDistInv with `tol` in mm, and the call
-    // fails when that does not converge. An innType that is neither 0 nor 1 converts nothing and returns 1.
+    // fails when that does not converge, or when the transformation has no inverse. An innType that is
+    // neither 0 nor 1 gives the photo coordinates as they then are, and 1.
     int PhcToImc(const CXYZ& phc, CXYZ& imc, int dist, double tol) const;
 
     // All points of imc to phc, or of phc to imc. With fiducial marks the inner orientation is computed
-    // anew: INNORI_FIDUCIAL_LSQ or, when that fails, INNORI_FIDUCIAL_HELMERT. Returns 1; 0 when both fail or
-    // a point does, which empties the target list in the latter case.
+    // anew: INNORI_FIDUCIAL_LSQ or, when that fails, INNORI_FIDUCIAL_HELMERT. innOri tells which. Returns
+    // 1; 0 when both fail or a point does, and the target list is then empty.
     int ImcToPhc(int dist);
     int PhcToImc(int dist, double tol);
 
     // Object point, in millimetres, to photo coordinates, with the matrix `rot` as it stands:
     // q = rot (obj - center * 1000), photo = -(f / q.z) (q.x, q.y), z 0. Afterwards `rot` is that of `wpk`.
-    // Returns 1. Unlike ObjToImc in unit and matrix; applications rely on both.
+    // Returns 1, also where q.z is 0 and the result no number. Unlike ObjToImc in unit and matrix;
+    // applications rely on both.
     int ObjToPhc(const CXYZ& obj, CXYZ& phc);
 
-    // Object point, in metres, to photo and image coordinates: `rot` is made from `wpk`, then the
-    // collinearity equations, then PhcToImc with distortion to 1e-12 mm, whose result is returned. Of `phc`
-    // name, x and y are set. A point behind the camera is projected like one before it; one level with the
-    // projection centre gives 0.
+    // Object point, in metres, to photo and image coordinates: `rot` is made from `wpk`;
+    // q = rot (obj - center), photo = -(f q.x) / q.z, -(f q.y) / q.z; then PhcToImc with distortion to 1e-12
+    // mm, whose result is returned. Of `phc` name, x and y are set. A point behind the camera is projected
+    // like one before it; one level with the projection centre gives 0.
     int ObjToImc(CXYZ obj, CXYZ& phc, CXYZ& imc);
 
     // 1 when 0 <= x < width and 0 <= y < height, else 0.

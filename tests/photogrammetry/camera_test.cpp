@@ -38,6 +38,7 @@ TEST_F(CameraFile, KeepsEveryLine) {
     camera.marks[0].name = u"not M1";
     camera.markNames.RemoveAt(1);
     CCamera copy(camera);
+    put("out.cam", sample + sample);  // longer than what takes its place
     EXPECT_EQ(copy.title.GetLength() + copy.dist.radius[0] + copy.dist.dist[0] + copy.innType, 8);
     EXPECT_EQ(copy.Write(path("out.cam")), 1);
     EXPECT_EQ(get("out.cam"), sample) << "neither title nor table";
@@ -62,6 +63,7 @@ TEST_F(CameraFile, ReadsFilesOfEveryKind) {
         {none + "2147483647\nA 1 2\n", "0 " + same + "0|1/1/2"},
         {none + "2\n\xC3\xA9 1 2\nlong x 4\n\n1 2\n", "1 " + same + "1|1/1/2|4/0/0"},
         {none + "1\n \n", "0 " + same + "0"},
+        {none + "1\nA 1 2", "1 " + same + "1|1/1/2"},
         {"x\ny\nz\nm\nn\nx\ny\nm\n2\n3 4\n", "1 0 0 0 0 0 0 0 0 0 0~3/4"},
         {"1\n \n3\n", "0 1 0 0 0 0 0 0 0 0 0"},
         {"1\n2\n3\n4\n12\n" + ten + "x\n12\n.5\n.25\n0\n", "1 1 2 3 4 8 1 10 0.5 0.25 0"},

@@ -48,8 +48,24 @@ TEST(Image, ConvertsWithoutMarks) {
     EXPECT_TRUE(image.PhcToImc(0, 0) && image.imc[0].x == image.phc[0].x) << "copies";
     EXPECT_TRUE(!image.ImcToPhc(0) && image.phc.IsEmpty());
     image.camera.innType = 0;
-    image.res.y = 0;
-    EXPECT_EQ(image.ImcToPhc(point, point, 0) + image.PhcToImc(point, point, 0, 0), 0);
+    image.camera.dist.para[0] = -0.01;  // folds the image: nothing lands at 5 mm
+    for (const double tolerance : {1e-12, 100.0})
+        EXPECT_EQ(image.PhcToImc(CXYZ(5, 0, 0), point, 1, tolerance), tolerance > 1);
+    for (double* pitch : {&image.res.x, &image.res.y}) {
+        *pitch = 0;
+        EXPECT_EQ(image.ImcToPhc(point, point, 0) + image.PhcToImc(point, point, 0, 0), 0);
+        *pitch = 1;
+    }
+    image.center = image.markImc[image.markImc.Add(point)];
+    image.rot.m[0][0] = image.wpk.omega = 7;
+    image.innOri = INNORI_FIDUCIAL_LSQ;
+    image.phc.Add(point);
+    image.imc.Add(point);
+    image.Init();
+    EXPECT_EQ(image.markImc.GetSize() + image.imc.GetSize() + image.phc.GetSize() + image.word1 + image.word2,
+              0);
+    EXPECT_EQ(image.center.Len() + image.wpk.omega + image.innOri + image.width + image.camera.pp.x, 0);
+    EXPECT_EQ(image.rot.m[0][0] + image.res.y, 2);
 }
 
 TEST(Image, FitsFiducialMarks) {
@@ -64,15 +80,20 @@ TEST(Image, FitsFiducialMarks) {
         for (int i = 0; i < marks; ++i) {
             CXYZ measured(CString(u"ABC").Mid(i, 1), 9 * i, 40 - 14 * i * (bent ? i : 1), 0);
             const double x = measured.x * 0.5, y = measured.y * -0.25;
-            CXYZ mark(i ? CString() : measured.name, 2 * x - 0.5 * y + 3, 0.5 * x + 2 * y - 1, 0);
+            CXYZ mark(i ? CString(u"hidden") : measured.name, 2 * x - 0.5 * y + 3, 0.5 * x + 2 * y - 1, 0);
             image.camera.marks.Add(mark);
-            image.camera.markNames.Add(i ? measured.name : CString(u"named itself"));
+            image.camera.markNames.Add(i ? measured.name : CString());
+            if (marks == 3 && i == 1)
+                measured.name.Empty();  // goes by its place
             image.markImc.InsertAt(0, measured);
         }
         for (const int t : {2, 1, 3}) {
             const int fits = t < 3 && best && t >= best;  // Helmert fits wherever the affine one does
             EXPECT_EQ(image.CalInnOri(static_cast<INNORI_TYPE>(t)), fits) << marks << t;
             EXPECT_EQ(image.innOri, fits * t) << marks << t;
+            if (t == 1 && marks == 3) {
+                EXPECT_EQ(image.planeTrans.targetPoints.IsEmpty(), !fits) << "a failed fit is reset";
+            }
         }
         EXPECT_EQ(image.ImcToPhc(point, point, 0), 0) << "no fit";
         CImage copy(image);
@@ -82,6 +103,9 @@ TEST(Image, FitsFiducialMarks) {
             continue;
         EXPECT_TRUE(isNear(image.phc[0], 12.5 - 1, -5 - 2)) << marks;
         EXPECT_TRUE(image.PhcToImc(image.phc[0], point, 0, 0) && isNear(point, 8, 12)) << marks;
+        image.helmert.parameters.RemoveAll();
+        image.planeTrans.parameters.RemoveAll();
+        EXPECT_EQ(image.PhcToImc(image.phc[0], point, 0, 0), 0);
         image.camera.innType = 0;
         EXPECT_TRUE(image.CalInnOri(INNORI_FIDUCIAL_LSQ) && !image.innOri) << "needs none";
         EXPECT_EQ(image.helmert.parameters.GetSize() + image.planeTrans.parameters.GetSize(), 0);
