@@ -19,8 +19,11 @@ using namespace fieldscan;
 
 namespace {
 
-long long elementIndex(int row, int column, int rowLength) {
-    return static_cast<long long>(row) * rowLength + column;
+constexpr double kTolerance = 2.2250738585072014e-307;
+
+// Where the element is; -1 for a column that does not exist, less than 0 for a row that does not.
+long long elementIndex(int row, int column, int unknowns) {
+    return column < 0 || column > unknowns ? -1 : static_cast<long long>(row) * (unknowns + 1LL) + column;
 }
 
 bool isInside(const CArray<double, double>& array, long long index) {
@@ -41,15 +44,13 @@ int sizeOf(int rows, int rowLength) {
     return size > std::numeric_limits<int>::max() ? -1 : static_cast<int>(size);
 }
 
-// The new elements hold `value`. Doubling, since equations may come one by one.
-void grow(CArray<double, double>& array, int size, double value) {
-    const int old = array.GetSize();
-    if (size <= old)
+// To `size` elements at least. Doubling, since equations may come one by one.
+void grow(CArray<double, double>& array, int size) {
+    if (size <= array.GetSize())
         return;
     if (size > array.GetCapacity())
-        array.Reserve(std::max(size, truncated(2.0 * old)));
+        array.Reserve(std::max(size, truncated(2.0 * array.GetSize())));
     array.SetSize(size);
-    std::fill(array.GetData() + old, array.GetData() + size, value);
 }
 
 }  // namespace
@@ -82,7 +83,7 @@ int CLeastSq::resize(int m, int n, int varSize) {
         if (m < 0 || n < 0 || n == std::numeric_limits<int>::max() || sizeOf(n, n + 1) < 0 ||
             sizeOf(m, n + 1) < 0)
             return 0;
-        tolerance = std::numeric_limits<double>::min();
+        tolerance = kTolerance;
         InitObeq();
         m_formed = -1;
         ObeqSize = m;
@@ -108,6 +109,8 @@ int CLeastSq::resize(int m, int n, int varSize) {
 
 int CLeastSq::InitParameter(CArray<double, double>& a, double v) {
     fill(a, v);
+    if (&a == &Obeq || &a == &Weight || &a == &Noeq)
+        m_formed = -1;
     return 1;
 }
 
@@ -137,30 +140,32 @@ int CLeastSq::InitBcor() {
 int CLeastSq::SetObeq(int column, double value) {
     if (column < 0 || column > parameterNumber)
         return 0;
-    const int length = parameterNumber + 1;
-    int equation = currentObeq;
-    if (column == 0) {
-        ++equation;
-        if (sizeOf(equation + 1, length) < 0)
-            return 0;
-        const int grown = zeroIfOutOfMemory([&] {
-            if (equation >= ObeqSize) {
-                grow(Weight, equation + 1, 1.0);
-                grow(Obeq, sizeOf(equation + 1, length), 0.0);
-                ObeqSize = equation + 1;
-            }
-            return 1;
-        });
-        if (!grown)
-            return 0;
-        currentObeq = equation;
-    }
-    const long long index = elementIndex(equation, column, length);
+    const int equation = column == 0 ? currentObeq + 1 : currentObeq;
+    if (column == 0 && equation >= ObeqSize && !addEquations(equation + 1))
+        return 0;
+    const long long index = elementIndex(equation, column, parameterNumber);
     if (!isInside(Obeq, index))
         return 0;
+    currentObeq = equation;
     Obeq[static_cast<int>(index)] = value;
     m_formed = -1;
     return 1;
+}
+
+// Rows of zeros with weight 1, up to `size` of them.
+int CLeastSq::addEquations(int size) {
+    const int rowSize = parameterNumber + 1;
+    if (sizeOf(size, rowSize) < 0)
+        return 0;
+    return zeroIfOutOfMemory([&] {
+        grow(Weight, size);
+        grow(Obeq, sizeOf(size, rowSize));
+        for (; ObeqSize < size; ++ObeqSize) {
+            Weight[ObeqSize] = 1.0;
+            std::fill_n(Obeq.GetData() + sizeOf(ObeqSize, rowSize), rowSize, 0.0);
+        }
+        return 1;
+    });
 }
 
 void CLeastSq::IncrementColumn() {
@@ -171,19 +176,21 @@ void CLeastSq::IncrementColumn() {
 int CLeastSq::SetWeight(double w) { return currentObeq < 0 ? 0 : SetWeight(currentObeq, w); }
 
 int CLeastSq::SetWeight(int i, double w) {
-    if (isInside(Weight, i))
+    if (isInside(Weight, i)) {
         Weight[i] = w;
-    m_formed = -1;
+        m_formed = -1;
+    }
     return 1;
 }
 
 void CLeastSq::SetNoeq(int i, int j, double v) {
-    const long long index = elementIndex(i, j, parameterNumber + 1);
-    if (isInside(Noeq, index))
-        Noeq[static_cast<int>(index)] = v;
+    const long long index = elementIndex(i, j, parameterNumber);
+    if (!isInside(Noeq, index))
+        return;
+    Noeq[static_cast<int>(index)] = v;
+    m_formed = -1;
     if (j == parameterNumber && isInside(Bcor, i))
         Bcor[i] = v;
-    m_formed = -1;
 }
 
 void CLeastSq::SetSigma(double s) { sigma = s; }
@@ -201,15 +208,13 @@ double CLeastSq::GetComputationTime() const { return computationTime; }
 double CLeastSq::GetFormTime() const { return formTime; }
 
 double CLeastSq::GetObeq(int column) const {
-    return elementAt(Obeq, elementIndex(currentObeq, column, parameterNumber + 1));
+    return elementAt(Obeq, elementIndex(currentObeq, column, parameterNumber));
 }
 
-double CLeastSq::GetNoeq(int i, int j) const {
-    return elementAt(Noeq, elementIndex(i, j, parameterNumber + 1));
-}
+double CLeastSq::GetNoeq(int i, int j) const { return elementAt(Noeq, elementIndex(i, j, parameterNumber)); }
 
 double CLeastSq::GetCovar(int i, int j) const {
-    return elementAt(inverse, elementIndex(i, j, parameterNumber + 1));
+    return elementAt(inverse, elementIndex(i, j, parameterNumber));
 }
 
 int CLeastSq::time(unsigned long* ms) const {
@@ -246,9 +251,10 @@ int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver
 }
 
 bool CLeastSq::hasUnknowns() const {
+    if (parameterNumber < 1 || Bcor.GetSize() != parameterNumber)
+        return false;
     const int size = sizeOf(parameterNumber, parameterNumber + 1);
-    return parameterNumber > 0 && Noeq.GetSize() == size && work.GetSize() == size &&
-           inverse.GetSize() == size && Bcor.GetSize() == parameterNumber;
+    return Noeq.GetSize() == size && work.GetSize() == size && inverse.GetSize() == size;
 }
 
 bool CLeastSq::hasEquations(int m) const {
@@ -292,7 +298,7 @@ int CLeastSq::SaveErrorNoeqStatus(int rows, int cols) const {
         for (int i = 0; i < rows && written; ++i) {
             text.clear();
             for (int j = 0; j < cols; ++j) {
-                const double element = GetNoeq(i, j);
+                const double element = elementAt(Noeq, i * (parameterNumber + 1LL) + j);
                 if (i == j)
                     text += element < tolerance ? '*' : '#';
                 appendExponent(text, element, 1);

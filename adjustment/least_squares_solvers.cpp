@@ -34,11 +34,12 @@ double largestCorrelation(const double* normal, const double* inverse, int n) {
     return largest;
 }
 
-// How many times larger than an unknown the observations would let it be: it is then a small difference of
-// large sums, and loses as many units of its last place. Below their standard deviation unknowns count as
-// that large: else the last, tiny corrections of an iteration would call for digits that mean nothing.
-double cancellation(const Equations& equations, const double* normal, const double* inverse,
-                    const double* solution) {
+// Whether an unknown is a small difference of large sums, which costs it digits: what the observations would
+// let it be exceeds kHarmlessCancellation times what it is. Below their standard deviation unknowns count as
+// that large: else the last, tiny corrections of an iteration would call for digits that mean nothing. NaN
+// counts as cancelled.
+bool isCancelled(const Equations& equations, const double* normal, const double* inverse,
+                 const double* solution) {
     const int n = equations.n;
     const std::ptrdiff_t length = n + 1;
     const double observations = squaredLength(equations);
@@ -46,15 +47,13 @@ double cancellation(const Equations& equations, const double* normal, const doub
     for (int i = 0; i < n; ++i)
         residuals -= normal[i * length + n] * solution[i];
     const double variance = std::max(0.0, residuals) / std::max(1, equations.m - n);
-    double largest = 0.0;
     for (int i = 0; i < n; ++i) {
         const double cofactor = inverse[i * length + i];
         const double unknown = std::max(std::fabs(solution[i]), std::sqrt(variance * cofactor));
-        const double possible = std::sqrt(observations * cofactor);
-        if (!(possible <= largest * unknown))
-            largest = possible / unknown;
+        if (!(std::sqrt(observations * cofactor) <= kHarmlessCancellation * unknown))
+            return true;
     }
-    return largest;
+    return false;
 }
 
 // N = L D L^T: `factor` holds L^T above its diagonal, and D on it. False when a pivot is singular.
@@ -161,32 +160,31 @@ int CLeastSq::SwpMat() { return solveBy(&CLeastSq::solveBySweeping); }
 int CLeastSq::solveBy(bool (CLeastSq::*method)()) {
     if (!hasUnknowns())
         return 0;
-    const int solved = zeroIfOutOfMemory([&] {
-        if (!CheckNoeq())
-            return 0;
-        const bool direct = (this->*method)() && allFinite(Bcor) && allFinite(inverse);
-        if (m_formed < 0 || !hasEquations(m_formed))
-            return direct ? 1 : 0;
-        const Equations equations{Obeq.GetData(), Weight.GetData(), m_formed, parameterNumber};
-        const double* normal = Noeq.GetData();
-        const double correlation = direct ? largestCorrelation(normal, inverse.GetData(), equations.n)
-                                          : std::numeric_limits<double>::infinity();
-        bool refined;
-        if (!direct)
-            InitBcor();
-        if (correlation > kHarmlessCorrelation)
-            refined = refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData());
-        else if (cancellation(equations, normal, inverse.GetData(), Bcor.GetData()) > kHarmlessCancellation)
-            refined = refineSolution(equations, inverse.GetData(), Bcor.GetData());
-        else
-            return 1;
-        return refined && allFinite(Bcor) && allFinite(inverse) ? 1 : 0;
-    });
+    const int solved = zeroIfOutOfMemory(
+        [&] { return CheckNoeq() && solveAndRefine(method) && allFinite(Bcor) && allFinite(inverse); });
     if (!solved) {
         InitParameter(Bcor, std::numeric_limits<double>::quiet_NaN());
         InitParameter(inverse, std::numeric_limits<double>::quiet_NaN());
     }
     return solved;
+}
+
+bool CLeastSq::solveAndRefine(bool (CLeastSq::*method)()) {
+    const bool direct = (this->*method)() && allFinite(Bcor) && allFinite(inverse);
+    if (m_formed < 0 || !hasEquations(m_formed))
+        return direct;
+    const Equations equations{Obeq.GetData(), Weight.GetData(), m_formed, parameterNumber};
+    const double* normal = Noeq.GetData();
+    if (!direct) {
+        InitBcor();
+        const double unknown = std::numeric_limits<double>::infinity();
+        return refine(equations, normal, tolerance, unknown, Bcor.GetData(), inverse.GetData());
+    }
+    const double correlation = largestCorrelation(normal, inverse.GetData(), equations.n);
+    if (correlation > kHarmlessCorrelation)
+        return refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData());
+    return !isCancelled(equations, normal, inverse.GetData(), Bcor.GetData()) ||
+           refineSolution(equations, normal, inverse.GetData(), Bcor.GetData());
 }
 
 // ---- Single steps ----

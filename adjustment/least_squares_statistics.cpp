@@ -68,11 +68,10 @@ int CLeastSq::CalVarianceOfEstimate() {
 
 int CLeastSq::CalVarianceOfObservation() {
     return zeroIfOutOfMemory([&] {
-        Var.SetSize(ObeqSize);
-        if (!hasUnknowns() || !hasEquations(ObeqSize)) {
-            InitParameter(Var, 0.0);
+        const bool computable = hasEquations(ObeqSize) && (parameterNumber == 0 || hasUnknowns());
+        Var.SetSize(computable ? ObeqSize : 0);
+        if (!computable)
             return 1;
-        }
         const int n = parameterNumber;
         const std::ptrdiff_t length = n + 1;
         CArray<double, double> products;  // a_k C

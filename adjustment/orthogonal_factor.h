@@ -8,7 +8,7 @@
 namespace fieldscan {
 
 // `factor` becomes the upper triangle U of sqrt(P) A = Q U (Householder), its diagonal positive; the rest of
-// it is left. False when the equations do not determine the unknowns: fewer
+// it is left. No weight may be negative. False when the equations do not determine the unknowns: fewer
 // equations than unknowns, or a diagonal of U at or below max(1e-13, 16 m eps) times the length of its
 // column.
 bool orthogonalFactor(const Equations& equations, double* factor);

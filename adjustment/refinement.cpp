@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <numeric>
-#include <utility>
 #include <vector>
 
 #include "adjustment/double_double.h"
@@ -15,17 +15,7 @@ namespace fieldscan {
 namespace {
 
 using Vector = std::vector<double>;
-
-// A vector of double-doubles.
-struct PairedVector {
-    explicit PairedVector(std::size_t size) : hi(size, 0.0), lo(size, 0.0) {}
-    DoubleDouble operator[](std::size_t i) const { return {hi[i], lo[i]}; }
-    void set(std::size_t i, DoubleDouble value) {
-        hi[i] = value.hi;
-        lo[i] = value.lo;
-    }
-    Vector hi, lo;
-};
+using ExactVector = std::vector<DoubleDouble>;
 
 std::size_t count(int n) { return static_cast<std::size_t>(n); }
 
@@ -44,15 +34,15 @@ void addMultiple(double a, const double* row, int begin, int end, double* __rest
 Vector exactlyInverted(const Vector& factor, int n) {
     const std::size_t length = count(n) + 1;
     Vector inverted(factor.size(), 0.0);
-    PairedVector column(count(n));
+    ExactVector column(count(n));
     for (int j = 0; j < n; ++j) {
         for (int i = j; i >= 0; --i) {
             const double* u = factor.data() + count(i) * length;
             DoubleDouble sum{i == j ? 1.0 : 0.0, 0.0};
             for (int k = i + 1; k <= j; ++k)
                 sum = sum + column[count(k)] * -u[k];
-            column.set(count(i), sum / u[i]);
-            inverted[count(i) * length + count(j)] = column.hi[count(i)];
+            column[count(i)] = sum / u[i];
+            inverted[count(i) * length + count(j)] = column[count(i)].hi;
         }
     }
     return inverted;
@@ -127,9 +117,9 @@ Vector rootOfCofactors(const Equations& equations, Vector factor, bool exactly) 
 }
 
 // A^T P (l - A x), rounded to double.
-Vector misclosure(const Equations& equations, const PairedVector& x) {
+Vector misclosure(const Equations& equations, const ExactVector& x) {
     const int n = equations.n;
-    PairedVector sums(count(n));
+    ExactVector sums(count(n), DoubleDouble{0.0, 0.0});
     const double* a = equations.rows;
     for (int k = 0; k < equations.m; ++k, a += n + 1) {
         DoubleDouble residual{a[n], 0.0};
@@ -137,9 +127,12 @@ Vector misclosure(const Equations& equations, const PairedVector& x) {
             residual = residual + x[count(i)] * -a[i];
         residual = residual * equations.weights[k];
         for (int i = 0; i < n; ++i)
-            sums.set(count(i), sums[count(i)] + residual * a[i]);
+            sums[count(i)] = sums[count(i)] + residual * a[i];
     }
-    return sums.hi;
+    Vector rounded;
+    for (const DoubleDouble& sum : sums)
+        rounded.push_back(sum.hi);
+    return rounded;
 }
 
 // Z Z^T vector.
@@ -163,42 +156,57 @@ Vector timesSymmetric(const double* matrix, int n, const Vector& vector) {
     return result;
 }
 
-// Adds corrections cofactors(A^T P (l - A x)) until they end. They shrink by about the same factor each, as
-// measured by |A correction|, the change of the adjusted observations; the single unknowns need not. One that
-// would change the observations by less than kFinal of them is not made. Where corrections no longer halve,
-// they must have come below kAccepted. An unknown too small to change the observations by kFinal of them is
-// 0.
+// The largest of the observations and of what an unknown amounts to in them: the rounding of residuals is a
+// part of it.
+double scaleOf(const Equations& equations, const double* normal, const ExactVector& x) {
+    double scale = std::sqrt(squaredLength(equations));
+    for (int i = 0; i < equations.n; ++i)
+        scale = std::max(scale, std::fabs(x[count(i)].hi) * std::sqrt(normal[i * (equations.n + 1) + i]));
+    return scale;
+}
+
+// Adds corrections cofactors(A^T P (l - A x)) until they end, as measured by |A correction|, the change of
+// the adjusted observations: as a rule each is smaller than the one before by the condition of A times a
+// rounding step. The single unknowns need not shrink, and a single step tells little about the others, since
+// it may be dominated by what is solved almost exactly. The end is kFinal of the scale, or below kRounding of
+// it, where the rounding of the double-double residuals begins to show, a step that does not halve the last
+// one.
+//
+// An unknown that can neither change the observations by as much nor be told from the last correction is 0:
+// else one whose true value is 0 would be left as the rest of a cancellation.
 template <class Cofactors>
-bool improve(const Equations& equations, const double* inverse, Cofactors cofactors, double* solution) {
-    constexpr double kFinal = 7.9e-31;   // 2^-100
-    constexpr double kAccepted = 9e-16;  // 2^-50
+bool improve(const Equations& equations, const double* normal, const double* inverse, Cofactors cofactors,
+             double* solution) {
+    constexpr double kFinal = 0x1p-100;
+    constexpr double kRounding = 0x1p-80;
+    constexpr double kUncertain = 64.0;  // corrections
+    constexpr int kMostSteps = 30;
     const int n = equations.n;
-    const double observations = std::sqrt(squaredLength(equations));
-    PairedVector x(count(n));
-    std::copy(solution, solution + n, x.hi.begin());
-    double last = observations, left = kFinal * observations;
-    for (bool first = true, ended = false; !ended; first = false) {
+    ExactVector x;
+    for (int i = 0; i < n; ++i)
+        x.push_back({solution[i], 0.0});
+    Vector correction;
+    double change = std::numeric_limits<double>::infinity(), final = 0.0;
+    bool ended = false;
+    for (int step = 0; step < kMostSteps && !ended; ++step) {
         const Vector sums = misclosure(equations, x);
-        const Vector correction = cofactors(sums);
-        const double change =
+        correction = cofactors(sums);
+        const double last = change;
+        change =
             std::sqrt(std::fabs(std::inner_product(correction.begin(), correction.end(), sums.begin(), 0.0)));
-        if (!std::isfinite(change))
-            return false;
-        if (first || change <= 0.5 * last) {
-            for (int i = 0; i < n; ++i)
-                x.set(count(i), x[count(i)] + DoubleDouble{correction[count(i)], 0.0});
-            ended = change == 0.0 || change * (change / last) <= left;
-        } else if (change <= kAccepted * observations) {
-            left = change;
-            ended = true;
-        } else {
-            return false;
-        }
-        last = change;
+        for (int i = 0; i < n; ++i)
+            x[count(i)] = x[count(i)] + DoubleDouble{correction[count(i)], 0.0};
+        const double scale = scaleOf(equations, normal, x);
+        final = kFinal * scale;
+        ended = change <= final || (change <= kRounding * scale && change > 0.5 * last);
     }
+    if (!ended || !std::isfinite(final))
+        return false;
     for (int i = 0; i < n; ++i) {
-        const double uncertain = left * std::sqrt(inverse[i * (n + 1) + i]);
-        solution[i] = std::fabs(x.hi[count(i)]) <= uncertain ? 0.0 : x.hi[count(i)];
+        const double value = x[count(i)].hi;
+        const double negligible = std::max(change, final) * std::sqrt(inverse[i * (n + 1) + i]);
+        const double uncertain = kUncertain * std::fabs(correction[count(i)]);
+        solution[i] = std::fabs(value) <= std::min(negligible, uncertain) ? 0.0 : value;
     }
     return true;
 }
@@ -220,22 +228,28 @@ bool refine(const Equations& equations, const double* normal, double tolerance, 
     constexpr double kMild = 1e4;        // B in double then errs by about 1e-14
     constexpr double kSafePivot = 1e-7;  // of its diagonal
     const int n = equations.n;
-    Vector factor(count(n) * (count(n) + 1));
-    if (choleskyFactor(normal, n, tolerance, factor.data()) <= kSafePivot &&
-        !orthogonalFactor(equations, factor.data()))
-        return false;
-    const Vector root = rootOfCofactors(equations, std::move(factor), !(correlation <= kMild));
+    const bool exactly = !(correlation <= kMild);
+    // Without a square root there are no weighted equations: N's own triangle has to do.
+    const bool rootless = std::any_of(equations.weights, equations.weights + equations.m,
+                                      [](double weight) { return weight < 0.0; });
+    Vector factor(count(n) * (count(n) + 1)), root;
+    if (choleskyFactor(normal, n, tolerance, factor.data()) > (rootless ? 0.0 : kSafePivot))
+        root = rootOfCofactors(equations, factor, exactly);
+    if (root.empty() && !rootless && orthogonalFactor(equations, factor.data()))
+        root = rootOfCofactors(equations, factor, exactly);
     if (root.empty())
         return false;
     multiplyByTranspose(root.data(), n, inverse);
     return improve(
-        equations, inverse, [&](const Vector& sums) { return timesRoots(root, n, sums); }, solution);
+        equations, normal, inverse, [&](const Vector& sums) { return timesRoots(root, n, sums); }, solution);
 }
 
-bool refineSolution(const Equations& equations, const double* inverse, double* solution) {
+bool refineSolution(const Equations& equations, const double* normal, const double* inverse,
+                    double* solution) {
     const int n = equations.n;
     return improve(
-        equations, inverse, [&](const Vector& sums) { return timesSymmetric(inverse, n, sums); }, solution);
+        equations, normal, inverse, [&](const Vector& sums) { return timesSymmetric(inverse, n, sums); },
+        solution);
 }
 
 }  // namespace fieldscan

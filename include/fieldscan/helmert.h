@@ -28,7 +28,8 @@ public:
     int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
 
     // Adjusts the parameters and computes the residuals. Returns 1; 0 with fewer than 2 pairs, or when the
-    // source points coincide (CLeastSq::Solve tells), and parameters and residuals are then as before.
+    // source points coincide or a coordinate is not finite (CLeastSq::Solve tells), and parameters and
+    // residuals are then as before.
     int CalPara();
 
     // Transforms in.x, in.y to out.x, out.y: from source to target, or back when `forward` is 0. Nothing else

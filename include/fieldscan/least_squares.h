@@ -53,7 +53,7 @@ public:
     int SetObeq(int column, double value);
     void IncrementColumn();          // skips an equation: its row stays as it was
     int SetWeight(double w);         // of the current equation. Returns 1; 0 when none has been begun
-    int SetWeight(int i, double w);  // of equation i. Returns 1
+    int SetWeight(int i, double w);  // of equation i. Returns 1, also where there is no such row
     // Element (i, j) of the normal equations, j = n the right-hand side, which is stored as Bcor(i) too. The
     // solvers read j >= i alone.
     void SetNoeq(int i, int j, double v);
@@ -81,22 +81,28 @@ public:
     // ---- Solving ----
     //
     // Success leaves x in Bcor and N^-1 (symmetric, row stride n + 1, the last column 0) in the inverse. Noeq
-    // keeps the normal equations. Failure - a singular system, no unknowns, a number that is not finite -
-    // leaves NaN in both, so that nothing looks right.
+    // keeps the normal equations. Failure - a singular system, a number that is not finite - leaves NaN in
+    // both, so that nothing looks right; without unknowns, or when forming fails, nothing changes.
     //
     // How exact: let g = max N_ii (N^-1)_ii, which tells how many times the correlations enlarge a cofactor.
     // Up to 64 the solver's own cofactors stand, and so do its unknowns unless the observations cancel in
     // one: what they would let it be, sqrt(l^T P l (N^-1)_ii), exceeds 256 times its value and its standard
-    // deviation. Otherwise both are refined, provided N was formed from the equations held here: unknowns by
-    // residuals of the equations in double-double arithmetic, cofactors by orthonormal equations, until they
-    // are as exact as the equations as stored determine them. A Householder triangle of the weighted
-    // equations takes the place of N where a pivot of N falls below 1e-7 of its diagonal.
+    // deviation. They have lost two or three digits then, and what forming in order lost (at most m eps).
+    // Otherwise the unknowns are refined, and above g = 64 the cofactors too: residuals of the equations in
+    // double-double arithmetic, orthonormal equations, a Householder triangle of the weighted equations where
+    // a pivot of N is at most 1e-7 of its diagonal. Both are then exact to the last digits that the equations
+    // as stored determine.
     //
-    // What is singular: a diagonal of N at or below `tolerance` or not finite. From the equations: a
-    // Householder diagonal |r_kk| <= max(1e-13, 16 m eps) times the length of its weighted column, or a
-    // refinement that does not converge; a negative weight, which has no square root, where Householder is
-    // called for. Without equations (SetNoeq): a pivot <= max(tolerance, 64 n eps N_kk). eps = 2^-52. So
-    // coincident points are refused at any coordinates and points a centimetre apart are not at millions.
+    // That takes the equations behind N: SetObeq, SetWeight, SetNoeq, InitParameter and Create end it until
+    // the next forming, and so does nothing else; whoever writes into Obeq, Weight or Noeq directly forms
+    // again, or calls SetNoeq. Observations and weights beyond 1e+-140 are refused or lose digits.
+    //
+    // What is singular: a diagonal of N at or below `tolerance`. From the equations: fewer than unknowns; a
+    // Householder diagonal |r_kk| <= max(1e-13, 16 m eps) times the length of its weighted column; a
+    // refinement that does not converge. Without equations: a pivot <= max(tolerance, 64 n eps N_kk).
+    // eps = 2^-52. So coincident points are refused at any coordinates, and ten thousand pairs of points a
+    // centimetre apart are not at millions. An equation with a negative weight, which takes another one out,
+    // has no root: the triangle is then that of N, and cofactors are only as good as N.
 
     int Solve();            // LessquFast(m, n), NewChores; both timed
     int PISolve();          // Lessqu(m, n), PIChores; both timed
@@ -105,7 +111,8 @@ public:
 
     // Forms the normal equations: Noeq(i, j) is 0.0, then for each equation k in order grows by
     // (Obeq(k, j) Obeq(k, i)) Weight(k). Column n is A^T P l. `m`: the first m equations; n: all unknowns.
-    // Both give the same bits. Returns 1; 0 when there are no n unknowns or no m equations.
+    // Both give the same bits. Returns 1; 0 when n is not the number of unknowns or there are fewer than m
+    // equations.
     int Lessqu(int m, int n);
     int LessquFast(int m, int n);
 
@@ -116,7 +123,7 @@ public:
     // Single steps of NewChores, all on the work array. No refinement; without the step before, the results
     // mean nothing. Each returns 1; 0 when there are no unknowns.
     int LUDivid();                // work = U | b with U^T U = N. 0 for a singular N too
-    int ForwardSubstiotution();   // b becomes y: U^T y = b
+    int ForwardSubstiotution();   // b becomes y: U^T y = b; Bcor = y
     int BackwardSubstiotution();  // Bcor = x: U x = y
     int CalLInverse();            // U becomes U^-1, in place
     int CalNoeqInverse();         // inverse = U^-1 U^-T
@@ -183,6 +190,7 @@ public:
 private:
     int resize(int m, int n, int varSize);
     void clear();
+    int addEquations(int size);
     bool hasUnknowns() const;
     bool hasEquations(int m) const;
     bool hasResiduals() const;
@@ -191,6 +199,7 @@ private:
     int redundancyOrSize() const;
     int timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver)());
     int solveBy(bool (CLeastSq::*method)());
+    bool solveAndRefine(bool (CLeastSq::*method)());
     bool solveByCholesky();
     bool solveByLdl();
     bool solveBySweeping();

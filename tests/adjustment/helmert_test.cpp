@@ -137,6 +137,19 @@ TEST(Helmert, KeepsTwelveDigitsAtNationalGridCoordinates) {
     EXPECT_NEAR(helmert.parameters[1], 1.6, 1.6e-12);
 }
 
+// The first correction of the parameters is all but exact and tells nothing about the next ones.
+TEST(Helmert, RefinesUntilCorrectionsEnd) {
+    Points first, second;
+    add(first, "A", 4058462.1930, 5291878.7750);
+    add(first, "B", 4058462.1900, 5291878.7780);
+    add(second, "A", 4058461.993, 5291878.008);
+    add(second, "B", 4058461.990, 5291878.011);
+    CHelmert helmert;
+    helmert.SetPoints(first, second);
+    ASSERT_EQ(helmert.CalPara(), 1);
+    EXPECT_NEAR(helmert.parameters[3], 0.0413180001, 6e-11);
+}
+
 TEST(PlaneAffine, BothWays) {
     CPlaneAffine affine;
     EXPECT_EQ(fitted(affine, 2, 0, 0, 1, [](double x, double y) { return CXYZ(x, y, 0); }), 0);
