@@ -220,8 +220,9 @@ double CLeastSq::GetCovar(int i, int j) const {
 int CLeastSq::time(unsigned long* ms) const {
     const CalendarTime now = calendarTime(system::fileTimeNow(), 0);
     const int hour = now.field[3], minute = now.field[4], second = now.field[5], millisecond = now.field[6];
+    const int sum = (((hour + 9) * 60 + minute) * 60 + second) * 1000 + millisecond;
     if (ms)
-        *ms = static_cast<unsigned long>((((hour + 9) * 60 + minute) * 60 + second) * 1000 + millisecond);
+        *ms = static_cast<unsigned long>(sum);
     return 1;
 }
 

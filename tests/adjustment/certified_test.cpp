@@ -36,6 +36,15 @@ std::map<std::string, double> sharedFigures(const std::string& name) {
 
 DoubleDouble operator*(DoubleDouble a, DoubleDouble b) { return a * b.hi + a * b.lo; }
 
+// Indexed as the engine is.
+template <class T>
+class List : public std::vector<T> {
+public:
+    using std::vector<T>::vector;
+    T& operator[](int i) { return this->at(static_cast<std::size_t>(i)); }
+    const T& operator[](int i) const { return this->at(static_cast<std::size_t>(i)); }
+};
+
 DoubleDouble exact(double value) { return {value, 0.0}; }
 
 // A decimal number, where double would round it.
@@ -65,8 +74,8 @@ struct Certified {
 
 class CertifiedTest : public testing::TestWithParam<Certified> {
 protected:
-    std::vector<std::vector<DoubleDouble>> design;  // the observation last; columns are given as doubles
-    std::vector<std::vector<DoubleDouble>> toX;     // b = toX c, c the unknowns in z
+    List<List<DoubleDouble>> design;  // the observation last; columns are given as doubles
+    List<List<DoubleDouble>> toX;     // b = toX c, c the unknowns in z
 
     void SetUp() override {
         const Certified& problem = GetParam();
@@ -78,7 +87,7 @@ protected:
             GTEST_SKIP() << kNoSharedData;
         const int n = problem.unknowns;
         for (const auto& cells : table) {
-            std::vector<DoubleDouble> row;
+            List<DoubleDouble> row;
             if (problem.kind == Certified::polynomial) {
                 const DoubleDouble z = decimal(problem.h) * (decimal(cells[1]) + exact(-problem.x0));
                 row.push_back(problem.firstPower ? z : exact(1.0));
@@ -94,7 +103,7 @@ protected:
             design.push_back(row);
         }
         // (h (x - x0))^j by repeated multiplication: column j from column j - 1.
-        toX.assign(n, std::vector<DoubleDouble>(n, exact(0.0)));
+        toX.assign(static_cast<std::size_t>(n), List<DoubleDouble>(static_cast<std::size_t>(n), exact(0.0)));
         for (int j = 0; j < n; ++j) {
             toX[j][j] = exact(1.0);
             if (problem.x0 == 0.0 || j == 0)
@@ -114,7 +123,7 @@ TEST_P(CertifiedTest, ThirteenDigits) {
     auto expected = sharedFigures(std::string("nist/") + problem.name + "_expected.csv");
     for (const auto& solver : kSolvers) {
         CLeastSq adjustment(static_cast<int>(design.size()), n);
-        std::vector<DoubleDouble> unknowns(n, exact(0.0));
+        List<DoubleDouble> unknowns(static_cast<std::size_t>(n), exact(0.0));
         for (int pass = 1; pass <= 2; ++pass) {
             adjustment.InitObeq();
             for (const auto& row : design) {
@@ -176,14 +185,14 @@ TEST(LeastSquares, NetworksOfAnotherAdjustmentProgram) {
         for (const auto& cells : sharedTable(folder + "system_rows.csv"))
             network.Obeq[std::stoi(cells[0]) * (n + 1) + std::stoi(cells[1])] = std::stod(cells[2]);
         for (int k = 0; k < m; ++k)
-            network.SetWeight(k, std::stod(weights[k][1]));
+            network.SetWeight(k, std::stod(weights[static_cast<std::size_t>(k)][1]));
         const auto figures = sharedFigures(folder + "system_figures.csv");
         for (const auto& solver : kSolvers) {
             ASSERT_EQ((network.*solver.solve)(), 1) << name;
             for (int i = 0; i < n; ++i) {
-                EXPECT_GT(digits(network.GetBcor(i), std::stod(expected[i][2])), 9.0)
-                    << name << solver.name << i;
-                EXPECT_GT(digits(network.GetCovar(i, i), std::stod(expected[i][3])), 12.0)
+                const auto& cells = expected[static_cast<std::size_t>(i)];
+                EXPECT_GT(digits(network.GetBcor(i), std::stod(cells[2])), 9.0) << name << solver.name << i;
+                EXPECT_GT(digits(network.GetCovar(i, i), std::stod(cells[3])), 12.0)
                     << name << solver.name << i;
             }
             EXPECT_GT(digits(network.CalSigma2(), figures.at("sigma2_weighted_pvv_over_f")), 13.0);
