@@ -70,7 +70,7 @@ TEST(Helmert, ParametersAndResiduals) {
     Points first, second;
     const double dx[] = {-3, 1, 1, 1};
     for (int i = 0; i < 4; ++i) {
-        add(second, std::to_string(i), i / 2 * 100, i % 2 * 100);
+        add(second, std::to_string(i), i < 2 ? 0 : 100, i % 2 * 100);
         add(first, std::to_string(i), second[i].y * 2 + 10 - dx[i], -second[i].x * 2 + 20);
     }
     ASSERT_EQ(helmert.SetPoints(first, second), 4);

@@ -40,7 +40,8 @@ double searched(const CDist& dist, double x, double y, double& u, double& v, dou
     for (int pass = 0; pass < 100 && !(e <= tol * tol) && e < before; ++pass) {
         const double u0 = u, v0 = v, s = std::sqrt(before = e), h = s * 0.5;
         for (int k = 0; k < 25 && !(e <= tol * tol); ++k) {
-            const double b = v0 - s + (k / 5) * h, a = u0 - s + (k % 5) * h, there = squared(a, b);
+            const int row = k / 5;
+            const double b = v0 - s + row * h, a = u0 - s + (k % 5) * h, there = squared(a, b);
             if (there < e)
                 e = there, u = a, v = b;
         }

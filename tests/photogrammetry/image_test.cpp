@@ -62,9 +62,10 @@ TEST(Image, ConvertsWithoutMarks) {
     image.phc.Add(point);
     image.imc.Add(point);
     image.Init();
-    EXPECT_EQ(image.markImc.GetSize() + image.imc.GetSize() + image.phc.GetSize() + image.word1 + image.word2,
+    EXPECT_EQ(image.markImc.GetSize() + image.imc.GetSize() + image.phc.GetSize() + image.word1 +
+                  image.word2 + image.innOri,
               0);
-    EXPECT_EQ(image.center.Len() + image.wpk.omega + image.innOri + image.width + image.camera.pp.x, 0);
+    EXPECT_EQ(image.center.Len() + image.wpk.omega + image.camera.pp.x, 0);
     EXPECT_EQ(image.rot.m[0][0] + image.res.y, 2);
 }
 
