@@ -3,9 +3,9 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 
 #include "files/point_lines.h"
+#include "files/value_lines.h"
 #include "photogrammetry/mark_names.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
@@ -22,37 +22,13 @@ bool namesFile(const CString& path) {
     return EditFileName(path, fileTitle) == 1;
 }
 
-void appendReal(LineWriter& lines, double value, std::string_view comment) {
-    appendFixed(lines.text(), value, 6);
-    lines.text() += comment;
-    lines.endLine();
-}
-
-void appendCount(LineWriter& lines, int value, std::string_view comment) {
-    appendInt(lines.text(), value);
-    lines.text() += comment;
-    lines.endLine();
-}
-
-// The value at the start of the next line; text that is none leaves it as it was. False when the line is
-// missing or blank.
-bool readReal(CFile& file, double& value) {
-    std::string line;
-    return readLine(file, line) && Scanner(line).scanDouble(value) != Scanner::Result::endOfInput;
-}
-
-bool readCount(CFile& file, int& value) {
-    std::string line;
-    return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
-}
-
 bool readModel(CFile& file, CDist& dist) {
     int model = DIST_NONE;
-    if (!readCount(file, model))
+    if (!readInteger(file, model))
         return false;
     dist.SetDistModel(static_cast<DIST_MODEL>(model));
     int count = 0;
-    if (!readCount(file, count))
+    if (!readInteger(file, count))
         return false;
     double beyond = 0.0;
     for (int i = 0; i < count; ++i)
@@ -63,7 +39,7 @@ bool readModel(CFile& file, CDist& dist) {
 
 bool readMarks(CFile& file, CCamera& camera) {
     int count = 0;
-    if (!readCount(file, count))
+    if (!readInteger(file, count))
         return false;
     const unsigned int codePage = system::ansiCodePage();
     while (camera.marks.GetSize() < count) {
@@ -81,7 +57,7 @@ bool readMarks(CFile& file, CCamera& camera) {
 // The table may be missing, which is no failure: Write leaves none.
 void readDistortionTable(CFile& file, CDist& dist) {
     int count = 0;
-    if (!readCount(file, count))
+    if (!readInteger(file, count))
         return;
     std::string line;
     for (int i = 0; i < count && readLine(file, line); ++i) {
@@ -106,10 +82,10 @@ int CCamera::Write(CString path) const {
         appendReal(lines, focal, "\t\t\t// focul length [mm]");
         appendReal(lines, pp.x, "\t\t\t// x of principal point [m]");
         appendReal(lines, pp.y, "\t\t\t// y of principal point [m]");
-        appendCount(lines, dist.model, "\t\t\t\t\t// distortion model");
+        appendInteger(lines, dist.model, "\t\t\t\t\t// distortion model");
         // The application may have set any number; the file tells how many lines follow.
         const int parameters = std::clamp(dist.GetNumPara(), 0, kParameters);
-        appendCount(lines, parameters, "\t\t\t\t\t// number of distortion parameters");
+        appendInteger(lines, parameters, "\t\t\t\t\t// number of distortion parameters");
         for (int i = 0; i < parameters; ++i) {
             appendExponent(text, dist.para[i]);
             text += "\t\t// distortion parameter ";
@@ -118,7 +94,7 @@ int CCamera::Write(CString path) const {
         }
         appendReal(lines, res.x, "\t\t\t// x resolution [mm/pixel]");
         appendReal(lines, res.y, "\t\t\t// y resolution [mm/pixel]");
-        appendCount(lines, marks.GetSize(), "\t\t\t\t\t// number of fiducial marks");
+        appendInteger(lines, marks.GetSize(), "\t\t\t\t\t// number of fiducial marks");
         for (int i = 0; i < marks.GetSize(); ++i) {
             lines.append(markName(*this, i));
             text += '\t';

@@ -1,5 +1,6 @@
 #include "measurement.h"
 
+#include <fieldscan/panorama_files.h>
 #include <fieldscan/point_files.h>
 
 #include <cmath>
@@ -92,14 +93,19 @@ void readImagePoints(const fs::path& path, Measurement& m) {
 
 void readOrientation(const fs::path& path, Measurement& m) {
     const char expected[] = "the projection centre in metres, then \"name,omega,phi,kappa\" in degrees";
-    CArray<CXYZ, CXYZ&> lines;
-    readPoints(path, lines, expected);
-    if (lines.GetSize() != 2)
-        fail(path, "an orientation has two lines, this file has " + std::to_string(lines.GetSize()) +
-                       "; expected are \"name,x,y,z\", " + expected);
-    m.image.center = lines[0];
-    m.image.wpk.SetWPK(lines[1].x * kRadiansPerDegree, lines[1].y * kRadiansPerDegree,
-                       lines[1].z * kRadiansPerDegree);
+    CXYZ& center = m.image.center;
+    CXYZ angles;
+    if (ReadExtFile(libraryPath(path), center.x, center.y, center.z, angles.x, angles.y, angles.z) != 1) {
+        CArray<CXYZ, CXYZ&> lines;
+        readPoints(path, lines, expected);
+        if (lines.GetSize() != 2)
+            fail(path, "an orientation has two lines, this file has " + std::to_string(lines.GetSize()) +
+                           "; expected are \"name,x,y,z\", " + expected);
+        center = lines[0];
+        angles = lines[1];
+    }
+    m.image.wpk.SetWPK(angles.x * kRadiansPerDegree, angles.y * kRadiansPerDegree,
+                       angles.z * kRadiansPerDegree);
 }
 
 void measurePhoto(Measurement& m) {

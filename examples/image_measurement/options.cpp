@@ -16,8 +16,9 @@ const char kUsage[] =
     "                  is that mark\n"
     "  object points   lines \"name,x,y,z\" in metres: x east, y north, z up. Those that are\n"
     "                  measured too are control points, the others new points\n"
-    "  orientation     two lines: \"name,x,y,z\", the projection centre, and\n"
-    "                  \"name,omega,phi,kappa\" in degrees, kappa being the first rotation\n"
+    "  orientation     an exterior orientation file, or two lines: \"name,x,y,z\", the\n"
+    "                  projection centre, and \"name,omega,phi,kappa\" in degrees; kappa is\n"
+    "                  the first rotation\n"
     "\n"
     "  --out DIR       the folder for what is written (out)\n"
     "  --help          this text\n";

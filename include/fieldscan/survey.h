@@ -132,6 +132,17 @@ public:
     // elevations of its two edges are misjudged. An outline whose horizontal angles were once taken through
     // radians, x = x * 0.017453292519943295 * 57.29577951308232, is free of it: docs/oddities.md.
     static int IsPolyInside(const CPolyline& outline, double h, double v);
+
+    // ---- Names of files ----
+
+    // 1 when a file or folder of the card may have this name (no path), as FAT keeps long names, else 0. It
+    // may not
+    //   - be empty or longer than 255 units
+    //   - hold one of \ / : * ? " < > | or a control character below 20 hexadecimal
+    //   - end with a blank or a point
+    //   - be a device's: CON, PRN, AUX, NUL, COM1 to COM9, LPT1 to LPT9, in letters of any case, also with
+    //     an extension ("nul.txt", "COM1.a.b", "CON .txt")
+    static int ChkFileFolderName(CString name);
 };
 
 #endif

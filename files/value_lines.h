@@ -1,0 +1,58 @@
+// Lines that hold one value and a comment that names it: "0.007400\t\t\t// x resolution [mm/pixel]".
+#ifndef FIELDSCAN_FILES_VALUE_LINES_H
+#define FIELDSCAN_FILES_VALUE_LINES_H
+
+#include <fieldscan/framework/file.h>
+
+#include <string>
+#include <string_view>
+
+#include "platform/framework/line_text.h"
+#include "platform/framework/number_text.h"
+
+namespace fieldscan {
+
+// `comment` is all that stands between the value and the line feed, from its first tab on. Reals have six
+// decimals.
+inline void appendReal(LineWriter& lines, double value, std::string_view comment) {
+    appendFixed(lines.text(), value, 6);
+    lines.text() += comment;
+    lines.endLine();
+}
+
+inline void appendInteger(LineWriter& lines, int value, std::string_view comment) {
+    appendInt(lines.text(), value);
+    lines.text() += comment;
+    lines.endLine();
+}
+
+// The value at the start of the next line; text that is none leaves it as it was. False when the line is
+// missing or blank.
+inline bool readReal(CFile& file, double& value) {
+    std::string line;
+    return readLine(file, line) && Scanner(line).scanDouble(value) != Scanner::Result::endOfInput;
+}
+
+inline bool readInteger(CFile& file, int& value) {
+    std::string line;
+    return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
+}
+
+// Makes or empties the file, lets `write` fill lines, closes it: 1, or 0 when a step fails. `path` is what a
+// CString is made of.
+template <class Path, class Write>
+int writeNewFile(const Path& path, Write write) {
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite))
+            return 0;
+        LineWriter lines(file);
+        write(lines);
+        const bool written = lines.finish();
+        return file.Close() && written ? 1 : 0;
+    });
+}
+
+}  // namespace fieldscan
+
+#endif

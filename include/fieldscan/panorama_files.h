@@ -1,0 +1,33 @@
+// Panorama information and exterior orientation files, which go along with images. Formats:
+// docs/file_formats.md.
+#ifndef FIELDSCAN_PANORAMA_FILES_H
+#define FIELDSCAN_PANORAMA_FILES_H
+
+#include <fieldscan/export.h>
+
+// Text files of a version line and a value a line. Angles are degrees; the panorama functions take vertical
+// before horizontal. All functions return 1 for success and 0 for failure; nothing is shown and nothing is
+// thrown. A null path counts as an empty one, which fails.
+//
+// Writers make or replace the file, with six decimals. They return 0 when it cannot be opened, and also when
+// writing or closing fails; the file may then hold a part.
+//
+// Readers return 0 when the file cannot be opened, when its first line, trimmed at both ends, is not exactly
+// the version line, when a value line is missing or blank, or when the medium fails. Each value is stored as
+// soon as its line is read: on a failure those read so far are new and the others as they were. A line that
+// begins with anything but a number gives the value of the line before it once more, the first one 0.
+
+// Direction of the top-left corner of a stitched panorama, and the angle that one pixel spans.
+FIELDSCAN_API int KVX4NP_WritePanoramaInfo(const unsigned short* path, double vertTopLeft, double horzTopLeft,
+                                           double vertResolution, double horzResolution);
+FIELDSCAN_API int KVX4NP_ReadPanoramaInfo(const unsigned short* path, double& vertTopLeft,
+                                          double& horzTopLeft, double& vertResolution,
+                                          double& horzResolution);
+
+// Exterior orientation of one image: projection centre in metres, attitude in degrees.
+FIELDSCAN_API int WriteExtFile(const unsigned short* path, double x0, double y0, double z0, double omega,
+                               double phi, double kappa);
+FIELDSCAN_API int ReadExtFile(const unsigned short* path, double& x0, double& y0, double& z0, double& omega,
+                              double& phi, double& kappa);
+
+#endif

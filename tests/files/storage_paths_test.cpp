@@ -1,0 +1,36 @@
+// Folders of the storage cards; names that count up.
+#include <fieldscan/storage_paths.h>
+#include <gtest/gtest.h>
+
+#include "tests/temp_folder.h"
+
+namespace {
+
+using StoragePaths = TempFolder;
+
+TEST_F(StoragePaths, AreAskedForUntilTheyAreKnown) {
+    CGetAppPath paths;
+    const std::string key = "[HKEY_LOCAL_MACHINE\\System\\StorageManager\\Profiles\\";
+    const std::string longName(100, 'n');
+    put("registry", key + "PCMCIA]\n\"Name\"=\"x\"\n" + key + "SDMMC]\n\"Folder\"=\"" + longName + "\"\n");
+    setenv("FIELDSCAN_REGISTRY", (folder / "registry").c_str(), 1);
+    EXPECT_TRUE(paths.GetCFCARD2Path().IsEmpty() && paths.cfCard2Path.IsEmpty()) << "no value";
+    EXPECT_EQ(paths.GetSDCARDPath(), CString(longName.c_str()));
+    put("registry", key + "PCMCIA]\n\"Folder\"=\"CF Card\"\n" + key + "SDMMC]\n\"Folder\"=\"new\"\n");
+    EXPECT_EQ(paths.GetCFCARD2Path(), CString(u"CF Card2"));
+    EXPECT_EQ(paths.GetCFCARD1Path() + paths.cfCard1Path, CString(u"CF CardCF Card"));
+    EXPECT_EQ(paths.GetSDCARDPath(), CString(longName.c_str())) << "known, not asked for";
+    EXPECT_EQ(CGetAppPath(paths).GetCFCARD2Path(), CString(u"CF Card2"));
+    EXPECT_EQ(paths.GetExePath(), CString(std::filesystem::read_symlink("/proc/self/exe").c_str()));
+    paths.exePath = u"known";
+    EXPECT_EQ(paths.GetExePath(), CString(u"known"));
+}
+
+TEST(NextName, CountsUp) {
+    CGetAppPath paths;
+    EXPECT_EQ(paths.MakeNextName(u"P009") + paths.MakeNextName(u"999999998"), CString(u"P010999999999"));
+    for (const CString& name : {CString(u"X999999999"), CString(u"A0000000001")})
+        EXPECT_EQ(paths.MakeNextName(name), name);
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+// String utilities; names of files.
+#include <fieldscan/string_utilities.h>
+#include <fieldscan/survey.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/temp_folder.h"
+
+namespace {
+
+using StringUtilities = TempFolder;  // clears the code page
+
+TEST_F(StringUtilities, NamesCount) {
+    const auto counted = [](CString text, int step) {
+        return CString(IncrStr(text, step) ? u"|" : u"|refused ") + text;
+    };
+    EXPECT_EQ(counted(u"P009", 1) + counted(u"P999", 1) + counted(u"99", 901) + counted(u"AB9", 2147483647),
+              CString(u"|P010|P1000|1000|AB2147483656"));
+    EXPECT_EQ(counted(u"A1B07", -7) + counted(u"A1B07", -8) + counted(u"", -1),
+              CString(u"|A1B00|refused A1B07|refused "));
+    EXPECT_EQ(counted(CString('9', 40), 1), CString(u"|1") + CString('0', 40));
+    CString text(u"9");
+    EXPECT_TRUE(StrPlusOne(text) && text == u"10" && StrMinusOne(text) && text == u"09");
+}
+
+TEST_F(StringUtilities, CodesAndItems) {
+    EXPECT_EQ(IsSameCode(u" WALL\t\u3000", u"\u3000WALL") * 10 + IsSameCode(u"WALL", u"Wall"), 10);
+    const char16_t* const items[] = {nullptr, u"a", u"b", u"d", u"", nullptr};
+    for (int i = 0; i < 6; ++i) {
+        CString item = u"a, b\u3000,d,";
+        EXPECT_EQ(CutItemInStr(item, i - 1, item), items[i] ? 1 : 0) << i;
+        EXPECT_EQ(item, CString(items[i])) << i;
+    }
+    CString item;
+    EXPECT_TRUE(CutItemInStr(u"", 0, item) && CutItemInStr(u"a,b;c", 1, item, ';') && item == u"c");
+    EXPECT_TRUE(CStringToInt(u" -12.5x") == -12 && CStringToInt(u"99999999999") == 2147483647);
+}
+
+// The result and the text of `call` in width + 1 bytes, behind which it must not write.
+template <class Call>
+std::string filled(int width, Call call) {
+    std::string bytes(static_cast<std::size_t>(width) + 5, '#');
+    const int result = call(bytes.data());
+    return bytes.substr(bytes.size() - 4) == "####" ? std::to_string(result) + bytes.c_str() : "overrun";
+}
+
+TEST_F(StringUtilities, FieldsHoldWholeCharacters) {
+    const std::string blank932 = "\x81\x40", blank8 = "\xE3\x80\x80";
+    // The text; of a field of the width, its bytes, padded, and the wide text in width + 1 bytes.
+    const struct {
+        const char* page;
+        int width;
+        std::string text, field, padded, narrow;
+    } rows[] = {{"UTF-8", 5, "P1 \t CODE", "2P1", "5P1   ", "5P1 \t "},
+                {"UTF-8", 4, "\xE5\xB2\xB3\xC3\xA9", "3\xE5\xB2\xB3", "4\xE5\xB2\xB3 ", "3\xE5\xB2\xB3"},
+                {"UTF-8", 4, blank8 + "\xC3", "4" + blank8 + "\xC3", "4" + blank8 + "\xC3", "3" + blank8},
+                {"CP932", 3, "\x8A\x78\x8A\x78", "2\x8A\x78", "3\x8A\x78 ", "2\x8A\x78"},
+                {"CP932", 4, "\xB1" + blank932, "1\xB1", "4\xB1   ", "3\xB1" + blank932},
+                {"CP1252", 2, "\xE9\x8A\x78", "2\xE9\x8A", "2\xE9\x8A", "2\xE9\x8A"},
+                {"CP1252", 0, "abc", "0", "0", "0"},
+                {"CP1252", -1, "abc", "0####", "0####", "0####"}};
+    for (const auto& row : rows) {
+        setenv("FIELDSCAN_ANSI_CODEPAGE", row.page, 1);
+        const char* text = row.text.c_str();
+        const int w = row.width;
+        EXPECT_EQ(filled(w, [&](char* out) { return Scopy(out, text, w); }), row.field);
+        EXPECT_EQ(filled(w, [&](char* out) { return ScopyPad(out, text, w); }), row.padded);
+        EXPECT_EQ(filled(w, [&](char* out) { return CStringToChar(text, out, w + 1); }), row.narrow);
+    }
+    EXPECT_EQ(filled(3, [](char* out) { return ScopyPad(out, nullptr, 3); }), "3   ");
+    EXPECT_EQ(Scopy(nullptr, "abc", 3) + ConvUniToAscii(CString(u"a"), nullptr, 9), 0);
+
+    unsigned short wide[8];
+    EXPECT_TRUE(TScopy(wide, CString(u"P \u3000Q"), 3) == 1 && CString(wide) == u"P");
+    EXPECT_TRUE(TScopy(wide, CString(u"a\U0001F600"), 2) == 1 && CString(wide) == u"a") << "half a pair";
+    EXPECT_TRUE(TScopyPad(wide, wide, 3) == 3 && CString(wide) == u"a  ") << "in place";
+}
+
+TEST_F(StringUtilities, DoubleByteCharacters) {
+    EXPECT_EQ(IsDbcsLead(0x81) + IsDbcsTrail(0x40) + IsDbcsTrailAt("\x81\x40", 1), 0) << "UTF-8";
+    setenv("FIELDSCAN_ANSI_CODEPAGE", "CP932", 1);
+    std::string edges, seconds;
+    for (int byte = -1; byte < 256; ++byte) {
+        edges += IsDbcsLead(byte) != IsDbcsLead(byte + 1) ? "L" + std::to_string(byte) : "";
+        edges += IsDbcsTrail(byte) != IsDbcsTrail(byte + 1) ? "T" + std::to_string(byte) : "";
+    }
+    EXPECT_EQ(edges, "T63T126T127L128L159L223L252T252");
+    EXPECT_EQ(IsDbcsLead('\x81') + IsDbcsTrail('\x80') + IsDbcsTrailAt(nullptr, 1), 2);
+    // A second byte in the range of first ones, a first one alone before a blank, half-width, the end.
+    for (int i = -1; i < 10; ++i)
+        seconds += std::to_string(IsDbcsTrailAt("\x83\x83\x83\x5C\x81 \xB1\x83", i));
+    EXPECT_EQ(seconds, "00101000000");
+}
+
+TEST(FileNames, ThatACardTakes) {
+    for (const char16_t* good : {u"JOB 1.csv", u"CONE.txt", u"COM0", u"COM10", u"x.CON"})
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(good), 1) << CString(good)[0];
+    for (const char16_t* bad : {u"", u"a ", u"..", u"con", u"Nul.a.b", u"PRN .x", u"aux", u"lpt9", u"COM1"})
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(bad), 0) << CString(bad)[0];
+    EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString('n', 255)), 1);
+    EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString('n', 256)), 0);
+    for (const char letter : std::string("\\/:*?\"<>|\x1F\0", 11))
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString(u"a") + static_cast<unsigned short>(letter) + u"b"),
+                  0);
+}
+
+}  // namespace
