@@ -1,3 +1,4 @@
+// Panorama information and exterior orientation files.
 #include <fieldscan/panorama_files.h>
 #include <fieldscan/scan_result_files.h>
 

@@ -1,3 +1,4 @@
+// Folders of the storage cards, and names that count up.
 #include <fieldscan/storage_paths.h>
 #include <fieldscan/string_utilities.h>
 
@@ -45,7 +46,7 @@ CString CGetAppPath::GetExePath() {
 
 CString CGetAppPath::MakeNextName(const CString& name) const {
     const int length = name.GetLength();
-    int digits = 0;
+    int digits = 0;  // before the start of the name there is a zero
     while (name[length - digits - 1] >= '0' && name[length - digits - 1] <= '9')
         ++digits;
     CString next = name;

@@ -12,8 +12,8 @@
 
 namespace fieldscan {
 
-// `comment` is all that stands between the value and the line feed, from its first tab on. Reals have six
-// decimals.
+// `comment` is all that stands between the value and the line feed, from its first tab on.
+// Six decimals.
 inline void appendReal(LineWriter& lines, double value, std::string_view comment) {
     appendFixed(lines.text(), value, 6);
     lines.text() += comment;
@@ -39,7 +39,7 @@ inline bool readInteger(CFile& file, int& value) {
 }
 
 // Makes or empties the file, lets `write` fill lines, closes it: 1, or 0 when a step fails. `path` is what a
-// CString is made of.
+// CString converts from.
 template <class Path, class Write>
 int writeNewFile(const Path& path, Write write) {
     return zeroIfOutOfMemory([&] {

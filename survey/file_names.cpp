@@ -12,8 +12,10 @@ constexpr int kLongestName = 255;
 
 bool isDevice(const CString& name) {
     const int point = name.Find('.');
-    // Blanks before the extension do not make another name of it.
-    const CString stem = name.Left(point < 0 ? name.GetLength() : point).TrimRight().MakeUpper();
+    int length = point < 0 ? name.GetLength() : point;
+    while (name[length - 1] == ' ')  // blanks before the extension do not make another name of it
+        --length;
+    const CString stem = name.Left(length).MakeUpper();
     for (const char16_t* device : {u"CON", u"PRN", u"AUX", u"NUL"})
         if (stem == device)
             return true;

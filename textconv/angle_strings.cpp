@@ -14,22 +14,6 @@ namespace {
 
 // ---- Text to angle ----
 
-int angleOf(std::string_view decimal, int dropTenths) {
-    // Unsigned: the product of absurd degrees wraps at 32 bits.
-    unsigned angle = static_cast<unsigned>(parseInt(decimal)) * 36000u;
-    const std::size_t point = decimal.find('.');
-    if (point != std::string_view::npos) {
-        constexpr unsigned kPlaces[] = {6000, 600, 100, 10, 1};  // tens of minutes to tenths of a second
-        const std::string_view digits = leadingDigits(decimal.substr(point + 1), 6);
-        // Tenths go only where a sixth digit follows them: "123.45678" keeps its 8.
-        const std::size_t counted =
-            std::min<std::size_t>(digits.size(), dropTenths && digits.size() == 6 ? 4 : 5);
-        for (std::size_t i = 0; i < counted; ++i)
-            angle += static_cast<unsigned>(digits[i] - '0') * kPlaces[i];
-    }
-    return static_cast<int>(angle);
-}
-
 int instrumentAngleOf(std::string_view text) {
     if (!text.empty() && text[0] == '+')
         text.remove_prefix(1);
@@ -46,9 +30,10 @@ int checkAngle(std::string_view text) {
     if (std::any_of(text.begin(), text.end(), isLetter))
         return -1;
     const std::size_t point = text.find('.');
+    if (point == std::string_view::npos)
+        return 1;
     for (const std::size_t tens : {point + 1, point + 3})
-        if (point != std::string_view::npos && tens < text.size() &&
-            static_cast<unsigned char>(text[tens]) > '5')
+        if (tens < text.size() && static_cast<unsigned char>(text[tens]) > '5')
             return -1;
     return 1;
 }
@@ -80,23 +65,6 @@ struct AngleParts {
 
 // Over the blank next to a single digit of degrees, else over whatever stands first.
 void overprintSign(std::string& text) { text[text[1] == ' ' ? 1 : 0] = '-'; }
-
-std::string displayAngle(int a, int mode) {
-    const Magnitude angle(a, mode);
-    const AngleParts parts(mode == 1 ? (angle.tenths + 5) / 10 * 10 : angle.tenths);
-    std::string text;
-    appendInt(text, parts.degrees, 3);
-    text += static_cast<char>(kDegreeSign);
-    appendInt(text, parts.minutes, 2, true);
-    text += kMinuteMark;
-    appendInt(text, parts.seconds, 2, true);
-    text += kSecondMark;
-    if (mode == 0)
-        appendInt(text, parts.tenth);
-    if (angle.negative)
-        overprintSign(text);
-    return text;
-}
 
 std::string decimalAngle(int a, int mode) {
     const Magnitude angle(a, mode);
@@ -148,6 +116,40 @@ std::string secondsField(int s, int withSign, int withMark) {
 }
 
 }  // namespace
+
+int angleOf(std::string_view decimal, int dropTenths) {
+    // Unsigned: the product of absurd degrees wraps at 32 bits.
+    unsigned angle = static_cast<unsigned>(parseInt(decimal)) * 36000u;
+    const std::size_t point = decimal.find('.');
+    if (point != std::string_view::npos) {
+        constexpr unsigned kPlaces[] = {6000, 600, 100, 10, 1};  // tens of minutes to tenths of a second
+        const std::string_view digits = leadingDigits(decimal.substr(point + 1), 6);
+        // Tenths go only where a sixth digit follows them: "123.45678" keeps its 8.
+        const std::size_t counted =
+            std::min<std::size_t>(digits.size(), dropTenths && digits.size() == 6 ? 4 : 5);
+        for (std::size_t i = 0; i < counted; ++i)
+            angle += static_cast<unsigned>(digits[i] - '0') * kPlaces[i];
+    }
+    return static_cast<int>(angle);
+}
+
+std::string displayAngle(int a, int mode) {
+    const Magnitude angle(a, mode);
+    const AngleParts parts(mode == 1 ? (angle.tenths + 5) / 10 * 10 : angle.tenths);
+    std::string text;
+    appendInt(text, parts.degrees, 3);
+    text += static_cast<char>(kDegreeSign);
+    appendInt(text, parts.minutes, 2, true);
+    text += kMinuteMark;
+    appendInt(text, parts.seconds, 2, true);
+    text += kSecondMark;
+    if (mode == 0)
+        appendInt(text, parts.tenth);
+    if (angle.negative)
+        overprintSign(text);
+    return text;
+}
+
 }  // namespace fieldscan
 
 long CnvAngl(const char* text, int dropTenths) { return angleOf(latin1(text), dropTenths); }

@@ -59,7 +59,9 @@ inline std::string withPoint(std::string_view text, std::size_t whole, std::size
     return decimal.append(text.substr(decimal.size() - 1, decimals));
 }
 
-// The decimal distance of lDistToStr.
+// The angle of a decimal text, CnvAngl; its display text, and the decimal distance of lDistToStr.
+int angleOf(std::string_view decimal, int dropTenths);
+std::string displayAngle(int a, int mode);
 std::string fixedDistance(int d, int mode);
 
 }  // namespace fieldscan

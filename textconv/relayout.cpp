@@ -47,13 +47,16 @@ int TAngleToDecimal(const CString* in, CString* out) {
 }
 
 int TDecimalToAngle(unsigned short* out, const unsigned short* in) {
-    return TCnvAngl(TCnvAngl(in, 1), out, 1);
+    return zeroIfOutOfMemory([&] {
+        writeText(displayAngle(angleOf(latin1(in), 1), 1), out);
+        return 0;
+    });
 }
 
 int TDecimalToAngle(CString* out, const CString* in) {
     return zeroIfOutOfMemory([&] {
         unsigned short display[kBufferCharacters];
-        TDecimalToAngle(display, unitsOf(in));
+        writeText(displayAngle(angleOf(latin1(unitsOf(in)), 1), 1), display);
         if (out)
             *out = display;
         return 0;
@@ -62,20 +65,19 @@ int TDecimalToAngle(CString* out, const CString* in) {
 
 int AnglDecimalToDispStr(const CString& in, CString& out, int mode) {
     return zeroIfOutOfMemory([&] {
-        if (in.IsEmpty())
+        const CString decimal(in.GetString());  // up to its first zero
+        if (decimal.IsEmpty())
             return 0;
         std::string degrees;
-        appendInt(degrees, parseInt(latin1(in.Left(3).GetString())), 3);
-        unsigned short buffer[kBufferCharacters];
-        writeText(degrees, buffer);
-        CString display(buffer);
+        appendInt(degrees, parseInt(latin1(decimal.Left(3).GetString())), 3);
+        CString display(degrees.c_str());
         display += kDegreeSign;
-        display += in.Mid(4, 2);
+        display += decimal.Mid(4, 2);
         display += kMinuteMark;
-        display += in.Mid(6, 2);
+        display += decimal.Mid(6, 2);
         display += kSecondMark;
         if (mode == 0)
-            display += in.Mid(8, 1);
+            display += decimal.Mid(8, 1);
         out = std::move(display);
         return 0;
     });

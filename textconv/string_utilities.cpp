@@ -1,3 +1,4 @@
+// Names that count, codes, items, fields, double-byte characters.
 #include <fieldscan/string_utilities.h>
 
 #include <algorithm>
@@ -81,7 +82,7 @@ int IncrStr(CString& text, int step) {
         CString counted = text;
         long long carry = step;
         int at = text.GetLength();
-        for (; isDigit(text[at - 1]); --at) {
+        for (; isDigit(text[at - 1]); --at) {  // before the start there is a zero
             const long long sum = text[at - 1] - '0' + carry;
             const long long digit = (sum % 10 + 10) % 10;
             counted.SetAt(at - 1, static_cast<unsigned short>('0' + digit));
@@ -141,9 +142,9 @@ int ConvUniToAscii(const unsigned short* text, char* out, int size) {
     return stored;
 }
 
-int CStringToChar(CString text, char* out, int size) { return ConvUniToAscii(text, out, size); }
+int CStringToChar(const CString& text, char* out, int size) { return ConvUniToAscii(text, out, size); }
 
-int CStringToInt(CString text) {
+int CStringToInt(const CString& text) {
     return zeroIfOutOfMemory([&] {
         std::string narrow;
         system::appendAnsi(system::ansiCodePage(), text, text.GetLength(), narrow);

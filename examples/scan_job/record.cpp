@@ -26,15 +26,15 @@ double difference(const CWPK& a, const CWPK& b) {
                     difference(a.kappa * kDegreesPerRadian, b.kappa * kDegreesPerRadian));
 }
 
-// The shot whose part of the area the direction lies in.
+// The shot that the direction lies nearest to.
 const CString& imageOf(const ScanJob& job, const Sight& sight) {
-    const auto cell = [](double part, int cells) {
-        return static_cast<int>(std::clamp(part * cells, 0.0, cells - 1.0));
+    const auto nearest = [](double part, int shots) {
+        return static_cast<int>(std::clamp(part * (shots - 1) + 0.5, 0.0, shots - 1.0));
     };
     const CScanArea& area = job.area;
     const double part = 0.5 + job.fromMiddle(sight.direction) / job.width();
-    const int column = cell(part, area.columnCount);
-    const int row = cell((job.top() - signedElevation(sight.elevation)) / job.height(), area.rowCount);
+    const int column = nearest(part, area.columnCount);
+    const int row = nearest((job.top() - signedElevation(sight.elevation)) / job.height(), area.rowCount);
     return area.imageNames[row * area.columnCount + column];
 }
 

@@ -114,24 +114,14 @@ void measureArea(ScanJob& job) {
         throw std::runtime_error("the outline covers no area: its vertices lie on a line");
 }
 
-// Equal parts of the area, no larger than an image, with a shot at the middle of each. Degrees of horizontal
-// angle grow narrow toward the zenith, so an area high up gets more columns than it needs.
+// A shot at each corner and others between them, so that images overlap a little. Degrees of horizontal angle
+// grow narrow toward the zenith, so an area high up gets more columns than it needs.
 void planShots(ScanJob& job) {
     CScanArea& area = job.area;
-    area.columnCount = static_cast<int>(std::ceil(job.width() / kShotWidth));
-    area.rowCount = static_cast<int>(std::ceil(job.height() / kShotHeight));
-    for (int row = 0; row < area.rowCount; ++row) {
-        for (int column = 0; column < area.columnCount; ++column) {
-            const double h = job.left() + (column + 0.5) * job.width() / area.columnCount;
-            const double elevation = job.top() - (row + 0.5) * job.height() / area.rowCount;
-            CWPK shot((90.0 - elevation) / kDegreesPerRadian, 0.0, h / kDegreesPerRadian);
-            area.NormalizeAngle(shot.kappa);  // beyond the zero direction it begins at 0 again
-            area.shootAngles.Add(shot);
-            const std::string name =
-                "shot_" + std::to_string(row + 1) + "_" + std::to_string(column + 1) + ".jpg";
-            area.imageNames.Add(CString(name.c_str()));
-        }
-    }
+    area.columnCount = static_cast<int>(std::ceil(job.width() / kShotWidth)) + 1;
+    area.rowCount = static_cast<int>(std::ceil(job.height() / kShotHeight)) + 1;
+    if (area.CalShootAng(area.areaAngle1, area.areaAngle2) != 1)
+        throw std::runtime_error("the shots cannot be planned");
     area.CalHVPolyline1();
     check(area);
 }

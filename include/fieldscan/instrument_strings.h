@@ -26,8 +26,8 @@
 //
 // `out` of a pointer type holds at least 32 characters; longer results are cut to 31. `in` and `out` may be
 // the same text. A null input is an empty text unless said otherwise, a null output is not written. Functions
-// that write text return 0, always. Nothing is thrown; when memory runs out an output of class CString stays
-// as it was and an integer read from wide text is 0.
+// that write text return 0, always. Nothing is thrown; when memory runs out an output stays as it was and an
+// integer read from wide text is 0.
 
 // ---- Text to integer; what is malformed is read as far as it goes ----
 
@@ -64,7 +64,7 @@ FIELDSCAN_API long CnvTsDistStr(const unsigned short* text);  // null gives 0
 // Degrees fill three places with blanks: "  5(deg)".
 //   Negative: the '-' is printed over the second character where that is blank (" -5(deg)"), else over the
 //   first ("-12(deg)"): from 100 degrees on it takes the first digit, "-23(deg)" for -123 degrees.
-//   Without tenths, angles above -10 (a whole second) are shown as 0 without a sign.
+//   Without tenths, negative angles above -10 (one second) are shown as 0 without a sign.
 FIELDSCAN_API int CnvAngl(long a, char* out, int mode);
 FIELDSCAN_API int TCnvAngl(long a, unsigned short* out, int mode);
 
@@ -76,7 +76,7 @@ FIELDSCAN_API int TLongToRecDecimal(long v, int isDistance, unsigned short* out,
 
 // Instrument angle; mode 0 "12345067", 1 "1234506", cut off, not rounded; others "12345060". Negative in any
 // mode without tenths and with two places of degrees, "-032545"; from 100 degrees on with three or more. Such
-// a text does not read back as the same angle.
+// a text does not read back as the same angle. Cut off to 0 it is not negative.
 FIELDSCAN_API int CvtAnglStr(long a, char* out, int mode);
 
 // Decimal distance "123.4567"; dropLast cuts one decimal off. A negative distance leaves `out` of the first

@@ -107,6 +107,25 @@ public:
     // changed.
     int InterpolateVertex(double step);
 
+    // ---- Splines ----
+    //
+    // Replace the polyline by a smooth curve through its vertices, `pieces` pieces an edge, the closing edge
+    // of a closed polyline included. Given vertices stay as they are and gain the frame bit; the new ones
+    // have the flags 0x20 and the spline bit, and the polyline's name. Vertices that carry the spline bit
+    // without the frame bit count as new ones of an earlier run and are taken out first, so a second run
+    // smooths the same frame again. Returns 1, and the kind is recorded as SetSplineFlag does; 0 when pieces
+    // < 1, when the frame has fewer than three vertices, neighbours at the same place, or a coordinate that
+    // is not finite, when the vertices would not fit an array or memory runs out, and then nothing has
+    // changed.
+
+    // Kind 6: a cubic in each edge, with the second derivative by the piece's parameter, which runs from 0 to
+    // 1 in every edge, continuous across the vertices. Open: no curvature at the ends; closed: none special.
+    int Spline(int pieces);
+    // Kind 1000: a centripetal Catmull-Rom curve, which follows the frame more closely and does not loop,
+    // also where edges differ much in length; its tangent is continuous. Open: the end edges are continued
+    // straight.
+    int CtmlRomSpline(int pieces);
+
     void Trace();  // a hook for debugging, does nothing
 
     CString name;  // "0" when made
@@ -115,6 +134,19 @@ public:
     int flags;
     int splineFlag;
     double reserved2;  // as reserved1
+
+private:
+    using Coordinates = CArray<double, double>;  // x, y, z of one point behind the other
+    using InnerPoints = void(const Coordinates& frame, bool closed, int pieces, Coordinates& inner);
+
+    int smooth(int pieces, int kind, InnerPoints innerPoints);
+    static void SplineSub(const Coordinates& frame, bool closed, int pieces, Coordinates& inner);
+    static void SplineOpen(const Coordinates& frame, Coordinates& control);
+    static void SplineClose(const Coordinates& frame, Coordinates& control);
+    static void CubicBSpline(const double* control, double t, double* point);
+    static void CtmlRomSub(const Coordinates& frame, bool closed, int pieces, Coordinates& inner);
+    static void CtmlRomOpen(const Coordinates& frame, Coordinates& control);
+    static void CtmlRomClose(const Coordinates& frame, Coordinates& control);
 };
 
 #endif

@@ -47,6 +47,25 @@ public:
     // Brings an angle in radians into [0, 2 pi). Angles of 2^31 turns and more give 0.
     void NormalizeAngle(double& angle) const;
 
+    // ---- The shooting grid ----
+
+    // Plans the shots over the area between two directions: `first` its left, `second` its right end, so the
+    // horizontal angle grows from the first to the second, through zero when that is smaller; which of them
+    // is the upper one does not matter. Shots stand row by row from the top, each row from the left, at equal
+    // steps, the outermost exactly at the corners' angles (normalised); a single column or row stands in the
+    // middle. workTable1 holds the horizontal angles of the columns, workTable2 the zenith angles of the
+    // rows, in radians.
+    //   columnCount, rowCount  kept when both are greater than 0; else set so that neighbours are at most 10
+    //                          degrees apart. A side of no length gets one column or row, coincident corners
+    //                          a single shot.
+    //   imageNames             count on from the last name of the record, before its extension: IMG0012.jpg
+    //   is
+    //                          followed by IMG0013.jpg; without one from IMG0001.jpg
+    // The corners and polylines of the record stay. Returns 1, and CheckParameter then gives 1; 0 when the
+    // corners of the record are out of range (CheckParameter -3), a direction is not finite, the shots would
+    // not fit an array or memory runs out: the counts are then as before, shots, names and tables empty.
+    int CalShootAng(CWPK first, CWPK second);
+
     // ---- Polylines, in degrees; rebuilt from the angle arrays at each call ----
 
     // shootPolyline: x = horizontal angle, y = 0, z = zenith angle of each shot.
@@ -95,7 +114,7 @@ public:
     CWPK areaAngle2;  // bottom-right direction
     CStringArray imageNames;
     CArray<CWPK, CWPK&> shootAngles;
-    CArray<double, double> workTable1;  // tables of the planning of the shooting grid
+    CArray<double, double> workTable1;  // columns and rows of CalShootAng
     CArray<double, double> workTable2;
     CPolyline shootPolyline;
     CPolyline outlinePolyline;

@@ -26,7 +26,7 @@ public:
 
     // `name` with the number at its end counted up by one, its leading zeros kept: "P009" gives "P010",
     // "P999" "P1000", "ABC" "ABC1", the empty name "1". A name that ends with more than nine digits, or with
-    // 999999999, comes back as it is. IncrStr has no such limit.
+    // 999999999, comes back as it is (so it does when memory runs out). IncrStr has no such limit.
     CString MakeNextName(const CString& name) const;
 
     CString cfCard1Path;

@@ -36,11 +36,11 @@ FIELDSCAN_API int CutItemInStr(const CString& text, int index, CString& item, un
 // zero byte behind them. A character that the page lacks becomes "?".
 // Returns the count of bytes before the zero byte; 0 with nothing written when `out` is null or size < 1.
 FIELDSCAN_API int ConvUniToAscii(const unsigned short* text, char* out, int size);
-FIELDSCAN_API int CStringToChar(CString text, char* out, int size);
+FIELDSCAN_API int CStringToChar(const CString& text, char* out, int size);
 
-// The integer at the start of the text, as atoi reads it; 0 where there is none. One that does not fit 32
-// bits gives the nearest that does.
-FIELDSCAN_API int CStringToInt(CString text);
+// The integer at the start of the text, as atoi reads it (white space of ASCII before it); 0 where there is
+// none. One that does not fit 32 bits gives the nearest that does.
+FIELDSCAN_API int CStringToInt(const CString& text);
 
 // ---- Fields of fixed width ----
 // `width` counts bytes, in the wide twins units; `out` holds width + 1 of them and may be `text` itself. A

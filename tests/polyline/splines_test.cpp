@@ -1,0 +1,130 @@
+// Splines.
+#include <fieldscan/polyline.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using Smooth = int (CPolyline::*)(int);
+
+CPolyline polylineOf(std::initializer_list<CXYZ> points, bool closed) {
+    CPolyline polyline;
+    polyline.name = u"outline";
+    for (const CXYZ& point : points) {
+        CVertex vertex(point.x, point.y, point.z, 0x41);
+        vertex.name = u"given";
+        polyline.AddVertex(vertex);
+    }
+    if (closed)
+        polyline.Close();
+    return polyline;
+}
+
+const CVertex& at(const CPolyline& polyline, int i) { return *polyline.GetVertex(static_cast<unsigned>(i)); }
+
+TEST(Splines, KeepTheFrameAndSmoothItAgain) {
+    for (const Smooth smooth : {&CPolyline::Spline, &CPolyline::CtmlRomSpline}) {
+        for (const bool closed : {false, true}) {
+            CPolyline curve =
+                polylineOf({{500000.25, 4000000, 7}, {500001.5, 4000003, 8}, {500000, 4000007, 5}}, closed);
+            const CPolyline given = curve;
+            ASSERT_EQ((curve.*smooth)(4), 1);
+            ASSERT_EQ(curve.GetVertexSize(), closed ? 12 : 9);
+            for (int i = 0; i < curve.GetVertexSize(); ++i) {
+                const bool frame = i % 4 == 0;
+                EXPECT_EQ(at(curve, i).flag, frame ? 0x51 : 0x28);
+                EXPECT_EQ(at(curve, i).name, CString(frame ? u"given" : u"outline"));
+                if (frame) {
+                    EXPECT_EQ(at(curve, i).Len(at(given, i / 4)), 0.0);
+                }
+            }
+            EXPECT_EQ(curve.GetSplineFlag(), smooth == &CPolyline::Spline ? 6 : 1000);
+            const CPolyline once = curve;
+            ASSERT_EQ((curve.*smooth)(1), 1);
+            EXPECT_EQ(curve.GetVertexSize(), 3) << "only the frame";
+            ASSERT_EQ((curve.*smooth)(4), 1);
+            for (int i = 0; i < curve.GetVertexSize(); ++i)
+                EXPECT_EQ(at(curve, i).Len(at(once, i)), 0.0);
+        }
+    }
+}
+
+TEST(Splines, KnownCurves) {
+    // Middle of the lower side of the unit square: by the (1, 23, 23, 1) / 48 and (-1, 9, 9, -1) / 16 rules.
+    for (const bool cubic : {true, false}) {
+        CPolyline square = polylineOf({{0, 0, 2}, {1, 0, 2}, {1, 1, 2}, {0, 1, 2}}, true);
+        ASSERT_EQ(cubic ? square.Spline(2) : square.CtmlRomSpline(2), 1);
+        EXPECT_NEAR(at(square, 1).x, 0.5, 1e-15);
+        EXPECT_NEAR(at(square, 1).y, cubic ? -0.1875 : -0.125, 1e-15);
+        EXPECT_NEAR(at(square, 1).z, 2.0, 1e-15);
+        EXPECT_NEAR(at(square, 7).x, cubic ? -0.1875 : -0.125, 1e-15) << "the closing edge";
+
+        CPolyline circle;
+        circle.Close();
+        for (int i = 0; i < 8; ++i)
+            circle.AddVertex(
+                CVertex(3 + 10 * std::cos(i * std::atan(1.0)), 10 * std::sin(i * std::atan(1.0)), 0, 0));
+        ASSERT_EQ(cubic ? circle.Spline(10) : circle.CtmlRomSpline(10), 1);
+        for (int i = 0; i < circle.GetVertexSize(); ++i)
+            EXPECT_NEAR(std::hypot(at(circle, i).x - 3, at(circle, i).y), 10.0, cubic ? 0.05 : 0.2) << i;
+
+        CPolyline line = polylineOf({{0, 0, 0}, {1, 2, -1}, {10, 20, -10}, {11, 22, -11}}, false);
+        ASSERT_EQ(cubic ? line.Spline(7) : line.CtmlRomSpline(7), 1);
+        for (int i = 0; i < line.GetVertexSize(); ++i) {
+            EXPECT_NEAR(at(line, i).y, 2 * at(line, i).x, 1e-12);
+            EXPECT_NEAR(at(line, i).z, -at(line, i).x, 1e-12);
+            EXPECT_TRUE(cubic || i == 0 || at(line, i).x > at(line, i - 1).x)
+                << "no loop beside the long edge";
+        }
+    }
+}
+
+// The cubic of an edge from its points at 0, 1/3, 2/3 and 1.
+TEST(Splines, SecondDerivativesAgreeAcrossVertices) {
+    for (const bool closed : {false, true}) {
+        CPolyline curve = polylineOf({{0, 0, 0}, {10, 3, 1}, {12, -8, 5}, {30, 0, -4}, {31, 9, 0}}, closed);
+        ASSERT_EQ(curve.Spline(3), 1);
+        const int n = curve.GetVertexSize(), edges = n / 3;
+        const auto second = [&](int edge, bool end) {
+            const CXYZ p[] = {at(curve, 3 * edge), at(curve, 3 * edge + 1), at(curve, 3 * edge + 2),
+                              at(curve, (3 * edge + 3) % n)};
+            return end ? (p[3] * 2.0 - p[2] * 5.0 + p[1] * 4.0 - p[0]) * 9.0
+                       : (p[0] * 2.0 - p[1] * 5.0 + p[2] * 4.0 - p[3]) * 9.0;
+        };
+        const auto first = [&](int edge, bool end) {
+            const CXYZ p[] = {at(curve, 3 * edge), at(curve, 3 * edge + 1), at(curve, 3 * edge + 2),
+                              at(curve, (3 * edge + 3) % n)};
+            return end ? (p[3] * 11.0 - p[2] * 18.0 + p[1] * 9.0 - p[0] * 2.0) * 0.5
+                       : (p[1] * 18.0 - p[0] * 11.0 - p[2] * 9.0 + p[3] * 2.0) * 0.5;
+        };
+        for (int edge = closed ? 0 : 1; edge < edges; ++edge) {
+            const int before = (edge + edges - 1) % edges;
+            EXPECT_LT(first(edge, false).Len(first(before, true)), 1e-9) << edge;
+            EXPECT_LT(second(edge, false).Len(second(before, true)), 1e-9) << edge;
+        }
+        EXPECT_EQ(second(0, false).Len() < 1e-9, !closed) << "natural ends";
+        EXPECT_EQ(second(edges - 1, true).Len() < 1e-9, !closed);
+    }
+}
+
+TEST(Splines, RefuseDegenerateInput) {
+    const double inf = std::numeric_limits<double>::infinity();
+    for (const Smooth smooth : {&CPolyline::Spline, &CPolyline::CtmlRomSpline}) {
+        for (CPolyline bad : {polylineOf({}, true), polylineOf({{0, 0, 0}, {1, 1, 1}}, true),
+                              polylineOf({{0, 0, 0}, {1, 1, 1}, {1, 1, 1}}, false),
+                              polylineOf({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 0, 0}}, true),
+                              polylineOf({{0, 0, 0}, {1, inf, 1}, {2, 0, 0}}, false)}) {
+            EXPECT_EQ((bad.*smooth)(4) + bad.GetSplineFlag(), 0);
+            EXPECT_TRUE(bad.vertices.IsEmpty() || at(bad, 0).flag == 0x41) << "as it was";
+        }
+        CPolyline good = polylineOf({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 0, 0}}, false);
+        for (const int pieces : {0, -1, 2147483647})
+            EXPECT_EQ((good.*smooth)(pieces), 0);
+        EXPECT_EQ((good.*smooth)(1), 1) << "the ends of an open one may meet";
+    }
+}
+
+}  // namespace

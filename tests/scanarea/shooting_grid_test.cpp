@@ -1,0 +1,86 @@
+// The shooting grid.
+#include <fieldscan/scan_area.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double kDegree = 0.017453292519943295;
+
+CWPK direction(double horizontal, double zenith) { return CWPK(zenith * kDegree, 0.5, horizontal * kDegree); }
+
+TEST(ShootingGrid, CoversAnAreaAcrossZero) {
+    for (const bool upward : {false, true}) {
+        CScanArea area;
+        area.columnCount = 40;
+        area.rowCount = 30;
+        const CWPK left = direction(350, upward ? 110 : 80), right = direction(20, upward ? 80 : 110);
+        ASSERT_EQ(area.CalShootAng(left, right), 1);
+        EXPECT_EQ(area.CheckParameter(), 1);
+        EXPECT_EQ(area.columnCount * 100 + area.rowCount, 4030);
+        const CWPK& first = area.shootAngles[0];
+        const CWPK& last = area.shootAngles[1199];
+        EXPECT_EQ(first.kappa, left.kappa);
+        EXPECT_EQ(first.omega, direction(0, 80).omega) << "the top comes first";
+        EXPECT_EQ(last.kappa, right.kappa);
+        EXPECT_EQ(last.omega, direction(0, 110).omega);
+        EXPECT_EQ(last.phi, 0.0);
+        for (int i = 0; i < 1200; ++i) {
+            const CWPK& shot = area.shootAngles[i];
+            EXPECT_NEAR(std::remainder(shot.kappa - (350 + 30.0 / 39 * (i % 40)) * kDegree, 360 * kDegree),
+                        0.0, 1e-14);
+            EXPECT_EQ(shot.kappa, area.workTable1[i % 40]);
+            EXPECT_EQ(shot.omega, area.workTable2[i / 40]);
+            EXPECT_TRUE(shot.kappa >= 0 && shot.kappa < 360 * kDegree);
+        }
+        EXPECT_EQ(area.imageNames[0], CString(u"IMG0001.jpg"));
+        EXPECT_EQ(area.imageNames[1199], CString(u"IMG1200.jpg"));
+    }
+}
+
+TEST(ShootingGrid, CountsAndNames) {
+    const struct {
+        int columns, rows;
+        double right, bottom;
+        int expectedColumns, expectedRows;
+    } rows[] = {{0, 0, 130, 95, 4, 2}, {0, 5, 130.1, 95, 5, 2}, {7, 3, 130, 95, 7, 3},
+                {7, 3, 100, 95, 1, 3}, {7, 3, 130, 85, 7, 1},   {7, 3, 100, 85, 1, 1},
+                {0, 0, 100, 85, 1, 1}, {1, 1, 130, 95, 1, 1},   {0, 0, 460 - 1e-9, 85, 37, 1}};
+    for (const auto& row : rows) {
+        CScanArea area;
+        area.columnCount = row.columns;
+        area.rowCount = row.rows;
+        CString old(u"wall.v09.tif");
+        area.imageNames.Add(old);
+        ASSERT_EQ(area.CalShootAng(direction(100, 85), direction(row.right, row.bottom)), 1);
+        EXPECT_EQ(area.columnCount, row.expectedColumns) << row.right;
+        EXPECT_EQ(area.rowCount, row.expectedRows) << row.bottom;
+        EXPECT_EQ(area.CheckParameter(), 1);
+        EXPECT_EQ(area.imageNames[0], CString(u"wall.v10.tif")) << "goes on";
+        if (row.columns == 1) {
+            EXPECT_NEAR(area.shootAngles[0].kappa, 115 * kDegree, 1e-15) << "in the middle";
+            EXPECT_NEAR(area.shootAngles[0].omega, 90 * kDegree, 1e-15);
+        }
+    }
+}
+
+TEST(ShootingGrid, Refuses) {
+    CScanArea area;
+    area.columnCount = 2;
+    area.rowCount = 1;
+    for (const double bad : {std::nan(""), std::numeric_limits<double>::infinity()}) {
+        ASSERT_EQ(area.CalShootAng(direction(10, 90), direction(20, 90)), 1);
+        EXPECT_EQ(area.CalShootAng(direction(10, 90), direction(20, bad)), 0);
+        EXPECT_EQ(area.columnCount * 10 + area.rowCount, 21) << "kept";
+        EXPECT_EQ(area.shootAngles.GetSize() + area.imageNames.GetSize() + area.workTable1.GetSize(), 0);
+    }
+    area.areaAngle2.kappa = 7.0;
+    EXPECT_EQ(area.CalShootAng(direction(10, 90), direction(20, 90)), 0) << "a corner out of range";
+    area.areaAngle2.kappa = 0.0;
+    area.columnCount = area.rowCount = 65536;
+    EXPECT_EQ(area.CalShootAng(direction(10, 80), direction(20, 90)), 0);
+}
+
+}  // namespace
