@@ -1,8 +1,10 @@
-// The scan-area file, first version, and the log file.
+// The scan-area file in both versions, and the log file.
 #include <fieldscan/message.h>
 #include <fieldscan/scan_area.h>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "geometry/angle_constants.h"
 #include "platform/framework/line_text.h"
@@ -27,10 +29,10 @@ int openOrTell(CFile& file, const CString& path, unsigned int mode) {
 }
 
 // "horizontal zenith" in degrees.
-void appendDirection(std::string& text, const CWPK& direction) {
-    appendFixed(text, direction.kappa * kDegreesPerRadian, 6);
+void appendDirection(std::string& text, const CWPK& direction, int decimals) {
+    appendFixed(text, direction.kappa * kDegreesPerRadian, decimals);
     text += ' ';
-    appendFixed(text, direction.omega * kDegreesPerRadian, 6);
+    appendFixed(text, direction.omega * kDegreesPerRadian, decimals);
 }
 
 bool scanDirection(Scanner& scanner, CWPK& direction) {
@@ -59,6 +61,89 @@ bool readCounts(CFile& file, int& columns, int& rows) {
            scanner.scanInt(rows) == Scanner::Result::matched;
 }
 
+// ---- Second version ----
+
+const char kSecondVersion[] = "WQ_FSCAN_AREA_FORMAT_V2";
+
+// Entries of the second version: "name,number,a,b,c,dddd", of which the first digit d tells the kind. Those
+// of kShot have a direction where the second digit is 1, a name where the third is.
+enum Kind { kColumns = 1, kRows, kShots, kOutline, kShot };
+
+struct Entry {
+    CString name;
+    int number = 0;
+    double reals[3] = {0.0, 0.0, 0.0};  // of a shot: horizontal angle, zenith angle, phi in degrees
+    int digits[4] = {0, 0, 0, 0};
+};
+
+void appendEntry(LineWriter& lines, const Entry& entry) {
+    lines.append(entry.name);
+    std::string& text = lines.text();
+    text += ',';
+    appendInt(text, entry.number);
+    text += ',';
+    for (const double real : entry.reals) {
+        appendFixed(text, real, 5);
+        text += ',';
+    }
+    for (const int digit : entry.digits)
+        appendInt(text, digit);
+    lines.endLine();
+}
+
+void appendCount(LineWriter& lines, const char16_t* name, int number, Kind kind) {
+    Entry entry;
+    entry.name = name;
+    entry.number = number;
+    entry.digits[0] = kind;
+    appendEntry(lines, entry);
+}
+
+std::string_view withoutLineEnd(std::string_view line) {
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
+        line.remove_suffix(1);
+    return line;
+}
+
+// From the end, since the name may hold commas.
+bool readEntry(CFile& file, unsigned int codePage, Entry& entry) {
+    std::string line;
+    if (!readLine(file, line))
+        return false;
+    std::string_view rest = withoutLineEnd(line);
+    std::string_view fields[5];
+    for (int i = 4; i >= 0; --i) {
+        const std::size_t comma = rest.rfind(',');
+        if (comma == std::string_view::npos)
+            return false;
+        fields[i] = rest.substr(comma + 1);
+        rest = rest.substr(0, comma);
+    }
+    if (Scanner(fields[0]).scanInt(entry.number) != Scanner::Result::matched || fields[4].size() != 4)
+        return false;
+    for (int i = 0; i < 3; ++i)
+        if (Scanner(fields[1 + i]).scanDouble(entry.reals[i]) != Scanner::Result::matched)
+            return false;
+    for (int i = 0; i < 4; ++i) {
+        entry.digits[i] = fields[4][static_cast<std::size_t>(i)] - '0';
+        if (entry.digits[i] < 0 || entry.digits[i] > 9)
+            return false;
+    }
+    entry.name.Empty();
+    system::appendWide(codePage, rest.data(), rest.size(), entry.name);
+    return true;
+}
+
+bool readCount(CFile& file, unsigned int codePage, Kind kind, int& number) {
+    Entry entry;
+    if (!readEntry(file, codePage, entry) || entry.digits[0] != kind)
+        return false;
+    number = entry.number;
+    return true;
+}
+
+bool hasLineEnd(const CString& name) { return name.FindOneOf(u"\r\n") >= 0; }
+
 }  // namespace
 
 int CScanArea::Write(CString path) const {
@@ -72,11 +157,11 @@ int CScanArea::Write(CString path) const {
         appendInt(lines.text(), rowCount);
         lines.endLine();
         for (const CWPK* corner : {&areaAngle1, &areaAngle2}) {
-            appendDirection(lines.text(), *corner);
+            appendDirection(lines.text(), *corner, 6);
             lines.endLine();
         }
         for (int i = 0; i < imageNames.GetSize(); ++i) {
-            appendDirection(lines.text(), i < shootAngles.GetSize() ? shootAngles[i] : CWPK());
+            appendDirection(lines.text(), i < shootAngles.GetSize() ? shootAngles[i] : CWPK(), 6);
             lines.text() += ' ';
             lines.append(imageNames[i]);
             lines.endLine();
@@ -108,6 +193,100 @@ int CScanArea::Read(CString path) {
             reserveDouble(imageNames);
             imageNames.Add(wideTrimmed(codePage, word));
             shootAngles.Add(direction);
+        }
+        return file.HasReadFailed() ? 0 : 1;
+    });
+}
+
+int CScanArea::Write2(CString path) const {
+    return zeroIfOutOfMemory([&] {
+        for (int i = 0; i < imageNames.GetSize(); ++i)
+            if (hasLineEnd(imageNames[i]))
+                return 0;
+        CFile file;
+        if (!openOrTell(file, path, CFile::modeCreate | CFile::modeWrite))
+            return 0;
+        LineWriter lines(file);
+        lines.text() += kSecondVersion;
+        lines.endLine();
+        const int shots = std::max(shootAngles.GetSize(), imageNames.GetSize());
+        appendCount(lines, u"columns", columnCount, kColumns);
+        appendCount(lines, u"rows", rowCount, kRows);
+        appendCount(lines, u"shots", shots, kShots);
+        appendCount(lines, u"outline", outlineAngles.GetSize(), kOutline);
+        for (const CWPK* corner : {&areaAngle1, &areaAngle2}) {
+            appendDirection(lines.text(), *corner, 3);
+            lines.endLine();
+        }
+        for (int i = 0; i < shots; ++i) {
+            Entry entry;
+            entry.number = i;
+            entry.digits[0] = kShot;
+            if (i < shootAngles.GetSize()) {
+                const CWPK& shot = shootAngles[i];
+                entry.digits[1] = 1;
+                entry.reals[0] = shot.kappa * kDegreesPerRadian;
+                entry.reals[1] = shot.omega * kDegreesPerRadian;
+                entry.reals[2] = shot.phi * kDegreesPerRadian;
+            }
+            if (i < imageNames.GetSize()) {
+                entry.digits[2] = 1;
+                entry.name = imageNames[i];
+            }
+            appendEntry(lines, entry);
+        }
+        for (int i = 0; i < outlineAngles.GetSize(); ++i) {
+            appendDirection(lines.text(), outlineAngles[i], 4);
+            lines.endLine();
+        }
+        const bool written = lines.finish();
+        return file.Close() && written ? 1 : 0;
+    });
+}
+
+int CScanArea::Read2(CString path) {
+    Init();
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!openOrTell(file, path, CFile::modeRead))
+            return 0;
+        const unsigned int codePage = system::ansiCodePage();
+        std::string line;
+        readLine(file, line);
+        headerLine = wideTrimmed(codePage, line);
+        int shots = 0, vertices = 0;
+        if (headerLine != kSecondVersion || !readCount(file, codePage, kColumns, columnCount) ||
+            !readCount(file, codePage, kRows, rowCount) || !readCount(file, codePage, kShots, shots) ||
+            !readCount(file, codePage, kOutline, vertices) || !readCorner(file, areaAngle1) ||
+            !readCorner(file, areaAngle2))
+            return 0;
+        for (CWPK* corner : {&areaAngle1, &areaAngle2}) {
+            NormalizeAngle(corner->omega);
+            NormalizeAngle(corner->kappa);
+        }
+        Entry entry;
+        for (int i = 0; i < shots; ++i) {
+            if (!readEntry(file, codePage, entry) || entry.digits[0] != kShot)
+                return 0;
+            if (entry.digits[1] == 1) {
+                CWPK shot(entry.reals[1] * kRadiansPerDegree, entry.reals[2] * kRadiansPerDegree,
+                          entry.reals[0] * kRadiansPerDegree);
+                NormalizeAngle(shot.kappa);
+                reserveDouble(shootAngles);
+                shootAngles.Add(shot);
+            }
+            if (entry.digits[2] == 1) {
+                reserveDouble(imageNames);
+                imageNames.Add(entry.name);
+            }
+        }
+        CWPK vertex;
+        for (int i = 0; i < vertices; ++i) {
+            if (!readCorner(file, vertex))
+                return 0;
+            NormalizeAngle(vertex.kappa);
+            reserveDouble(outlineAngles);
+            outlineAngles.Add(vertex);
         }
         return file.HasReadFailed() ? 0 : 1;
     });

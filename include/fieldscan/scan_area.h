@@ -106,6 +106,22 @@ public:
     // program holds it.
     int Read(CString path);
 
+    // ---- Scan-area file, second version: docs/file_formats.md ----
+
+    // Makes or replaces the file. It holds the outline too, phi of the shots, and image names with blanks and
+    // commas; three decimals of a degree for the corners, four for the outline, five for the shots. Not in
+    // it: work tables, polylines, headerLine. Returns 1; 0 when a name holds a line end (the file is then
+    // untouched), the path is empty, the file cannot be opened, or writing or closing fails.
+    int Write2(CString path) const;
+    // Init, then what the file holds; headerLine is its first line, trimmed. Horizontal angles and those of
+    // the corners come back in [0, 2 pi). Returns 1; 0 when the path is empty, the file cannot be opened or
+    // read to its end, the first line is another, or a line is missing or not as Write2 writes it; what was
+    // read before that stays.
+    //
+    // The message of Write and Read is shown here too. Neither reader takes the other's version: Read wants
+    // two integers first, Read2 its first line.
+    int Read2(CString path);
+
     // ---- Data ----
 
     int columnCount;  // shots per row

@@ -1,0 +1,146 @@
+// The scan-area file, second version.
+#include <fieldscan/scan_area.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+#include <string>
+
+#include "tests/temp_folder.h"
+
+namespace {
+
+constexpr double kDegree = 0.017453292519943295;
+
+using ScanAreaFile2 = TempFolder;
+
+CScanArea sample() {
+    CScanArea area;
+    area.columnCount = 2;
+    area.rowCount = 1;
+    area.areaAngle1.SetWPK(80 * kDegree, 0, 350 * kDegree);
+    area.areaAngle2.SetWPK(100.25 * kDegree, 0, 20 * kDegree);
+    for (const char16_t* name : {u" Wall, east 1.jpg", u""}) {
+        CString text(name);
+        area.imageNames.Add(text);
+    }
+    CWPK shot(90.5 * kDegree, -1.25 * kDegree, 359.999999 * kDegree),
+        vertex(80.5 * kDegree, 0, 350.12346 * kDegree);
+    area.shootAngles.Add(shot);
+    area.shootAngles.Add(vertex);
+    area.outlineAngles.Add(vertex);
+    return area;
+}
+
+const char kSample[] =
+    "WQ_FSCAN_AREA_FORMAT_V2\n"
+    "columns,2,0.00000,0.00000,0.00000,1000\n"
+    "rows,1,0.00000,0.00000,0.00000,2000\n"
+    "shots,2,0.00000,0.00000,0.00000,3000\n"
+    "outline,1,0.00000,0.00000,0.00000,4000\n"
+    "350.000 80.000\n"
+    "20.000 100.250\n"
+    " Wall, east 1.jpg,0,360.00000,90.50000,-1.25000,5110\n"
+    ",1,350.12346,80.50000,0.00000,5110\n"
+    "350.1235 80.5000\n";
+
+TEST_F(ScanAreaFile2, IsWrittenAndRead) {
+    ASSERT_EQ(sample().Write2(path("v2")), 1);
+    EXPECT_EQ(get("v2"), kSample);
+    CScanArea back;
+    ASSERT_EQ(back.Read2(path("v2")), 1);
+    EXPECT_EQ(back.CheckParameter(), 1);
+    EXPECT_EQ(back.headerLine, CString(u"WQ_FSCAN_AREA_FORMAT_V2"));
+    EXPECT_EQ(back.imageNames[0] + back.imageNames[1], CString(u" Wall, east 1.jpg"));
+    EXPECT_EQ(back.shootAngles[0].kappa, 0.0) << "360.00000 is 0";
+    EXPECT_NEAR(back.shootAngles[0].phi, -1.25 * kDegree, 1e-15);
+    EXPECT_EQ(back.Read(path("v2")), 0);
+    EXPECT_EQ(get("v2"), kSample);
+    sample().Write(path("v1"));
+    EXPECT_EQ(back.Read2(path("v1")) + back.shootAngles.GetSize(), 0);
+
+    CScanArea bad = sample();
+    bad.imageNames[1] = u"two\nlines";
+    EXPECT_EQ(bad.Write2(path("v2")) + bad.Write2(u"/dev/full") + bad.Write2(path("none/x")), 0);
+    EXPECT_EQ(get("v2"), kSample) << "untouched";
+}
+
+TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
+    const std::string whole = kSample;
+    CScanArea area;
+    for (std::size_t end = 0; end < whole.size(); end = whole.find('\n', end) + 1) {
+        put("cut", whole.substr(0, end));
+        EXPECT_EQ(area.Read2(path("cut")), 0) << end;
+        EXPECT_LE(area.shootAngles.GetSize(), 2);
+    }
+    const std::pair<const char*, const char*> changes[] = {{"_V2", "_V3"},
+                                                           {"WQ", "wq"},
+                                                           {"columns,2", "columns,x"},
+                                                           {",1000", ",2000"},
+                                                           {"shots,2", "shots,2147483647"},
+                                                           {"5110", "511"},
+                                                           {"5110", "51a0"},
+                                                           {"90.50000", "x"},
+                                                           {",0,360", "360"},
+                                                           {"350.000 80", "350.000 x"}};
+    for (const auto& [from, to] : changes) {
+        std::string text = whole;
+        put("bad", text.replace(text.find(from), std::string(from).size(), to));
+        EXPECT_EQ(area.Read2(path("bad")), 0) << to;
+    }
+    std::string crlf;
+    for (const char c : whole)
+        crlf += c == '\n' ? "\r\n" : std::string(1, c);
+    put("crlf", crlf);
+    EXPECT_EQ(area.Read2(path("crlf")), 1);
+    EXPECT_EQ(area.imageNames[0], CString(u" Wall, east 1.jpg"));
+}
+
+TEST_F(ScanAreaFile2, RandomRecordsSurvive) {
+    std::mt19937 random(7);
+    const auto angle = [&] { return static_cast<double>(random()) / 4294967296.0 * 360.0 * kDegree; };
+    const auto apart = [](double a, double b) {
+        return std::fabs(std::remainder(a - b, 360.0 * kDegree)) / kDegree;
+    };
+    for (int trial = 0; trial < 1000; ++trial) {
+        CScanArea area, back;
+        area.columnCount = static_cast<int>(random());
+        area.rowCount = static_cast<int>(random());
+        for (CWPK* corner : {&area.areaAngle1, &area.areaAngle2})
+            corner->SetWPK(angle(), 0, angle());
+        for (auto i = random() % 5; i > 0; --i) {
+            CWPK shot(angle(), angle(), angle());
+            area.shootAngles.Add(shot);
+        }
+        for (auto i = random() % 5; i > 0; --i) {
+            CString name;
+            for (auto k = random() % 9; k > 0; --k)
+                name += u" ,1a.\u00e9"[random() % 6];
+            area.imageNames.Add(name);
+        }
+        for (auto i = random() % 5; i > 0; --i) {
+            CWPK vertex(angle(), 0, angle());
+            area.outlineAngles.Add(vertex);
+        }
+        ASSERT_EQ(area.Write2(path("r")) + back.Read2(path("r")), 2) << get("r");
+        EXPECT_TRUE(back.columnCount == area.columnCount && back.rowCount == area.rowCount);
+        ASSERT_EQ(back.imageNames.GetSize(), area.imageNames.GetSize());
+        ASSERT_EQ(back.shootAngles.GetSize(), area.shootAngles.GetSize());
+        ASSERT_EQ(back.outlineAngles.GetSize(), area.outlineAngles.GetSize());
+        for (int i = 0; i < area.imageNames.GetSize(); ++i)
+            EXPECT_EQ(back.imageNames[i], area.imageNames[i]);
+        double corners = std::max(apart(back.areaAngle1.kappa, area.areaAngle1.kappa),
+                                  apart(back.areaAngle2.omega, area.areaAngle2.omega));
+        double shots = 0, outline = 0;
+        for (int i = 0; i < area.shootAngles.GetSize(); ++i)
+            for (const auto part : {&CWPK::omega, &CWPK::phi, &CWPK::kappa})
+                shots = std::max(shots, apart(back.shootAngles[i].*part, area.shootAngles[i].*part));
+        for (int i = 0; i < area.outlineAngles.GetSize(); ++i)
+            for (const auto part : {&CWPK::omega, &CWPK::kappa})
+                outline = std::max(outline, apart(back.outlineAngles[i].*part, area.outlineAngles[i].*part));
+        EXPECT_TRUE(corners < 0.501e-3 && shots < 0.501e-5 && outline < 0.501e-4);
+    }
+}
+
+}  // namespace
