@@ -82,6 +82,13 @@ TEST(Splines, KnownCurves) {
     }
 }
 
+TEST(Splines, CatmullRomIsCentripetal) {
+    // Knots 0, 1, 3, 6: the roots of edges of 1, 4 and 9.
+    CPolyline line = polylineOf({{0, 0, 0}, {1, 0, 0}, {5, 0, 0}, {14, 0, 0}}, false);
+    ASSERT_EQ(line.CtmlRomSpline(2), 1);
+    EXPECT_NEAR(at(line, 3).x, 41.0 / 15.0, 1e-14);
+}
+
 // The cubic of an edge from its points at 0, 1/3, 2/3 and 1.
 TEST(Splines, SecondDerivativesAgreeAcrossVertices) {
     for (const bool closed : {false, true}) {
@@ -123,7 +130,10 @@ TEST(Splines, RefuseDegenerateInput) {
         CPolyline good = polylineOf({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 0, 0}}, false);
         for (const int pieces : {0, -1, 2147483647})
             EXPECT_EQ((good.*smooth)(pieces), 0);
+        good.GetVertex(1)->flag =
+            CVertex::kSplineVertex | CVertex::kSplineFrame;  // the frame of an earlier run
         EXPECT_EQ((good.*smooth)(1), 1) << "the ends of an open one may meet";
+        EXPECT_EQ(good.GetVertexSize(), 4);
     }
 }
 

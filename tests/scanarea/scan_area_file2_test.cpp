@@ -79,6 +79,8 @@ TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
                                                            {"columns,2", "columns,x"},
                                                            {",1000", ",2000"},
                                                            {"shots,2", "shots,2147483647"},
+                                                           {"5110", "51100"},
+                                                           {"5110", "4110"},
                                                            {"5110", "511"},
                                                            {"5110", "51a0"},
                                                            {"90.50000", "x"},
@@ -95,6 +97,9 @@ TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
     put("crlf", crlf);
     EXPECT_EQ(area.Read2(path("crlf")), 1);
     EXPECT_EQ(area.imageNames[0], CString(u" Wall, east 1.jpg"));
+    put("turn", crlf.replace(crlf.find("350.1235"), 8, "360.0000"));
+    EXPECT_EQ(area.Read2(path("turn")), 1);
+    EXPECT_EQ(area.outlineAngles[0].kappa, 0.0);
 }
 
 TEST_F(ScanAreaFile2, RandomRecordsSurvive) {
