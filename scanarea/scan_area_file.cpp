@@ -3,6 +3,7 @@
 #include <fieldscan/scan_area.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -99,18 +100,34 @@ void appendCount(LineWriter& lines, const char16_t* name, int number, Kind kind)
     appendEntry(lines, entry);
 }
 
-std::string_view withoutLineEnd(std::string_view line) {
-    while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
-        line.remove_suffix(1);
-    return line;
+// The next line without its end; false when there is none, or when it has no line feed: it is cut off then.
+bool readWholeLine(CFile& file, std::string& line) {
+    if (!readLine(file, line) || line.back() != '\n')
+        return false;
+    line.pop_back();
+    if (!line.empty() && line.back() == '\r')
+        line.pop_back();
+    return true;
+}
+
+bool isInteger(std::string_view text, int& value) {
+    std::size_t used = 0;
+    value = parseInt(text, 10, &used);
+    return used > 0 && used == text.size();
+}
+
+bool isReal(std::string_view text, double& value) {
+    std::size_t used = 0;
+    value = parseDouble(text, &used);
+    return used > 0 && used == text.size() && std::isfinite(value);
 }
 
 // From the end, since the name may hold commas.
-bool readEntry(CFile& file, unsigned int codePage, Entry& entry) {
+bool readEntry(CFile& file, unsigned int codePage, Kind kind, Entry& entry) {
     std::string line;
-    if (!readLine(file, line))
+    if (!readWholeLine(file, line))
         return false;
-    std::string_view rest = withoutLineEnd(line);
+    std::string_view rest = line;
     std::string_view fields[5];
     for (int i = 4; i >= 0; --i) {
         const std::size_t comma = rest.rfind(',');
@@ -119,27 +136,48 @@ bool readEntry(CFile& file, unsigned int codePage, Entry& entry) {
         fields[i] = rest.substr(comma + 1);
         rest = rest.substr(0, comma);
     }
-    if (Scanner(fields[0]).scanInt(entry.number) != Scanner::Result::matched || fields[4].size() != 4)
+    if (!isInteger(fields[0], entry.number) || fields[4].size() != 4)
         return false;
     for (int i = 0; i < 3; ++i)
-        if (Scanner(fields[1 + i]).scanDouble(entry.reals[i]) != Scanner::Result::matched)
+        if (!isReal(fields[1 + i], entry.reals[i]))
             return false;
     for (int i = 0; i < 4; ++i) {
         entry.digits[i] = fields[4][static_cast<std::size_t>(i)] - '0';
-        if (entry.digits[i] < 0 || entry.digits[i] > 9)
+        if (entry.digits[i] < 0 || entry.digits[i] > (i == 0 ? 9 : 1))
             return false;
     }
     entry.name.Empty();
     system::appendWide(codePage, rest.data(), rest.size(), entry.name);
-    return true;
+    return entry.digits[0] == kind;
 }
 
-bool readCount(CFile& file, unsigned int codePage, Kind kind, int& number) {
+bool readCount(CFile& file, unsigned int codePage, const char16_t* name, Kind kind, int& number) {
     Entry entry;
-    if (!readEntry(file, codePage, entry) || entry.digits[0] != kind)
+    if (!readEntry(file, codePage, kind, entry) || entry.name != name)
         return false;
     number = entry.number;
     return true;
+}
+
+// "horizontal zenith" in degrees, brought into [0, 2 pi).
+bool readDirection(CFile& file, const CScanArea& area, CWPK& direction) {
+    std::string line;
+    if (!readWholeLine(file, line))
+        return false;
+    const std::string_view text = line;
+    const std::size_t blank = text.find(' ');
+    double horizontal, zenith;
+    if (blank == std::string_view::npos || !isReal(text.substr(0, blank), horizontal) ||
+        !isReal(text.substr(blank + 1), zenith))
+        return false;
+    direction.SetWPK(zenith * kRadiansPerDegree, 0.0, horizontal * kRadiansPerDegree);
+    area.NormalizeAngle(direction.omega);
+    area.NormalizeAngle(direction.kappa);
+    return true;
+}
+
+bool isFinite(const CWPK& direction) {
+    return std::isfinite(direction.omega) && std::isfinite(direction.phi) && std::isfinite(direction.kappa);
 }
 
 bool hasLineEnd(const CString& name) { return name.FindOneOf(u"\r\n") >= 0; }
@@ -203,6 +241,12 @@ int CScanArea::Write2(CString path) const {
         for (int i = 0; i < imageNames.GetSize(); ++i)
             if (hasLineEnd(imageNames[i]))
                 return 0;
+        for (const auto* directions : {&shootAngles, &outlineAngles})
+            for (int i = 0; i < directions->GetSize(); ++i)
+                if (!isFinite((*directions)[i]))
+                    return 0;
+        if (!isFinite(areaAngle1) || !isFinite(areaAngle2))
+            return 0;
         CFile file;
         if (!openOrTell(file, path, CFile::modeCreate | CFile::modeWrite))
             return 0;
@@ -255,18 +299,17 @@ int CScanArea::Read2(CString path) {
         readLine(file, line);
         headerLine = wideTrimmed(codePage, line);
         int shots = 0, vertices = 0;
-        if (headerLine != kSecondVersion || !readCount(file, codePage, kColumns, columnCount) ||
-            !readCount(file, codePage, kRows, rowCount) || !readCount(file, codePage, kShots, shots) ||
-            !readCount(file, codePage, kOutline, vertices) || !readCorner(file, areaAngle1) ||
-            !readCorner(file, areaAngle2))
+        if (headerLine != kSecondVersion || !readCount(file, codePage, u"columns", kColumns, columnCount) ||
+            !readCount(file, codePage, u"rows", kRows, rowCount) ||
+            !readCount(file, codePage, u"shots", kShots, shots) ||
+            !readCount(file, codePage, u"outline", kOutline, vertices) || shots < 0 || vertices < 0 ||
+            !readDirection(file, *this, areaAngle1) || !readDirection(file, *this, areaAngle2))
             return 0;
-        for (CWPK* corner : {&areaAngle1, &areaAngle2}) {
-            NormalizeAngle(corner->omega);
-            NormalizeAngle(corner->kappa);
-        }
         Entry entry;
         for (int i = 0; i < shots; ++i) {
-            if (!readEntry(file, codePage, entry) || entry.digits[0] != kShot)
+            if (!readEntry(file, codePage, kShot, entry) || entry.number != i || hasLineEnd(entry.name) ||
+                (entry.digits[1] == 1 && shootAngles.GetSize() < i) ||
+                (entry.digits[2] == 1 && imageNames.GetSize() < i))
                 return 0;
             if (entry.digits[1] == 1) {
                 CWPK shot(entry.reals[1] * kRadiansPerDegree, entry.reals[2] * kRadiansPerDegree,
@@ -282,9 +325,8 @@ int CScanArea::Read2(CString path) {
         }
         CWPK vertex;
         for (int i = 0; i < vertices; ++i) {
-            if (!readCorner(file, vertex))
+            if (!readDirection(file, *this, vertex))
                 return 0;
-            NormalizeAngle(vertex.kappa);
             reserveDouble(outlineAngles);
             outlineAngles.Add(vertex);
         }

@@ -14,6 +14,7 @@ using namespace fieldscan;
 namespace {
 
 constexpr double kWidestStep = 10.0 * kRadiansPerDegree;
+constexpr double kCoincident = 1e-12;
 
 // How many shots a side of the area takes; degrees have been through radians, 30 of them may be a rounding
 // step more than three steps.
@@ -31,21 +32,28 @@ void divide(double first, double length, double last, int count, CArray<double, 
         angles[count - 1] = last;
 }
 
-// The name behind `name` in its series.
-CString nextName(const CString& name) {
-    if (name.IsEmpty())
-        return u"IMG0001.jpg";
+// `name` becomes the next one of its series; false when memory runs out.
+bool countOn(CString& name) {
+    if (name.IsEmpty()) {
+        name = u"IMG0001.jpg";
+        return true;
+    }
     const int point = name.ReverseFind('.');
     CString stem = name.Left(point < 0 ? name.GetLength() : point);
-    StrPlusOne(stem);
-    return point < 0 ? stem : stem + name.Mid(point);
+    const CString extension = name.Mid(stem.GetLength());
+    if (StrPlusOne(stem) != 1)
+        return false;
+    name = stem + extension;
+    return true;
 }
 
 }  // namespace
 
 int CScanArea::CalShootAng(CWPK first, CWPK second) {
     const int columns = columnCount, rows = rowCount;
-    CString name = imageNames.IsEmpty() ? CString() : imageNames[imageNames.GetUpperBound()];
+    CString name;
+    if (!imageNames.IsEmpty())
+        name = std::move(imageNames[imageNames.GetUpperBound()]);
     const auto clear = [&] {
         imageNames.RemoveAll();
         shootAngles.RemoveAll();
@@ -68,6 +76,8 @@ int CScanArea::CalShootAng(CWPK first, CWPK second) {
         double width = second.kappa - first.kappa;
         if (width < 0.0)
             width += kFullTurn;
+        if (width > kFullTurn - kCoincident)  // the same direction, a rounding step to the left
+            width = 0.0;
         const double height = second.omega - first.omega;
         const bool given = columns > 0 && rows > 0;
         columnCount = width == 0.0 ? 1 : given ? columns : shotsOver(width);
@@ -85,7 +95,8 @@ int CScanArea::CalShootAng(CWPK first, CWPK second) {
             for (int column = 0; column < columnCount; ++column) {
                 CWPK shot(workTable2[row], 0.0, workTable1[column]);
                 shootAngles.Add(shot);
-                name = nextName(name);
+                if (!countOn(name))
+                    return 0;
                 imageNames.Add(name);
             }
         }

@@ -31,7 +31,7 @@ public:
 };
 
 // An ordered list of vertices with a name. Open unless Close was called; the closed bit matters to the total
-// lengths and InterpolateVertex, not to CheckTurn and PtInPolyline.
+// lengths, InterpolateVertex and the splines, not to CheckTurn and PtInPolyline.
 //
 // Index i: 0 .. GetVertexSize() - 1, compared as a signed number. Any other is refused: the operation gives 0
 // (GetVertex null, the distances 0.0) and changes nothing.
@@ -115,8 +115,8 @@ public:
     // without the frame bit count as new ones of an earlier run and are taken out first, so a second run
     // smooths the same frame again. Returns 1, and the kind is recorded as SetSplineFlag does; 0 when pieces
     // < 1, when the frame has fewer than three vertices, neighbours at the same place, or a coordinate that
-    // is not finite, when the vertices would not fit an array or memory runs out, and then nothing has
-    // changed.
+    // is not finite, when the vertices would not fit an array, the curve leaves the range of double or
+    // memory runs out, and then nothing has changed.
 
     // Kind 6: a cubic in each edge, with the second derivative by the piece's parameter, which runs from 0 to
     // 1 in every edge, continuous across the vertices. Open: no curvature at the ends; closed: none special.

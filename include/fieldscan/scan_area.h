@@ -50,17 +50,19 @@ public:
     // ---- The shooting grid ----
 
     // Plans the shots over the area between two directions: `first` its left, `second` its right end, so the
-    // horizontal angle grows from the first to the second, through zero when that is smaller; which of them
-    // is the upper one does not matter. Shots stand row by row from the top, each row from the left, at equal
-    // steps, the outermost exactly at the corners' angles (normalised); a single column or row stands in the
-    // middle. workTable1 holds the horizontal angles of the columns, workTable2 the zenith angles of the
-    // rows, in radians.
-    //   columnCount, rowCount  kept when both are greater than 0; else set so that neighbours are at most 10
-    //                          degrees apart. A side of no length gets one column or row, coincident corners
-    //                          a single shot.
-    //   imageNames             count on from the last name of the record, before its extension: IMG0012.jpg
-    //   is
-    //                          followed by IMG0013.jpg; without one from IMG0001.jpg
+    // horizontal angle grows from the first to the second, through zero when that is smaller (a full turn
+    // counts as none); which of them is the upper one does not matter. Zenith angles count from 0, below 2
+    // pi. Shots stand row by row from the top, each row from the left, at equal steps, the outermost exactly
+    // at the corners' angles (normalised); a single column or row stands in the middle. workTable1 holds the
+    // horizontal angles of the columns, workTable2 the zenith angles of the rows, in radians.
+    //
+    // columnCount and rowCount are kept when both are greater than 0, so set them to 0 before another area is
+    // planned; else they become such that neighbours are at most 10 degrees apart. A side of no length gets
+    // one column or row, coincident corners a single shot.
+    //
+    // imageNames count on from the last name of the record, before its extension: IMG0012.jpg is followed by
+    // IMG0013.jpg. Without one they begin with IMG0001.jpg.
+    //
     // The corners and polylines of the record stay. Returns 1, and CheckParameter then gives 1; 0 when the
     // corners of the record are out of range (CheckParameter -3), a direction is not finite, the shots would
     // not fit an array or memory runs out: the counts are then as before, shots, names and tables empty.
@@ -110,13 +112,14 @@ public:
 
     // Makes or replaces the file. It holds the outline too, phi of the shots, and image names with blanks and
     // commas; three decimals of a degree for the corners, four for the outline, five for the shots. Not in
-    // it: work tables, polylines, headerLine. Returns 1; 0 when a name holds a line end (the file is then
-    // untouched), the path is empty, the file cannot be opened, or writing or closing fails.
+    // it: work tables, polylines, headerLine. Returns 1; 0 when a name holds a line end or a direction is not
+    // finite (the file is then untouched), the path is empty, the file cannot be opened, or writing or
+    // closing fails.
     int Write2(CString path) const;
     // Init, then what the file holds; headerLine is its first line, trimmed. Horizontal angles and those of
-    // the corners come back in [0, 2 pi). Returns 1; 0 when the path is empty, the file cannot be opened or
-    // read to its end, the first line is another, or a line is missing or not as Write2 writes it; what was
-    // read before that stays.
+    // corners and outline come back in [0, 2 pi). Returns 1; 0 when the path is empty, the file cannot be
+    // opened or read to its end, the first line is another, or a line is missing, cut off or not as Write2
+    // writes it; what was read before that stays. What follows the last line does not count.
     //
     // The message of Write and Read is shown here too. Neither reader takes the other's version: Read wants
     // two integers first, Read2 its first line.

@@ -20,7 +20,7 @@ CScanArea sample() {
     area.columnCount = 2;
     area.rowCount = 1;
     area.areaAngle1.SetWPK(80 * kDegree, 0, 350 * kDegree);
-    area.areaAngle2.SetWPK(100.25 * kDegree, 0, 20 * kDegree);
+    area.areaAngle2.SetWPK(100.25 * kDegree, 0, 359.9999 * kDegree);
     for (const char16_t* name : {u" Wall, east 1.jpg", u""}) {
         CString text(name);
         area.imageNames.Add(text);
@@ -40,7 +40,7 @@ const char kSample[] =
     "shots,2,0.00000,0.00000,0.00000,3000\n"
     "outline,1,0.00000,0.00000,0.00000,4000\n"
     "350.000 80.000\n"
-    "20.000 100.250\n"
+    "360.000 100.250\n"
     " Wall, east 1.jpg,0,360.00000,90.50000,-1.25000,5110\n"
     ",1,350.12346,80.50000,0.00000,5110\n"
     "350.1235 80.5000\n";
@@ -61,6 +61,9 @@ TEST_F(ScanAreaFile2, IsWrittenAndRead) {
     EXPECT_EQ(back.Read2(path("v1")) + back.shootAngles.GetSize(), 0);
 
     CScanArea bad = sample();
+    bad.shootAngles[1].omega = NAN;
+    EXPECT_EQ(bad.Write2(path("v2")), 0);
+    bad = sample();
     bad.imageNames[1] = u"two\nlines";
     EXPECT_EQ(bad.Write2(path("v2")) + bad.Write2(u"/dev/full") + bad.Write2(path("none/x")), 0);
     EXPECT_EQ(get("v2"), kSample) << "untouched";
@@ -80,6 +83,14 @@ TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
                                                            {",1000", ",2000"},
                                                            {"shots,2", "shots,2147483647"},
                                                            {"5110", "51100"},
+                                                           {"5110", "5210"},
+                                                           {"5110", "5010"},
+                                                           {"columns", "rows"},
+                                                           {"columns,2", "columns,2x"},
+                                                           {"outline,1", "outline,-1"},
+                                                           {".jpg,0", ".jpg,1"},
+                                                           {"90.50000", "nan"},
+                                                           {"1235 80.5000", "1235 80.5000 1"},
                                                            {"5110", "4110"},
                                                            {"5110", "511"},
                                                            {"5110", "51a0"},
@@ -91,6 +102,8 @@ TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
         put("bad", text.replace(text.find(from), std::string(from).size(), to));
         EXPECT_EQ(area.Read2(path("bad")), 0) << to;
     }
+    put("cut", whole.substr(0, whole.size() - 6));
+    EXPECT_EQ(area.Read2(path("cut")), 0) << "8 for 80.5";
     std::string crlf;
     for (const char c : whole)
         crlf += c == '\n' ? "\r\n" : std::string(1, c);

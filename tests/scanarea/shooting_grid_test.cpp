@@ -45,15 +45,20 @@ TEST(ShootingGrid, CountsAndNames) {
         int columns, rows;
         double right, bottom;
         int expectedColumns, expectedRows;
-    } rows[] = {{0, 0, 130, 95, 4, 2}, {0, 5, 130.1, 95, 5, 2}, {7, 3, 130, 95, 7, 3},
-                {7, 3, 100, 95, 1, 3}, {7, 3, 130, 85, 7, 1},   {7, 3, 100, 85, 1, 1},
-                {0, 0, 100, 85, 1, 1}, {1, 1, 130, 95, 1, 1},   {0, 0, 460 - 1e-9, 85, 37, 1}};
+    } rows[] = {{0, 0, 130, 95, 4, 2},         {0, 5, 130.1, 95, 5, 2},
+                {7, 3, 130, 95, 7, 3},         {7, 3, 100, 95, 1, 3},
+                {7, 3, 130, 85, 7, 1},         {7, 3, 100, 85, 1, 1},
+                {0, 0, 100, 85, 1, 1},         {1, 1, 130, 95, 1, 1},
+                {0, 0, 460 - 1e-9, 85, 37, 1}, {0, 0, 100 - 360 - 1e-13, 85, 1, 1},
+                {0, 0, -230, 95, 4, 2}};
     for (const auto& row : rows) {
         CScanArea area;
         area.columnCount = row.columns;
         area.rowCount = row.rows;
-        CString old(u"wall.v09.tif");
-        area.imageNames.Add(old);
+        for (const char16_t* old : {u"first.jpg", u"wall.v09.tif"}) {
+            CString name(old);
+            area.imageNames.Add(name);
+        }
         ASSERT_EQ(area.CalShootAng(direction(100, 85), direction(row.right, row.bottom)), 1);
         EXPECT_EQ(area.columnCount, row.expectedColumns) << row.right;
         EXPECT_EQ(area.rowCount, row.expectedRows) << row.bottom;
