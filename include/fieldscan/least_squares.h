@@ -93,9 +93,10 @@ public:
     // a pivot of N is at most 1e-7 of its diagonal. Both are then exact to the last digits that the equations
     // as stored determine.
     //
-    // That takes the equations behind N: SetObeq, SetWeight, SetNoeq, InitParameter and Create end it until
-    // the next forming, and so does nothing else; whoever writes into Obeq, Weight or Noeq directly forms
-    // again, or calls SetNoeq. Observations and weights beyond 1e+-140 are refused or lose digits.
+    // Refining takes the equations behind N. After SetObeq, SetWeight, SetNoeq, InitNoeq, InitParameter or
+    // Create these count as unknown until the next forming, and the solver works with N alone; what is
+    // written into Obeq, Weight or Noeq directly is not noticed. Observations and weights beyond 1e+-140 are
+    // refused or lose digits.
     //
     // What is singular: a diagonal of N at or below `tolerance`. From the equations: fewer than unknowns; a
     // Householder diagonal |r_kk| <= max(1e-13, 16 m eps) times the length of its weighted column; a
