@@ -156,13 +156,13 @@ Vector timesSymmetric(const double* matrix, int n, const Vector& vector) {
     return result;
 }
 
-// The largest of the observations and of what an unknown amounts to in them: the rounding of residuals is a
-// part of it.
-double scaleOf(const Equations& equations, const double* normal, const ExactVector& x) {
-    double scale = std::sqrt(squaredLength(equations));
-    for (int i = 0; i < equations.n; ++i)
-        scale = std::max(scale, std::fabs(x[count(i)].hi) * std::sqrt(normal[i * (equations.n + 1) + i]));
-    return scale;
+// What the unknowns amount to in the observations at most. With the observations themselves it is the scale
+// that the rounding of residuals is a part of.
+double sizeInObservations(const double* normal, int n, const ExactVector& x) {
+    double size = 0.0;
+    for (int i = 0; i < n; ++i)
+        size = std::max(size, std::fabs(x[count(i)].hi) * std::sqrt(normal[i * (n + 1) + i]));
+    return size;
 }
 
 // Adds corrections cofactors(A^T P (l - A x)) until they end, as measured by |A correction|, the change of
@@ -186,7 +186,8 @@ bool improve(const Equations& equations, const double* normal, const double* inv
     for (int i = 0; i < n; ++i)
         x.push_back({solution[i], 0.0});
     Vector correction;
-    double change = std::numeric_limits<double>::infinity(), final = 0.0;
+    const double observations = std::sqrt(squaredLength(equations));
+    double change = std::numeric_limits<double>::infinity(), smallest = 0.0;
     bool ended = false;
     for (int step = 0; step < kMostSteps && !ended; ++step) {
         const Vector sums = misclosure(equations, x);
@@ -196,15 +197,17 @@ bool improve(const Equations& equations, const double* normal, const double* inv
             std::sqrt(std::fabs(std::inner_product(correction.begin(), correction.end(), sums.begin(), 0.0)));
         for (int i = 0; i < n; ++i)
             x[count(i)] = x[count(i)] + DoubleDouble{correction[count(i)], 0.0};
-        const double scale = scaleOf(equations, normal, x);
-        final = kFinal * scale;
-        ended = change <= final || (change <= kRounding * scale && change > 0.5 * last);
+        const double scale = std::max(observations, sizeInObservations(normal, n, x));
+        if (!std::isfinite(change) || !std::isfinite(scale))
+            return false;
+        smallest = kFinal * scale;
+        ended = change <= smallest || (change <= kRounding * scale && change > 0.5 * last);
     }
-    if (!ended || !std::isfinite(final))
+    if (!ended)
         return false;
     for (int i = 0; i < n; ++i) {
         const double value = x[count(i)].hi;
-        const double negligible = std::max(change, final) * std::sqrt(inverse[i * (n + 1) + i]);
+        const double negligible = std::max(change, smallest) * std::sqrt(inverse[i * (n + 1) + i]);
         const double uncertain = kUncertain * std::fabs(correction[count(i)]);
         solution[i] = std::fabs(value) <= std::min(negligible, uncertain) ? 0.0 : value;
     }

@@ -1,5 +1,4 @@
 // CLeastSq against certified and published figures.
-#include <fieldscan/least_squares.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,16 +7,10 @@
 #include <vector>
 
 #include "adjustment/double_double.h"
+#include "tests/adjustment/solvers.h"
 #include "tests/shared_data.h"
 
 namespace {
-
-const struct {
-    const char* name;
-    int (CLeastSq::*solve)();
-} kSolvers[] = {{"Solve", &CLeastSq::Solve},
-                {"PISolve", &CLeastSq::PISolve},
-                {"SolveWithSwpMat", &CLeastSq::SolveWithSwpMat}};
 
 using fieldscan::DoubleDouble;
 

@@ -1,5 +1,4 @@
 // CLeastSq against the stated sums and its own contract.
-#include <fieldscan/least_squares.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -8,6 +7,7 @@
 #include <random>
 #include <vector>
 
+#include "tests/adjustment/solvers.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -19,13 +19,6 @@ void enter(CLeastSq& adjustment, const Rows& rows) {
         for (std::size_t column = 0; column < row.size(); ++column)
             adjustment.SetObeq(static_cast<int>(column), row[column]);
 }
-
-const struct {
-    const char* name;
-    int (CLeastSq::*solve)();
-} kSolvers[] = {{"Solve", &CLeastSq::Solve},
-                {"PISolve", &CLeastSq::PISolve},
-                {"SolveWithSwpMat", &CLeastSq::SolveWithSwpMat}};
 
 int solved(const Rows& rows, int n) {
     CLeastSq adjustment(static_cast<int>(rows.size()), n);
