@@ -8,6 +8,7 @@
 #include "platform/framework/calendar.h"
 #include "platform/framework/number_text.h"
 #include "platform/system.h"
+#include "platform/time_records.h"
 
 using namespace fieldscan;
 

@@ -6,11 +6,12 @@
 #include <fieldscan/points.h>
 #include <fieldscan/polyline.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
+
+#include "tests/environment.h"
 
 // The cells of a line; one in quotes may hold commas, and quotes as two.
 inline std::vector<std::string> cellsOf(const std::string& line) {
@@ -52,26 +53,22 @@ inline std::string sharedBytes(const std::string& name) {
 // The lists of points, with the code page of their text files.
 struct SharedList {
     std::string name;
-    const char* codePage;
+    unsigned int codePage;  // of its text files
 
-    // The tables are UTF-8; afterwards the code page is the list's.
     void read(CArray<CXYZ, CXYZ&>& points) const {
         points.SetSize(0);
-        unsetenv("FIELDSCAN_ANSI_CODEPAGE");
         for (const auto& cells : sharedTable("points/" + name + ".csv")) {
-            CXYZ point(CString(cells[0].c_str()), std::stod(cells[1]), std::stod(cells[2]),
-                       std::stod(cells[3]));
-            point.code = cells[4].c_str();
+            CXYZ point(fromUtf8(cells[0]), std::stod(cells[1]), std::stod(cells[2]), std::stod(cells[3]));
+            point.code = fromUtf8(cells[4]);
             points.Add(point);
         }
-        setenv("FIELDSCAN_ANSI_CODEPAGE", codePage, 1);
     }
 };
 
-inline const SharedList kSharedLists[] = {{"topo_pnezd_1311", "CP1252"},
-                                          {"excavation_143", "CP1252"},
-                                          {"sweref_control_cp1252", "CP1252"},
-                                          {"mountains_japan_cp932", "CP932"}};
+inline const SharedList kSharedLists[] = {{"topo_pnezd_1311", 1252},
+                                          {"excavation_143", 1252},
+                                          {"sweref_control_cp1252", 1252},
+                                          {"mountains_japan_cp932", 932}};
 
 // An outline, and points with what another library says of them.
 struct SharedOutline {

@@ -5,27 +5,26 @@
 #include <fieldscan/framework/string.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
+
+#include "tests/environment.h"
 
 class TempFolder : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "fieldscanXXXXXX").string();
-        ASSERT_NE(mkdtemp(name.data()), nullptr);
-        folder = name;
+        std::random_device random;
+        do
+            folder = std::filesystem::temp_directory_path() / ("fieldscan" + std::to_string(random()));
+        while (!std::filesystem::create_directory(folder));
         clearEnvironment();
     }
     void TearDown() override {
         std::filesystem::remove_all(folder);
         clearEnvironment();
-    }
-    static void clearEnvironment() {
-        for (const char* variable : {"FIELDSCAN_ROOT", "FIELDSCAN_REGISTRY", "FIELDSCAN_ANSI_CODEPAGE"})
-            unsetenv(variable);
     }
     CString path(const std::string& name) const { return CString((folder / name).c_str()); }
     void put(const std::string& name, const std::string& bytes) const {

@@ -307,15 +307,3 @@ CString operator+(const CString& a, const CString& b) {
     sum += b;
     return sum;
 }
-
-CString operator+(const CString& a, unsigned short unit) {
-    CString sum(a);
-    sum += unit;
-    return sum;
-}
-
-CString operator+(unsigned short unit, const CString& a) {
-    CString sum(unit);
-    sum += a;
-    return sum;
-}

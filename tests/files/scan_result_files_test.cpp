@@ -36,7 +36,7 @@ TEST_F(ScanFiles, AppendTheStatedLines) {
     const std::string plain = "P,1.500000,-2.000000,3.000001\n",
                       coded = "P,1.500000,-2.000000,3.000001,WALL\n";
     EXPECT_EQ(get("scan"),
-              plain + coded + "P,1.500000,-2.000000,3.000001,,-7,extra, \xE5\xB2\xB3\n" + plain + coded);
+              plain + coded + "P,1.500000,-2.000000,3.000001,,-7,extra, " + kanji() + "\n" + plain + coded);
     points.SetSize(0);
     EXPECT_EQ(ScanFileAdd(path("none"), points), 1);
     EXPECT_EQ(get("none"), "");
@@ -74,7 +74,7 @@ TEST_F(ScanFiles, HeadersAreComparedExactly) {
     CFile file;
     file.Open(path("head"), CFile::modeCreate | CFile::modeWrite);
     EXPECT_EQ(WriteHeader(&file, u"HEAD \u5cb3"), 1);
-    EXPECT_EQ(get("head"), "HEAD \xE5\xB2\xB3\r\n");
+    EXPECT_EQ(get("head"), "HEAD " + kanji() + "\r\n");
     file.Close();
     EXPECT_EQ(WriteHeader(&file, u"HEAD"), 1) << "always";
     EXPECT_EQ(ReadHeader(&file, u"HEAD"), 0);
@@ -143,6 +143,8 @@ TEST_F(ScanFiles, AppendTheBytesOfRealLists) {
         list.read(points);
         if (points.IsEmpty())
             GTEST_SKIP() << kNoSharedData;
+        if (!usePage(list.codePage))
+            continue;
         ASSERT_EQ(ScanFileAdd(path(list.name), points), 1);
         EXPECT_TRUE(get(list.name) == sharedBytes("points/" + list.name + ".ScanFileAdd.txt")) << list.name;
     }

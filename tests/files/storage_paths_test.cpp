@@ -10,18 +10,17 @@ using StoragePaths = TempFolder;
 
 TEST_F(StoragePaths, AreAskedForUntilTheyAreKnown) {
     CGetAppPath paths;
-    const std::string key = "[HKEY_LOCAL_MACHINE\\System\\StorageManager\\Profiles\\";
     const std::string longName(100, 'n');
-    put("registry", key + "PCMCIA]\n\"Name\"=\"x\"\n" + key + "SDMMC]\n\"Folder\"=\"" + longName + "\"\n");
-    setenv("FIELDSCAN_REGISTRY", (folder / "registry").c_str(), 1);
+    setCardFolder(folder, "SDMMC", longName);
     EXPECT_TRUE(paths.GetCFCARD2Path().IsEmpty() && paths.cfCard2Path.IsEmpty()) << "no value";
     EXPECT_EQ(paths.GetSDCARDPath(), CString(longName.c_str()));
-    put("registry", key + "PCMCIA]\n\"Folder\"=\"CF Card\"\n" + key + "SDMMC]\n\"Folder\"=\"new\"\n");
+    setCardFolder(folder, "PCMCIA", "CF Card");
+    setCardFolder(folder, "SDMMC", "new");
     EXPECT_EQ(paths.GetCFCARD2Path(), CString(u"CF Card2"));
     EXPECT_EQ(paths.GetCFCARD1Path() + paths.cfCard1Path, CString(u"CF CardCF Card"));
     EXPECT_EQ(paths.GetSDCARDPath(), CString(longName.c_str())) << "known, not asked for";
     EXPECT_EQ(CGetAppPath(paths).GetCFCARD2Path(), CString(u"CF Card2"));
-    EXPECT_EQ(paths.GetExePath(), CString(std::filesystem::read_symlink("/proc/self/exe").c_str()));
+    EXPECT_EQ(paths.GetExePath(), CString(runningProgram().c_str()));
     paths.exePath = u"known";
     EXPECT_EQ(paths.GetExePath(), CString(u"known"));
 }

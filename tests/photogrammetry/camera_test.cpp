@@ -24,15 +24,14 @@ struct CameraFile : public TempFolder {
         "0.007400\t\t\t// x resolution [mm/pixel]\n"
         "0.007500\t\t\t// y resolution [mm/pixel]\n"
         "2\t\t\t\t\t// number of fiducial marks\n"
-        "M1\t12.500000\t-7.000000\t// coordinates of fiducial mark 0 [mm]\n"
-        "\x8A\x78\t12.500000\t-7.000000\t// coordinates of fiducial mark 1 [mm]\n";
+        "M1\t12.500000\t-7.000000\t// coordinates of fiducial mark 0 [mm]\n" +
+        kanji() + "\t12.500000\t-7.000000\t// coordinates of fiducial mark 1 [mm]\n";
 };
 
 TEST_F(CameraFile, KeepsEveryLine) {
-    setenv("FIELDSCAN_ANSI_CODEPAGE", "CP932", 1);
     put("in", sample);
     EXPECT_EQ(camera.Read(path("in")), 1);
-    EXPECT_EQ(camera.marks[1].name + camera.markNames[1], CString(u"\u5cb3\u5cb3"));
+    EXPECT_EQ(camera.marks[1].name + camera.markNames[1], CString((kanji() + kanji()).c_str()));
     camera.title = u"left";
     camera.dist.AddDist(1, 2);
     camera.marks[0].name = u"not M1";
@@ -61,7 +60,7 @@ TEST_F(CameraFile, ReadsFilesOfEveryKind) {
         {none + "0\n5\n1 2\n3\n\nx 7\n 4 5 6\n8 9\n", "1 " + same + "0~1/2~4/5"},
         {none + "0\n2147483647\n1 2\n3 4", "1 " + same + "0~1/2~3/4"},
         {none + "2147483647\nA 1 2\n", "0 " + same + "0|1/1/2"},
-        {none + "2\n\xC3\xA9 1 2\nlong x 4\n\n1 2\n", "1 " + same + "1|1/1/2|4/0/0"},
+        {none + "2\n" + kanji() + " 1 2\nlong x 4\n\n1 2\n", "1 " + same + "1|1/1/2|4/0/0"},
         {none + "1\n \n", "0 " + same + "0"},
         {none + "1\nA 1 2", "1 " + same + "1|1/1/2"},
         {"x\ny\nz\nm\nn\nx\ny\nm\n2\n3 4\n", "1 0 0 0 0 0 0 0 0 0 0~3/4"},

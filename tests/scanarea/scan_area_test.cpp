@@ -324,7 +324,8 @@ TEST_F(ScanAreaFile, HasTheStatedLines) {
     ASSERT_EQ(area.Write(path("job")), 1);
     EXPECT_EQ(get("job"),
               "2 1\n350.000000 80.500000\n20.000000 100.250000\n10.000000 80.000000 IMG0.jpg\n"
-              "11.000000 80.000000 \xE5\xB2\xB3 1.jpg\n0.000000 0.000000 extra.jpg\n");
+              "11.000000 80.000000 " +
+                  kanji() + " 1.jpg\n0.000000 0.000000 extra.jpg\n");
     CScanArea read;
     read.headerLine = u"old";
     addDirection(read.outlineAngles, 1, 1);
@@ -335,7 +336,7 @@ TEST_F(ScanAreaFile, HasTheStatedLines) {
     EXPECT_EQ(read.areaAngle1.phi + read.shootAngles[1].phi, 0.0);
     EXPECT_EQ(read.shootAngles[1].kappa, 11 * kRadian);
     EXPECT_EQ(read.imageNames.GetSize(), 3);
-    EXPECT_EQ(read.imageNames[1], CString(u"\u5cb3")) << "a name ends at its first blank";
+    EXPECT_EQ(read.imageNames[1], CString(kanji().c_str())) << "a name ends at its first blank";
     EXPECT_EQ(read.headerLine.GetLength() + read.outlineAngles.GetSize(), 0);
     EXPECT_TRUE(shown.IsEmpty());
 }
@@ -410,12 +411,13 @@ TEST_F(ScanAreaFile, GivesLinesAndTheLogToDerivedClasses) {
     EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 0);
     EXPECT_EQ(buffer[Derived::kLineSize], 'S');
 
-    setenv("FIELDSCAN_ROOT", folder.c_str(), 1);
+    const std::filesystem::path disk = deviceRoot(folder) / "Internal Disk";
     area.WriteLogFile(u"lost");  // no such folder: nothing happens
-    std::filesystem::create_directories(folder / "Internal Disk/FIELD_SCAN");
+    std::filesystem::create_directories(disk / "FIELD_SCAN");
     area.WriteLogFile(u"first\n");
     area.WriteLogFile(u"\u5cb3\n");
-    EXPECT_EQ(get("Internal Disk/FIELD_SCAN/log.txt"), "first\n\xE5\xB2\xB3\n");
+    EXPECT_EQ(get((disk / "FIELD_SCAN/log.txt").string()), "first\n" + kanji() + "\n");
+    std::filesystem::remove_all(disk);
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 #include <limits>
 #include <random>
 
+#include "platform/time_records.h"
+
 namespace {
 
 using S = CCalcXYZHV;

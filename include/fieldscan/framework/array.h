@@ -6,6 +6,7 @@
 
 #include <cassert>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -100,7 +101,7 @@ struct CArray<T, ARG>::Block {
     Block& operator=(const Block&) = delete;
     static std::size_t bytes(int n) {  // which may be more than a 32-bit processor can address
         const std::size_t count = static_cast<std::size_t>(n);
-        if (count > static_cast<std::size_t>(-1) / sizeof(T))
+        if (count > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T))
             throw std::bad_alloc();
         return count * sizeof(T);
     }
@@ -110,7 +111,7 @@ struct CArray<T, ARG>::Block {
 
 template <class T, class ARG>
 void CArray<T, ARG>::construct(T* place, int count) {
-    std::memset(static_cast<void*>(place), 0, static_cast<std::size_t>(count) * sizeof(T));
+    std::memset(static_cast<void*>(place), 0, Block::bytes(count));
     int made = 0;
     try {
         for (; made < count; ++made)

@@ -5,6 +5,14 @@
 #include <fieldscan/export.h>
 
 #include <cstddef>
+#include <type_traits>
+
+namespace fieldscan {
+// Positions and units are taken in any integer type: if one were fixed, arithmetic with the address of the
+// text would match another one as well, which one depending on the width of addresses.
+template <class Type>
+using IfInteger = typename std::enable_if<std::is_integral<Type>::value>::type;
+}  // namespace fieldscan
 
 // Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that does not count.
 // Copies share nothing. A unit is half of a character outside the basic plane; lengths and positions count
@@ -41,9 +49,10 @@ public:
     const unsigned short* GetString() const { return m_text; }
 
     unsigned short GetAt(int position) const { return inside(position) ? m_text[position] : 0; }
-    unsigned short operator[](int position) const { return GetAt(position); }
-    unsigned short operator[](long position) const {
-        return position >= 0 && position < m_length ? m_text[position] : 0;
+    template <class Integer, typename = fieldscan::IfInteger<Integer>>
+    unsigned short operator[](Integer position) const {
+        const long long at = static_cast<long long>(position);
+        return at >= 0 && at < m_length ? m_text[at] : static_cast<unsigned short>(0);
     }
     void SetAt(int position, unsigned short unit);
 
@@ -103,8 +112,16 @@ private:
 };
 
 FIELDSCAN_API CString operator+(const CString& a, const CString& b);
-FIELDSCAN_API CString operator+(const CString& a, unsigned short unit);
-FIELDSCAN_API CString operator+(unsigned short unit, const CString& a);
+
+// One unit behind the text or before it.
+template <class Integer, typename = fieldscan::IfInteger<Integer>>
+CString operator+(const CString& a, Integer unit) {
+    return CString(a) += static_cast<unsigned short>(unit);
+}
+template <class Integer, typename = fieldscan::IfInteger<Integer>>
+CString operator+(Integer unit, const CString& a) {
+    return CString(static_cast<unsigned short>(unit)) += a;
+}
 
 // The forms with a pointer keep a comparison from being one of addresses.
 // clang-format off

@@ -1,0 +1,22 @@
+// The system's header, kept from defining more than it must.
+#ifndef FIELDSCAN_PLATFORM_WINDOWS_API_H
+#define FIELDSCAN_PLATFORM_WINDOWS_API_H
+
+#if !defined(NOMINMAX)
+#define NOMINMAX
+#endif
+#if !defined(WIN32_LEAN_AND_MEAN)
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <fieldscan/framework/string.h>
+#include <windows.h>
+
+namespace fieldscan {
+
+inline const wchar_t* wideUnits(const CString& text) {
+    return reinterpret_cast<const wchar_t*>(text.GetString());
+}
+
+}  // namespace fieldscan
+
+#endif

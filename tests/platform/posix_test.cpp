@@ -1,0 +1,86 @@
+// What stands in for the device's system on POSIX systems.
+#include <fieldscan/framework/file.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <string>
+
+#include "platform/system.h"
+#include "tests/temp_folder.h"
+
+namespace fs = std::filesystem;
+namespace seam = fieldscan::system;
+
+namespace {
+
+using Posix = TempFolder;
+
+TEST_F(Posix, FilesThatAreNone) {
+    CFile file;
+    char byte;
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(file.Open(path("pipe"), CFile::modeRead) + file.Open(path("pipe"), CFile::modeReadWrite), 0);
+    ASSERT_EQ(file.Open(u"/proc/self/mem", CFile::modeRead), 1);
+    EXPECT_EQ(file.Read(&byte, 1) + !file.HasReadFailed(), 0u) << "no such address";
+    ASSERT_EQ(file.Open(u"/dev/full", CFile::modeWrite), 1);
+    EXPECT_FALSE(file.HasReadFailed());
+    EXPECT_EQ(file.Write("x", 1), 0);
+}
+
+TEST_F(Posix, FindsDevicePathsBelowTheRoot) {
+    setenv("FIELDSCAN_ROOT", folder.c_str(), 1);
+    fs::create_directories(folder / "Internal Disk");
+    put("Internal Disk/\xE5\xB2\xB3.txt", "x");
+    EXPECT_TRUE(seam::isFile(u"\\Internal Disk\\\u5cb3.txt"));
+    EXPECT_FALSE(seam::isFile(u"\\Internal Disk"));
+    EXPECT_FALSE(seam::isFile(u""));
+}
+
+TEST_F(Posix, ReadsTheRegistryFile) {
+    const std::string text =
+        "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\System\\Other]\r\n\"Folder\"=\"wrong\"\r\n"
+        "[hkey_local_machine\\SYSTEM\\Profiles]\r\n; \"Folder\"=\"comment\"\r\n\"Size\"=dword:00000001\r\n"
+        "\"folder\"=\"Card \\\\ \\\"1\\\"\"\n\"Open\"=\"never closed\r\n\"Trailing\"=\"x\\";
+    CString value;
+    const auto lookUp = [&](const char16_t* name) {
+        value = u"untouched";
+        return seam::registryText(u"System\\Profiles", name, value);
+    };
+    EXPECT_FALSE(lookUp(u"Folder")) << "no file named";
+    setenv("FIELDSCAN_REGISTRY", (folder / "device.reg").c_str(), 1);
+    EXPECT_FALSE(lookUp(u"Folder")) << "no such file";
+    std::string wide = "\xFF\xFE";
+    for (const char c : text)
+        wide += std::string(1, c) + '\0';
+    for (const std::string& bytes : {text, "\xEF\xBB\xBF" + text, wide, wide + "x"}) {
+        put("device.reg", bytes);
+        EXPECT_TRUE(lookUp(u"Folder"));
+        EXPECT_EQ(value, CString(u"Card \\ \"1\""));
+        EXPECT_FALSE(lookUp(u"Size"));
+        EXPECT_FALSE(lookUp(u"Open"));
+        EXPECT_FALSE(lookUp(u"Trailing"));
+        EXPECT_EQ(value, CString(u"untouched"));
+    }
+}
+
+TEST_F(Posix, TheEnvironmentNamesTheCodePage) {
+    const struct {
+        unsigned int page;
+        const char* names[5];
+    } cases[] = {{seam::kUtf8, {"", "utf8", "cp65001", "EUC-JP", "CP9322"}},
+                 {seam::kShiftJis, {"CP932", "932", "Shift_JIS", "sjis", "Windows-31J"}},
+                 {seam::kWestern, {"CP1252", "1252", "windows-1252"}},
+                 {seam::kLatin1, {"iso-8859-1", "Latin1", "Cp28591"}}};
+    for (const auto& c : cases) {
+        for (const char* name : c.names) {
+            if (name) {
+                setenv("FIELDSCAN_ANSI_CODEPAGE", name, 1);
+                EXPECT_EQ(seam::ansiCodePage(), c.page) << name;
+            }
+        }
+    }
+    clearEnvironment();
+    EXPECT_EQ(seam::ansiCodePage(), seam::kUtf8);
+}
+
+}  // namespace

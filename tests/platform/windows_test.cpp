@@ -1,0 +1,133 @@
+// What only Windows has: its own registry and code page, files that other programs hold.
+#include <fieldscan/framework/file.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <ctime>
+#include <string>
+
+#include "platform/system.h"
+#include "tests/temp_folder.h"
+
+using namespace fieldscan;
+
+namespace {
+
+using Windows = TempFolder;
+
+// A file held open by another program.
+class Held {
+public:
+    Held(const std::filesystem::path& path, DWORD access, DWORD share)
+        : m_handle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr)) {}
+    ~Held() { CloseHandle(m_handle); }
+    bool open() const { return m_handle != INVALID_HANDLE_VALUE; }
+
+private:
+    HANDLE m_handle;
+};
+
+TEST_F(Windows, FilesThatOthersHold) {
+    put("file", "kept");
+    const unsigned int read = CFile::modeRead, write = CFile::modeWrite,
+                       make = CFile::modeCreate | CFile::modeWrite;
+    const struct {
+        DWORD access, share;
+        unsigned int mode;
+        CFile::Cause cause;
+    } rows[] = {{GENERIC_READ, 0, read, CFile::causeSharingViolation},
+                {GENERIC_READ, FILE_SHARE_READ, read, CFile::causeNone},
+                {GENERIC_READ, FILE_SHARE_READ, make, CFile::causeSharingViolation},
+                {GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, write, CFile::causeNone},
+                {GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, read, CFile::causeSharingViolation},
+                {GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, write, CFile::causeSharingViolation}};
+    for (const auto& row : rows) {
+        const Held held(folder / "file", row.access, row.share);
+        ASSERT_TRUE(held.open());
+        CFile file;
+        EXPECT_EQ(file.Open(path("file"), row.mode), row.cause == CFile::causeNone);
+        EXPECT_EQ(file.GetOpenFailure(), row.cause) << row.access << ' ' << row.share << ' ' << row.mode;
+    }
+    CFile first, second;
+    EXPECT_EQ(first.Open(path("file"), read) + second.Open(path("file"), read), 2);
+    EXPECT_EQ(second.Open(path("file"), write), 0) << "being read";
+    EXPECT_EQ(first.Open(path("file"), write) + second.Open(path("file"), write), 1) << "being written";
+    first.Close();
+    EXPECT_EQ(get("file"), "kept");
+}
+
+TEST_F(Windows, FilesThatAreProtectedHiddenOrDevices) {
+    put("file", "kept");
+    const auto attribute = [&](DWORD value) { SetFileAttributesW((folder / "file").c_str(), value); };
+    CFile file;
+    attribute(FILE_ATTRIBUTE_READONLY);
+    for (const unsigned int mode : {0u + CFile::modeWrite, CFile::modeCreate | CFile::modeWrite,
+                                    CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite}) {
+        EXPECT_EQ(file.Open(path("file"), mode), 0);
+        EXPECT_EQ(file.GetOpenFailure(), CFile::causeAccessDenied);
+    }
+    EXPECT_EQ(file.Open(path("file"), CFile::modeRead), 1);
+    file.Close();
+    EXPECT_EQ(get("file"), "kept");
+    attribute(FILE_ATTRIBUTE_HIDDEN);
+    EXPECT_EQ(file.Open(path("file"), CFile::modeCreate | CFile::modeWrite), 1);
+    EXPECT_EQ(file.GetLength(), 0);
+    file.Close();
+    attribute(FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(file.Open(u"NUL", CFile::modeWrite), 0) << "a measurement written there is lost";
+    EXPECT_EQ(file.Open(u"CON", CFile::modeRead), 0);
+}
+
+TEST_F(Windows, PathsAreWide) {
+    const CString name = CString(folder.c_str()) + u"\\\u5cb3 \u00e9.csv";
+    CFile file;
+    ASSERT_EQ(file.Open(name, CFile::modeCreate | CFile::modeWrite), 1);
+    file.Close();
+    EXPECT_TRUE(exists("") && std::filesystem::exists(folder / L"\u5cb3 \u00e9.csv"));
+    EXPECT_TRUE(system::isFile(name) && !system::isFile(CString(folder.c_str())));
+}
+
+TEST_F(Windows, RegistryTexts) {
+    const wchar_t key[] = L"System\\StorageManager\\Profiles\\SDMMC";
+    CString value(u"untouched");
+    const auto lookUp = [&](DWORD type, const std::wstring& text, DWORD bytes) {
+        RegSetKeyValueW(HKEY_LOCAL_MACHINE, key, L"Folder", type, text.c_str(), bytes);
+        return system::registryText(key, u"fOLDER", value);
+    };
+    EXPECT_FALSE(system::registryText(key, u"Folder", value)) << "no key";
+    EXPECT_FALSE(lookUp(REG_DWORD, L"xx", 4)) << "no text";
+    EXPECT_EQ(value, CString(u"untouched"));
+    EXPECT_FALSE(system::registryText(key, u"Name", value)) << "no value";
+    for (const std::size_t length : {0u, 1u, 31u, 32u, 33u, 5000u}) {  // 32 fill the first buffer
+        const std::wstring text(length, L'\u5cb3');
+        EXPECT_TRUE(lookUp(REG_SZ, text, static_cast<DWORD>(2 * length + 2)));
+        EXPECT_EQ(value, CString(text.c_str())) << length;
+        EXPECT_TRUE(lookUp(REG_SZ, text, static_cast<DWORD>(2 * length))) << "without closing zero";
+        EXPECT_EQ(value, CString(text.c_str())) << length;
+    }
+}
+
+TEST_F(Windows, CodePageOfTheSystem) {
+    const char* const wanted = std::getenv("FIELDSCAN_TEST_CODE_PAGE");  // that the tests were to run in
+    EXPECT_EQ(std::to_string(system::ansiCodePage()), wanted ? wanted : std::to_string(GetACP()));
+    // Pages that are not compiled in: 1250 has no half-width katakana, and a look-alike for none.
+    std::string bytes;
+    const CString text(u"\u0159\u00e4\uff8c\u2212.");
+    system::appendAnsi(1250, text, text.GetLength(), bytes);
+    EXPECT_EQ(bytes, "\xF8\xE4??.");
+    CString back;
+    system::appendWide(936, "\xD6\xD0,\x81,\xFF\x81", 7, back);
+    EXPECT_EQ(back, CString(u"\u4e2d,\u0081,\u00ff\u0081"));
+}
+
+TEST_F(Windows, Clock) {
+    TIME_ZONE_INFORMATION zone;
+    const bool summer = GetTimeZoneInformation(&zone) == TIME_ZONE_ID_DAYLIGHT;
+    EXPECT_EQ(system::localOffsetSeconds(),
+              -60 * (zone.Bias + (summer ? zone.DaylightBias : zone.StandardBias)));
+    const unsigned long long unixEpoch = 11644473600ULL;
+    EXPECT_NEAR(static_cast<double>(system::fileTimeNow() / 10000000 - unixEpoch),
+                static_cast<double>(std::time(nullptr)), 5.0);
+}
+
+}  // namespace
