@@ -4,6 +4,13 @@
 
 #include <fieldscan/framework/string.h>
 
+#if defined(_WIN32)
+// <windows.h> may define this as one of the two names below, before this header or after it: a call means the
+// same member all the same.
+#pragma push_macro("GetFileTitle")
+#undef GetFileTitle
+#endif
+
 class FIELDSCAN_API CRTCard {
 public:
     // `path` is the folder of a card; none, or a null pointer, gives the empty path.
@@ -19,9 +26,17 @@ public:
     // "A.B"; a name that begins with its only "." is kept whole). Returns 1; 0 with an empty title when the
     // path names no file: it is empty or ends with a separator.
     int GetFileTitle(CString path, CString& title);
+#if defined(_WIN32)
+    int GetFileTitleA(CString path, CString& title) { return GetFileTitle(path, title); }
+    int GetFileTitleW(CString path, CString& title) { return GetFileTitle(path, title); }
+#endif
 
 private:
     CString m_path;
 };
+
+#if defined(_WIN32)
+#pragma pop_macro("GetFileTitle")
+#endif
 
 #endif

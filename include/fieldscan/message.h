@@ -8,9 +8,9 @@
 class FIELDSCAN_API CKTImgMsg {
 public:
     // Shows `text` to the operator and returns when it was shown: through the application's handler if one is
-    // installed, else in a message box at `place` (where the system decides for an empty rectangle), or on
-    // standard error on systems without one. The library itself calls this only where a scan-area file
-    // cannot be opened because access is denied or another program holds it.
+    // installed, else in a message box, or on standard error on systems without one. `place` is for the
+    // handler; the system places its message boxes itself. The library itself calls this only where a
+    // scan-area file cannot be opened because access is denied or another program holds it.
     static void DispMessage(const CString& text, const CRect& place = CRect());
 
     // Installs the application's own display for the whole process, null for the default; returns the one
