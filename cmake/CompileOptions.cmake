@@ -11,6 +11,10 @@ function(fieldscan_compile_options target)
     # between targets.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
 
+    # GCC's vectorizer of straight-line code fuses all the same: neighbouring a*b-c and a*b+c become one
+    # instruction wherever the processor has it (vfmaddsub, GCC 12 with -mfma).
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-tree-slp-vectorize>)
+
     # Arrays zero-fill storage before the constructor of an element runs; GCC may otherwise drop those stores,
     # since the life of the element begins after them.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-lifetime-dse>)

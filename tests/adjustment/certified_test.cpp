@@ -65,6 +65,8 @@ struct Certified {
     double x0;
 };
 
+void PrintTo(const Certified& set, std::ostream* out) { *out << set.name; }
+
 class CertifiedTest : public testing::TestWithParam<Certified> {
 protected:
     List<List<DoubleDouble>> design;  // the observation last; columns are given as doubles

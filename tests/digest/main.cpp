@@ -1,0 +1,122 @@
+// Prints a digest of the library's results, or compares it with one that was made elsewhere:
+//
+//   digest            one line a family: "exact NAME HASH" or "near NAME TOLERANCE SUM ..."
+//   digest FILE       what differs from FILE, and status 1 when anything does
+//   digest FILE SET   with no wider instruction set than baseline, avx2 or avx512; 77 where there is none
+//   such
+//
+// expected.txt is what it prints on x86-64 Linux.
+#include <algorithm>
+#include <charconv>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <sstream>
+#include <string>
+
+#include "platform/framework/instruction_set.h"
+#include "tests/digest/digest.h"
+
+namespace {
+
+using Words = std::vector<std::string>;      // of a line
+using Lines = std::map<std::string, Words>;  // by family
+
+template <class... Form>
+std::string numberText(Form... form) {
+    char text[32];
+    return {text, std::to_chars(text, std::end(text), form...).ptr};
+}
+
+double numberOf(const std::string& text) {
+    double value = std::nan("");
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+Lines computed() {
+    Lines lines;
+    for (const Family* family = Family::first; family; family = family->next) {
+        const bool exact = family->tolerance == kExact;
+        Results results(!exact);
+        Random random;
+        for (int i = 0; i < family->cases; ++i) {
+            results.beginCase();
+            family->run(results, random, i);
+        }
+        Words& line = lines[family->name] = {exact ? "exact" : "near", family->name};
+        line.push_back(exact ? numberText(results.hash(), 16) : numberText(family->tolerance));
+        for (const double sum : results.sums())
+            line.push_back(numberText(sum, std::chars_format::scientific, 16));
+    }
+    return lines;
+}
+
+Lines linesOf(std::istream& in) {
+    Lines lines;
+    for (std::string text; std::getline(in, text);) {
+        std::istringstream stream(text);
+        const Words line{std::istream_iterator<std::string>(stream), {}};
+        lines[line.size() > 1 ? line[1] : text] = line;
+    }
+    return lines;
+}
+
+// Prints in what two lines of a family differ, or how far the sums of one moved.
+bool agree(const std::string& name, const Words& line, const Words& expected) {
+    if (line.size() < 3 || line.size() != expected.size()) {
+        std::cout << name << ": on one side alone, or of another length\n";
+        return false;
+    }
+    double moved = 0.0;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        if (line[i] == expected[i])
+            continue;
+        const double difference = std::fabs(numberOf(line[i]) - numberOf(expected[i]));
+        if (i < 3 || !(difference <= numberOf(line[2]))) {
+            std::cout << name << ": " << line[i] << ", expected " << expected[i] << '\n';
+            return false;
+        }
+        moved = std::max(moved, difference);
+    }
+    if (moved > 0.0)
+        std::cout << name << ": moved by " << moved << " of " << line[2] << '\n';
+    return true;
+}
+
+constexpr int kSkipped = 77;
+
+int compare(Lines here, Lines expected) {
+    Lines all(here);
+    all.insert(expected.begin(), expected.end());
+    std::size_t agreeing = 0;
+    for (const auto& line : all)
+        if (agree(line.first, here[line.first], expected[line.first]))
+            ++agreeing;
+    std::cout << agreeing << " of " << all.size() << " families agree\n";
+    return agreeing == all.size() ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::string sets[] = {"baseline", "avx2", "avx512"};
+    for (int set = 0; argc > 2 && set < 3; ++set) {
+        if (argv[2] == sets[set] &&
+            !fieldscan::limitInstructionSet(static_cast<fieldscan::InstructionSet>(set))) {
+            std::cout << "this machine has no " << sets[set] << '\n';
+            return kSkipped;
+        }
+    }
+    if (argc > 1) {
+        std::ifstream in(argv[1], std::ios::binary);
+        return compare(computed(), linesOf(in));
+    }
+    for (const auto& line : computed()) {
+        for (const std::string& word : line.second)
+            std::cout << (&word == line.second.data() ? "" : " ") << word;
+        std::cout << '\n';
+    }
+    return 0;
+}
