@@ -14,4 +14,16 @@ bool limitInstructionSet(InstructionSet widest);
 
 }  // namespace fieldscan
 
+// A file of kernels is compiled once for each set, as namespace FIELDSCAN_KERNELS: fieldscan::baseline and,
+// where the processor has them, fieldscan::avx2 and fieldscan::avx512. FIELDSCAN_CHOSEN(table) is the one
+// `table` of those that this machine uses.
+#if defined(__x86_64__) || defined(__i386__)
+#define FIELDSCAN_CHOSEN(table)                                                                  \
+    (fieldscan::instructionSet() == fieldscan::InstructionSet::avx512 ? fieldscan::avx512::table \
+     : fieldscan::instructionSet() == fieldscan::InstructionSet::avx2 ? fieldscan::avx2::table   \
+                                                                      : fieldscan::baseline::table)
+#else
+#define FIELDSCAN_CHOSEN(table) (fieldscan::baseline::table)
+#endif
+
 #endif
