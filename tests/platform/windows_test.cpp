@@ -116,7 +116,7 @@ TEST_F(Windows, CodePageOfTheSystem) {
     system::appendAnsi(1250, text, text.GetLength(), bytes);
     EXPECT_EQ(bytes, "\xF8\xE4??.");
     CString back;
-    system::appendWide(936, "\xD6\xD0,\x81,\xFF\x81", 7, back);
+    system::appendWide(936, "\xD6\xD0,\x81,\xFF\x81\x40", 7, back);  // its last byte lies behind the end
     EXPECT_EQ(back, CString(u"\u4e2d,\u0081,\u00ff\u0081"));
 }
 
