@@ -2,9 +2,10 @@
 #include <fieldscan/least_squares.h>
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
+#include "photogrammetry/distortion_model.h"
+#include "photogrammetry/distortion_search.h"
 #include "platform/framework/line_text.h"
 
 using namespace fieldscan;
@@ -13,15 +14,6 @@ namespace {
 
 constexpr int kParameters[] = {0, 4, 4, 5, 8};  // of each model
 constexpr int kRadialTerms = 4;
-constexpr int kMostPasses = 100;
-constexpr int kGridSide = 5;  // half a search radius apart, so the grid reaches one radius to every side
-
-// An undistorted point, and the squared distance of its distorted position from the wanted one.
-struct Candidate {
-    double u;
-    double v;
-    double e;
-};
 
 }  // namespace
 
@@ -60,79 +52,15 @@ DIST_MODEL& CDist::GetDistModel() { return model; }
 int CDist::GetNumPara() const { return numPara; }
 
 void CDist::CalDist(double x, double y, double& dx, double& dy) const {
-    const double* const p = para;
-    const double r2 = x * x + y * y;
-    switch (model) {
-        case DIST_RADIAL4: {
-            const double f = (((p[3] * r2 + p[2]) * r2 + p[1]) * r2 + p[0]) * r2;
-            dx = f * x;
-            dy = f * y;
-            return;
-        }
-        case DIST_RADIAL2_TANGENTIAL2: {
-            const double g = p[0] * r2 + p[1] * (r2 * r2);
-            dx = g * x + p[2] * (2 * x * x + r2) + 2 * p[3] * x * y;
-            dy = g * y + p[3] * (2 * y * y + r2) + 2 * p[2] * x * y;
-            return;
-        }
-        case DIST_RADIAL3_TANGENTIAL2: {
-            const double g = p[0] * r2 + p[1] * (r2 * r2) + p[2] * (r2 * r2 * r2);
-            dx = g * x + p[3] * (2 * x * x + r2) + 2 * p[4] * x * y;
-            dy = g * y + p[4] * (2 * y * y + r2) + 2 * p[3] * x * y;
-            return;
-        }
-        case DIST_POLY8: {
-            const double g = p[0] * r2 + p[1] * (r2 * r2);
-            dx = p[4] * x * y + p[5] * y * y + p[2] * x + p[3] * y + g * x;
-            dy = g * y + p[6] * x * y + p[7] * x * x;
-            return;
-        }
-        case DIST_NONE:
-            break;
-    }
-    dx = 0.0;
-    dy = 0.0;
+    distortionAt(model, para, x, y, dx, dy);
 }
 
 BOOL CDist::CalDistInv(double x, double y, double& cx, double& cy, double tol) const {
-    const auto candidateAt = [&](double u, double v) {
-        double dx, dy;
-        CalDist(u, v, dx, dy);
-        const double ey = v + dy - y;
-        const double ex = u + dx - x;
-        return Candidate{u, v, ey * ey + ex * ex};
-    };
-
-    double dx, dy;
-    CalDist(x, y, dx, dy);
-    Candidate best = candidateAt(x - dx, y - dy);
-    const auto accepted = [&] { return best.e <= tol * tol; };
-    // Takes the best of a grid around the best so far; false when none is better, which NaN never is.
-    const auto searchGrid = [&] {
-        const Candidate center = best;
-        const double s = std::sqrt(center.e);
-        const double h = s * 0.5;
-        bool improved = false;
-        for (int j = 0; j < kGridSide; ++j) {
-            for (int i = 0; i < kGridSide; ++i) {
-                const Candidate candidate = candidateAt(center.u - s + i * h, center.v - s + j * h);
-                if (!(candidate.e < best.e))
-                    continue;
-                best = candidate;
-                improved = true;
-                if (accepted())
-                    return true;
-            }
-        }
-        return improved;
-    };
-
-    for (int pass = 0; pass < kMostPasses && !accepted(); ++pass)
-        if (!searchGrid())
-            break;
-    cx = best.u - x;
-    cy = best.v - y;
-    return accepted();
+    const double accepted = tol * tol;
+    const Undistorted found = FIELDSCAN_CHOSEN(searchUndistorted)(model, para, x, y, accepted);
+    cx = found.u - x;
+    cy = found.v - y;
+    return found.e <= accepted;
 }
 
 int CDist::AddDist(double r, double d) {

@@ -17,6 +17,17 @@ bool limitInstructionSet(InstructionSet widest);
 // A file of kernels is compiled once for each set, as namespace FIELDSCAN_KERNELS: fieldscan::baseline and,
 // where the processor has them, fieldscan::avx2 and fieldscan::avx512. FIELDSCAN_CHOSEN(table) is the one
 // `table` of those that this machine uses.
+// FIELDSCAN_IN_EACH_SET declares what such a file defines.
+#define FIELDSCAN_IN_EACH_SET(...) \
+    namespace baseline {           \
+    __VA_ARGS__                    \
+    }                              \
+    namespace avx2 {               \
+    __VA_ARGS__                    \
+    }                              \
+    namespace avx512 {             \
+    __VA_ARGS__                    \
+    }
 #if defined(__x86_64__) || defined(__i386__)
 #define FIELDSCAN_CHOSEN(table)                                                                  \
     (fieldscan::instructionSet() == fieldscan::InstructionSet::avx512 ? fieldscan::avx512::table \

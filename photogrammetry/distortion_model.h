@@ -1,0 +1,49 @@
+// The distortion models, for one point or for the lanes of a register full of them. The functions are
+// internal to each file that includes this, since kernels may not share any.
+#ifndef FIELDSCAN_PHOTOGRAMMETRY_DISTORTION_MODEL_H
+#define FIELDSCAN_PHOTOGRAMMETRY_DISTORTION_MODEL_H
+
+#include <fieldscan/distortion.h>
+
+namespace fieldscan {
+
+// The distortion of (x, y) by the parameters `p`, as CDist::CalDist states it.
+template <class Number>
+static inline void distortionAt(DIST_MODEL model, const double* p, Number x, Number y, Number& dx,
+                                Number& dy) {
+    const Number r2 = x * x + y * y;
+    switch (model) {
+        case DIST_RADIAL4: {
+            const Number f = (((p[3] * r2 + p[2]) * r2 + p[1]) * r2 + p[0]) * r2;
+            dx = f * x;
+            dy = f * y;
+            return;
+        }
+        case DIST_RADIAL2_TANGENTIAL2: {
+            const Number g = p[0] * r2 + p[1] * (r2 * r2);
+            dx = g * x + p[2] * (2.0 * x * x + r2) + 2.0 * p[3] * x * y;
+            dy = g * y + p[3] * (2.0 * y * y + r2) + 2.0 * p[2] * x * y;
+            return;
+        }
+        case DIST_RADIAL3_TANGENTIAL2: {
+            const Number g = p[0] * r2 + p[1] * (r2 * r2) + p[2] * (r2 * r2 * r2);
+            dx = g * x + p[3] * (2.0 * x * x + r2) + 2.0 * p[4] * x * y;
+            dy = g * y + p[4] * (2.0 * y * y + r2) + 2.0 * p[3] * x * y;
+            return;
+        }
+        case DIST_POLY8: {
+            const Number g = p[0] * r2 + p[1] * (r2 * r2);
+            dx = p[4] * x * y + p[5] * y * y + p[2] * x + p[3] * y + g * x;
+            dy = g * y + p[6] * x * y + p[7] * x * x;
+            return;
+        }
+        case DIST_NONE:
+            break;
+    }
+    dx = Number();
+    dy = Number();
+}
+
+}  // namespace fieldscan
+
+#endif
