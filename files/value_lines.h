@@ -9,6 +9,7 @@
 
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/rewritten_file.h"
 
 namespace fieldscan {
 
@@ -38,18 +39,17 @@ inline bool readInteger(CFile& file, int& value) {
     return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
 }
 
-// Makes or empties the file, lets `write` fill lines, closes it: 1, or 0 when a step fails. `path` is what a
-// CString converts from.
+// Makes or replaces the file by the lines that `write` fills: 1, or 0 when a step fails, and the file is then
+// as it was (RewrittenFile). `path` is what a CString converts from.
 template <class Path, class Write>
 int writeNewFile(const Path& path, Write write) {
     return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite))
+        RewrittenFile rewritten;
+        if (!rewritten.open(path))
             return 0;
-        LineWriter lines(file);
+        LineWriter lines(rewritten.file());
         write(lines);
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
+        return rewritten.finish(lines.finish()) ? 1 : 0;
     });
 }
 
