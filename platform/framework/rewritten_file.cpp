@@ -1,5 +1,6 @@
 #include "platform/framework/rewritten_file.h"
 
+#include "platform/framework/out_of_memory.h"
 #include "platform/system.h"
 
 namespace fieldscan {
@@ -22,11 +23,15 @@ bool RewrittenFile::finish(bool written) {
     const bool complete = m_file.Close() == 1 && flushed;
     if (!m_beside)
         return complete;
-    if (complete && system::replaceFile(m_new, m_path))
+    const auto replaced = [&] { return complete && system::replaceFile(m_new, m_path) ? 1 : 0; };
+    if (zeroIfOutOfMemory(replaced))
         return true;
-    system::removeFile(m_new);
-    if (m_made)
-        system::removeFile(m_path);
+    zeroIfOutOfMemory([&] {
+        system::removeFile(m_new);
+        if (m_made)
+            system::removeFile(m_path);
+        return 1;
+    });
     return false;
 }
 
