@@ -39,9 +39,9 @@ int fitted(Fit& fit, int count, double x, double y, double radius,
 TEST(Helmert, PairsByName) {
     for (const int others : {0, 9, 100}) {  // few names are searched, more go through a table
         Points first, second;
-        for (const char* name : {"C", "A", "missing", "B", "A", "\xC3\xA9", "P35874", "", "stations"})
+        for (const char* name : {"C", "A", "missing", "B", "A", "\xC3\xA9", "liquid", "", "stations"})
             add(first, name, 1, 0);
-        for (const char* name : {"A", "\xC3\xA9", "a", "B", "A", "C", "P10109", "P35874", "station", ""})
+        for (const char* name : {"A", "\xC3\xA9", "a", "B", "A", "C", "costarring", "liquid", "station", ""})
             add(second, name, second.GetSize(), 0);
         for (int i = 0; i < others; ++i)
             add(second, "station" + std::to_string(i % 50), second.GetSize(), 0);
@@ -50,7 +50,8 @@ TEST(Helmert, PairsByName) {
         CHelmert helmert;
         const int counted = others < 50 ? others : 50;
         ASSERT_EQ(helmert.SetPoints(first, second), 7 + counted);
-        const int partners[] = {5, 0, 3, 0, 1, 7, 9};  // of doubles the first; P10109 has the hash of P35874
+        // Of doubles the first; costarring has the hash of liquid.
+        const int partners[] = {5, 0, 3, 0, 1, 7, 9};
         for (int i = 0; i < 7 + counted; ++i)
             EXPECT_EQ(helmert.sourcePoints[i].x, i < 7 ? partners[i] : i + 3) << others;
         EXPECT_EQ(helmert.targetPoints[2].name, CString(u"B"));
