@@ -81,8 +81,8 @@ int CPolyline::PtInPolyline(double x, double y) const {
     for (int i = 0; i < n; ++i) {
         const CVertex* q = &vertices[i];
         const bool qBelow = q->y <= y;
-        // One end below and the other not: above, or NaN, which no edge passes.
-        if (pBelow != qBelow && !std::isunordered(p->y, q->y))
+        // The other end is above, or NaN, and then so is the crossing, which does not count.
+        if (pBelow != qBelow)
             crossings += (q->x - p->x) / (q->y - p->y) * (y - p->y) + p->x >= x;
         p = q;
         pBelow = qBelow;
