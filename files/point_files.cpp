@@ -27,10 +27,13 @@ void addPoint(CArray<CXYZ, CXYZ&>& points, unsigned int codePage, std::string_vi
 
 void fieldscan::appendPoint(LineWriter& lines, const CXYZ& point) {
     lines.append(point.name);
+    char numbers[3 * (1 + kFixedRoom)];
+    char* to = numbers;
     for (const double coordinate : {point.x, point.y, point.z}) {
-        lines.text() += ',';
-        appendFixed(lines.text(), coordinate, 6);
+        *to++ = ',';
+        to = putFixed(to, coordinate, 6);
     }
+    lines.text().append(numbers, static_cast<std::size_t>(to - numbers));
 }
 
 std::string_view fieldscan::numberText(unsigned int codePage, std::string_view field, std::string& buffer) {
