@@ -15,12 +15,10 @@ namespace {
 
 constexpr int kPointFields = 4;
 
-void addPoint(CArray<CXYZ, CXYZ&>& points, unsigned int codePage, std::string_view line) {
+void addPointOfLine(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage,
+                    std::string_view line) {
     std::string_view fields[kPointFields];
-    const int count = splitAtCommas(line, fields, kPointFields);
-    CXYZ point = pointOf(codePage, fields, count);
-    reserveDouble(points);
-    points.Add(point);
+    addPoint(points, file, codePage, fields, splitAtCommas(line, fields, kPointFields));
 }
 
 }  // namespace
@@ -46,13 +44,17 @@ std::string_view fieldscan::numberText(unsigned int codePage, std::string_view f
     return buffer;
 }
 
-CXYZ fieldscan::pointOf(unsigned int codePage, const std::string_view* fields, int count) {
+CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage,
+                          const std::string_view* fields, int count) {
     std::string buffer;
     const auto number = [&](int i) {
         return i < count ? parseDouble(numberText(codePage, fields[i], buffer)) : 0.0;
     };
-    CXYZ point(number(1), number(2), number(3));
-    point.name = wideTrimmed(codePage, fields[0]);
+    reserveForLines(points, file);
+    points.SetSize(points.GetSize() + 1);
+    CXYZ& point = points[points.GetUpperBound()];
+    point.SetXYZ(number(1), number(2), number(3));
+    setTrimmed(point.name, codePage, fields[0]);
     return point;
 }
 
@@ -81,8 +83,10 @@ int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         if (!openForReading(file, path, mustExist))
             return 0;
         const unsigned int codePage = system::ansiCodePage();
-        for (std::string line; readLine(file, line) && !trimmed(line).empty();)
-            addPoint(points, codePage, line);
+        std::string split;
+        std::string_view line;
+        while (readLine(file, split, line) && !trimmed(line).empty())
+            addPointOfLine(points, file, codePage, line);
         return file.HasReadFailed() ? 0 : 1;
     });
 }
@@ -109,12 +113,13 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         if (!openForReading(file, path, mustExist))
             return 0;
         const unsigned int codePage = system::ansiCodePage();
-        for (std::string line; readLine(file, line);) {
-            for (std::string_view rest = line; !rest.empty();) {
+        std::string split;
+        for (std::string_view rest; readLine(file, split, rest);) {
+            while (!rest.empty()) {
                 const std::size_t end = rest.find('\r');
                 const std::string_view part = rest.substr(0, end);
                 if (!trimmed(part).empty())
-                    addPoint(points, codePage, part);
+                    addPointOfLine(points, file, codePage, part);
                 rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
             }
         }

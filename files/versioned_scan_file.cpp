@@ -98,17 +98,16 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
         const unsigned int codePage = system::ansiCodePage();
         std::string_view fields[kFields];
         std::string buffer;
-        for (std::string line; readLine(file, line);) {
+        std::string split;
+        for (std::string_view line; readLine(file, split, line);) {
             if (splitAtCommas(line, fields, kFields) < kFields)
                 continue;
-            CXYZ point = pointOf(codePage, fields, kCode);
+            CXYZ& point = addPoint(points, file, codePage, fields, kCode);
             point.code = wideTrimmed(codePage, fields[kCode]);
             point.attr[2] = parseInt(numberText(codePage, fields[kAttribute], buffer));
-            reserveDouble(points);
-            reserveDouble(texts);
-            reserveDouble(first);
-            reserveDouble(second);
-            points.Add(point);
+            reserveForLines(texts, file);
+            reserveForLines(first, file);
+            reserveForLines(second, file);
             texts.Add(wideTrimmed(codePage, fields[kText]));
             first.Add(parseDouble(numberText(codePage, fields[kFirst], buffer)));
             second.Add(parseDouble(numberText(codePage, fields[kSecond], buffer)));

@@ -4,10 +4,10 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
-#include <cstdint>
-#include <cstring>
 #include <limits>
 #include <system_error>
+
+#include "platform/framework/decimal_text.h"
 
 namespace fieldscan {
 namespace {
@@ -22,86 +22,6 @@ void pad(std::string& out, std::size_t start, int width, bool zeroFill) {
     if (zeroFill && out[start] == '-')
         ++start;
     out.insert(start, static_cast<std::size_t>(width) - length, zeroFill ? '0' : ' ');
-}
-
-// ---- Decimals in use, without the general algorithm ----
-
-// The digits of a number below 10^8, the first in the lowest byte. All eight at a time: halves, pairs and single digits
-// lie side by side in one word, and the divisions by 100 and 10 are products with the rounded-up reciprocal.
-// Numbers of mixed lengths are written twice as fast as by pairs from a table.
-std::uint64_t eightDigits(std::uint32_t value) {
-    const std::uint64_t halves = value / 10000 | std::uint64_t{value % 10000} << 32;
-    const std::uint64_t hundreds = (halves * 10486 >> 20) & 0x0000007F0000007F;
-    const std::uint64_t pairs = hundreds | (halves - hundreds * 100) << 16;
-    const std::uint64_t tens = (pairs * 103 >> 10) & 0x000F000F000F000F;
-    return tens | (pairs - tens * 10) << 8;
-}
-
-// Writes eight characters; one store, which a loop over the bytes would not become.
-void putDigits(char* to, std::uint64_t digits) {
-    digits += 0x3030303030303030;  // '0'
-    if (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__)
-        digits = __builtin_bswap64(digits);
-    std::memcpy(to, &digits, sizeof digits);
-}
-
-// Writes up to seven characters beyond the end, which it returns.
-char* putInteger(char* to, std::uint64_t value) {
-    constexpr std::uint64_t kBlock = 100000000;
-    if (value >= kBlock) {
-        to = putInteger(to, value / kBlock);
-        putDigits(to, eightDigits(static_cast<std::uint32_t>(value % kBlock)));
-        return to + 8;
-    }
-    const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(value));
-    const int leadingZeros = __builtin_ctzll(digits | 1ull << 56) / 8;
-    putDigits(to, digits >> 8 * leadingZeros);
-    return to + 8 - leadingZeros;
-}
-
-constexpr std::uint64_t power(std::uint64_t base, int exponent) {
-    return exponent == 0 ? 1 : base * power(base, exponent - 1);
-}
-
-// Writes a number in [0, 2^63 / 10^Decimals) and returns its end, nullptr outside that range and below 2^(Decimals - 64).
-// The number m 2^e times 10^Decimals is m 5^Decimals 2^(e + Decimals): an integer of 77 bits at most, shifted
-// right. Halves are taken on what the shift drops, so that the result is exact. Three to six times as fast as
-// std::to_chars.
-template <int Decimals>
-char* putPlainFixed(char* to, double value) {
-    static_assert(Decimals > 0 && Decimals <= 10, "the product must fit");
-    constexpr std::uint64_t kFives = power(5, Decimals);
-    constexpr std::uint64_t kTens = power(10, Decimals);
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &value, sizeof bits);
-    std::uint64_t scaled = 0;
-    if (bits != 0) {
-        const int shift = 1075 - static_cast<int>(bits >> 52) - Decimals;
-        if (shift < 1 || shift > 63)
-            return nullptr;
-        const std::uint64_t mantissa = (bits & ((1ull << 52) - 1)) | 1ull << 52;
-        const std::uint64_t low = (mantissa & 0xFFFFFFFF) * kFives;
-        const std::uint64_t high = (mantissa >> 32) * kFives + (low >> 32);
-        const std::uint64_t top = high >> 32;
-        const std::uint64_t bottom = high << 32 | (low & 0xFFFFFFFF);
-        if (top >> (shift - 1) != 0)
-            return nullptr;
-        scaled = top << (64 - shift) | bottom >> shift;
-        const std::uint64_t dropped = bottom << (64 - shift);
-        constexpr std::uint64_t kHalf = 1ull << 63;
-        scaled = (scaled + (dropped >> 63)) & ~std::uint64_t{dropped == kHalf};  // half to even
-    }
-    to = putInteger(to, scaled / kTens);
-    *to++ = '.';
-    constexpr std::uint64_t kBehind = power(10, Decimals > 8 ? 16 - Decimals : 8 - Decimals);
-    const std::uint64_t fraction = scaled % kTens * kBehind;
-    if constexpr (Decimals > 8) {
-        putDigits(to, eightDigits(static_cast<std::uint32_t>(fraction / 100000000)));
-        putDigits(to + 8, eightDigits(static_cast<std::uint32_t>(fraction % 100000000)));
-    } else {
-        putDigits(to, eightDigits(static_cast<std::uint32_t>(fraction)));
-    }
-    return to + Decimals;
 }
 
 // `places` is the most that stands before the decimals and their point: sign, digits, exponent.
@@ -213,27 +133,6 @@ std::size_t scanLength(std::string_view text) {
     return at == first ? 0 : at;
 }
 
-// The same for the decimals that the library's files and texts have, with the sign: 31 characters at most. nullptr for
-// other decimals and numbers.
-char* putPlain(char* to, double value, int decimals) {
-    if (std::signbit(value)) {
-        *to++ = '-';
-        value = -value;
-    }
-    switch (decimals) {
-        case 4:
-            return putPlainFixed<4>(to, value);
-        case 5:
-            return putPlainFixed<5>(to, value);
-        case 6:
-            return putPlainFixed<6>(to, value);
-        case 10:
-            return putPlainFixed<10>(to, value);
-        default:
-            return nullptr;
-    }
-}
-
 }  // namespace
 
 void appendInt(std::string& out, long long value, int width, bool zeroFill) {
@@ -244,7 +143,7 @@ void appendInt(std::string& out, long long value, int width, bool zeroFill) {
 }
 
 char* putFixed(char* to, double value, int decimals) {
-    if (char* const end = putPlain(to, value, decimals))
+    if (char* const end = putPlainFixed(to, value, decimals))
         return end;
     return std::to_chars(to, to + kFixedRoom, value, std::chars_format::fixed, std::max(decimals, 0)).ptr;
 }
@@ -270,7 +169,9 @@ double parseDouble(std::string_view text, std::size_t* used) {
     if (isSign(sign))
         ++at;
     double value = 0.0;
-    const std::size_t length = readMagnitude(text.substr(at), value);
+    std::size_t length = readPlainDecimal(text.substr(at), value);
+    if (length == 0)
+        length = readMagnitude(text.substr(at), value);
     if (used)
         *used = length == 0 ? 0 : at + length;
     // copysign, since a nan has a sign too.
