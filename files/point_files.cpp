@@ -1,6 +1,7 @@
 #include <fieldscan/card.h>
 #include <fieldscan/point_files.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,12 +14,23 @@ using namespace fieldscan;
 
 namespace {
 
-constexpr int kPointFields = 4;
+std::string_view takeField(std::string_view& line) {
+    const std::size_t comma = line.find(',');
+    const std::string_view field = line.substr(0, comma);
+    line.remove_prefix(comma == std::string_view::npos ? line.size() : comma + 1);
+    return field;
+}
 
-void addPointOfLine(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage,
-                    std::string_view line) {
-    std::string_view fields[kPointFields];
-    addPoint(points, file, codePage, fields, splitAtCommas(line, fields, kPointFields));
+// No number holds a comma, so most fields need no search for their end.
+double takeNumber(unsigned int codePage, std::string_view& line) {
+    std::size_t used = 0;
+    const double value = parseDouble(line, &used);
+    if (used == line.size() || line[used] == ',') {
+        line.remove_prefix(std::min(used + 1, line.size()));
+        return value;
+    }
+    std::string buffer;
+    return parseDouble(numberText(codePage, takeField(line), buffer));
 }
 
 }  // namespace
@@ -45,16 +57,15 @@ std::string_view fieldscan::numberText(unsigned int codePage, std::string_view f
 }
 
 CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage,
-                          const std::string_view* fields, int count) {
-    std::string buffer;
-    const auto number = [&](int i) {
-        return i < count ? parseDouble(numberText(codePage, fields[i], buffer)) : 0.0;
-    };
+                          std::string_view& line) {
+    const std::string_view name = takeField(line);
     reserveForLines(points, file);
     points.SetSize(points.GetSize() + 1);
     CXYZ& point = points[points.GetUpperBound()];
-    point.SetXYZ(number(1), number(2), number(3));
-    setTrimmed(point.name, codePage, fields[0]);
+    point.x = takeNumber(codePage, line);
+    point.y = takeNumber(codePage, line);
+    point.z = takeNumber(codePage, line);
+    setTrimmed(point.name, codePage, name);
     return point;
 }
 
@@ -85,8 +96,8 @@ int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         const unsigned int codePage = system::ansiCodePage();
         std::string split;
         std::string_view line;
-        while (readLine(file, split, line) && !trimmed(line).empty())
-            addPointOfLine(points, file, codePage, line);
+        while (readLine(file, split, line) && !(line = trimmed(line)).empty())
+            addPoint(points, file, codePage, line);
         return file.HasReadFailed() ? 0 : 1;
     });
 }
@@ -117,9 +128,9 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         for (std::string_view rest; readLine(file, split, rest);) {
             while (!rest.empty()) {
                 const std::size_t end = rest.find('\r');
-                const std::string_view part = rest.substr(0, end);
-                if (!trimmed(part).empty())
-                    addPointOfLine(points, file, codePage, part);
+                std::string_view part = trimmed(rest.substr(0, end));
+                if (!part.empty())
+                    addPoint(points, file, codePage, part);
                 rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
             }
         }

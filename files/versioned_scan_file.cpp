@@ -1,5 +1,6 @@
 #include <fieldscan/scan_result_files.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -13,8 +14,9 @@ namespace {
 
 const char16_t kVersionLine[] = u"FIELD_SCAN_MPT_FILEVER1.0";
 
-// The fields of a line, in their order.
-enum Field { kName, kX, kY, kZ, kCode, kAttribute, kText, kFirst, kSecond, kFields };
+// The fields of a line behind name, x, y, z, in their order.
+enum Field { kCode, kAttribute, kText, kFirst, kSecond, kFields };
+constexpr int kCommas = 3 + kFields;
 
 void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, double first, double second) {
     appendScanPoint(lines, point, text);
@@ -100,9 +102,10 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
         std::string buffer;
         std::string split;
         for (std::string_view line; readLine(file, split, line);) {
-            if (splitAtCommas(line, fields, kFields) < kFields)
+            if (std::count(line.begin(), line.end(), ',') < kCommas)
                 continue;
-            CXYZ& point = addPoint(points, file, codePage, fields, kCode);
+            CXYZ& point = addPoint(points, file, codePage, line);
+            splitAtCommas(line, fields, kFields);
             point.code = wideTrimmed(codePage, fields[kCode]);
             point.attr[2] = parseInt(numberText(codePage, fields[kAttribute], buffer));
             reserveForLines(texts, file);

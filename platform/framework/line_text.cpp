@@ -43,7 +43,8 @@ void setTrimmed(CString& wide, unsigned int codePage, std::string_view text) {
     text = trimmed(text);
     wide.Empty();
     system::appendWide(codePage, text.data(), text.size(), wide);
-    wide.Trim();  // the ideographic blank
+    if (static_cast<std::size_t>(wide.GetLength()) < text.size())
+        wide.Trim();  // the ideographic blank, which has more than one byte in every page that has it
 }
 
 CString wideTrimmed(unsigned int codePage, std::string_view text) {
