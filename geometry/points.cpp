@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-CXYZ::CXYZ() { Init(); }
+CXYZ::CXYZ() : x(0.0), y(0.0), z(0.0), attr() {}
 
 CXYZ::CXYZ(const CXYZ& other) { operator=(other); }
 
