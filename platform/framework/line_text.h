@@ -4,6 +4,7 @@
 
 #include <fieldscan/framework/file.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -61,9 +62,10 @@ void reserveDouble(Array& array) {
                                                      : 2 * array.GetSize());
 }
 
-// The same for a point, a text, a number of each line of `file`: as long as the lines so far, so many more
-// are to come, and an eighth. Saves moving half of a long file's points and touching twice their memory; at
-// most 32 times what was read, so that short lines at the start of a file are no reason to ask for much.
+// The same for one more line of `file`: if the lines to come are as long as those so far, there is room for
+// all of them, and for an eighth more. At most eight times what was read, so that a file that begins with
+// short lines does not ask for much. Saves moving a long list again and again, which touches twice its
+// memory.
 template <class Array>
 void reserveForLines(Array& array, const CFile& file) {
     const int size = array.GetSize();
@@ -71,8 +73,9 @@ void reserveForLines(Array& array, const CFile& file) {
         return;
     const auto done = static_cast<double>(file.GetPosition());
     const double expected = done > 0.0 ? size * (static_cast<double>(file.GetLength()) / done) * 1.125 : 0.0;
-    if (size >= 64 && expected > 1.03 * size && expected < 32.0 * size && expected < 1e9)
-        array.Reserve(static_cast<int>(expected));
+    const double room = std::min(expected, 8.0 * size);
+    if (size >= 64 && size < 0x08000000 && room > 1.03 * size)
+        array.Reserve(static_cast<int>(room));
     else
         reserveDouble(array);
 }
