@@ -63,7 +63,7 @@ void reserveDouble(Array& array) {
 }
 
 // The same for one more line of `file`: if the lines to come are as long as those so far, there is room for
-// all of them, and for an eighth more. At most eight times what was read, so that a file that begins with
+// all of them, and for an eighth more. At most 32 times what was read, so that a file that begins with
 // short lines does not ask for much. Saves moving a long list again and again, which touches twice its
 // memory.
 template <class Array>
@@ -73,7 +73,7 @@ void reserveForLines(Array& array, const CFile& file) {
         return;
     const auto done = static_cast<double>(file.GetPosition());
     const double expected = done > 0.0 ? size * (static_cast<double>(file.GetLength()) / done) * 1.125 : 0.0;
-    const double room = std::min(expected, 8.0 * size);
+    const double room = std::min(expected, 32.0 * size);
     if (size >= 64 && size < 0x08000000 && room > 1.03 * size)
         array.Reserve(static_cast<int>(room));
     else

@@ -197,7 +197,7 @@ TEST_F(PointFiles, LinesOfUnequalLength) {
         for (int i = 0; i < points.GetSize(); ++i)
             sum += points[i].x;
         EXPECT_EQ(sum, 700);
-        EXPECT_LT(points.GetCapacity(), 9 * points.GetSize());
+        EXPECT_LT(points.GetCapacity(), 33 * points.GetSize());
     }
 }
 
