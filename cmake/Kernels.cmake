@@ -1,6 +1,6 @@
-# fieldscan_kernels(TARGET FILE...): compiles the files once for each instruction set that the library chooses from
-# at run time (platform/framework/instruction_set.h) and adds the objects to TARGET.
-function(fieldscan_kernels target)
+# fieldscan_kernels(OBJECTS FILE...): compiles the files once for each instruction set that the library chooses from
+# at run time (platform/framework/instruction_set.h) and appends what they become to the list OBJECTS.
+function(fieldscan_kernels objects)
     set(sets baseline)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|i[3-6]86|x86_64|AMD64)$")
         list(APPEND sets avx2 avx512)
@@ -14,13 +14,14 @@ function(fieldscan_kernels target)
         list(APPEND flags_avx512 -Wa,-muse-unaligned-vector-move)
     endif()
     foreach(set IN LISTS sets)
-        set(kernels ${target}_${set})
+        set(kernels fieldscan_kernels_${set})
         add_library(${kernels} OBJECT ${ARGN})
         fieldscan_compile_options(${kernels})
         set_target_properties(${kernels} PROPERTIES POSITION_INDEPENDENT_CODE ON)
         target_include_directories(${kernels} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
         target_compile_definitions(${kernels} PRIVATE FIELDSCAN_BUILDING FIELDSCAN_KERNELS=${set})
         target_compile_options(${kernels} PRIVATE ${flags_${set}})
-        target_sources(${target} PRIVATE $<TARGET_OBJECTS:${kernels}>)
+        list(APPEND ${objects} $<TARGET_OBJECTS:${kernels}>)
     endforeach()
+    set(${objects} ${${objects}} PARENT_SCOPE)
 endfunction()
