@@ -1,0 +1,37 @@
+// Kernels of refinement.cpp, compiled for each instruction set.
+#ifndef FIELDSCAN_ADJUSTMENT_REFINEMENT_KERNELS_H
+#define FIELDSCAN_ADJUSTMENT_REFINEMENT_KERNELS_H
+
+#include "adjustment/normal_equations.h"
+
+namespace fieldscan {
+
+// Sums in double-double as double_double.h has them. Matrices are rows of n + 1; `buffer` holds
+// kRefinementBuffer (n + 8) doubles.
+struct RefinementKernels {
+    // U^-1, rounded; zeros below the diagonal.
+    void (*invertExactly)(const double* factor, int n, double* buffer, double* inverse);
+    // `count` rows a become rows b = a W of the same length, W an upper triangle; in double or rounded once.
+    void (*multiplyRows)(const double* rows, int count, const double* w, int n, double* buffer, double* b);
+    void (*multiplyRowsExactly)(const double* rows, int count, const double* w, int n, double* buffer,
+                                double* b);
+    // A^T P (l - A x), rounded; x = high + low.
+    void (*misclosure)(const Equations& equations, const double* high, const double* low, double* buffer,
+                       double* sums);
+};
+
+constexpr int kRefinementBuffer = 48;
+
+namespace baseline {
+extern const RefinementKernels refinementKernels;
+}
+namespace avx2 {
+extern const RefinementKernels refinementKernels;
+}
+namespace avx512 {
+extern const RefinementKernels refinementKernels;
+}
+
+}  // namespace fieldscan
+
+#endif
