@@ -28,28 +28,32 @@ constexpr int kVectors = 2;
 constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
 constexpr int kPanel = kVectors * kLanes;
 
+// The baseline has no instruction that loads a double into both lanes: a panel row of it carries copies.
+constexpr int kCopies = kLanes == 2 ? 2 * kRows : 0;
+constexpr int kStride = kPanel + kCopies;
+
 enum class Kind { plain, weighted, subtracted };
 
 // sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
-template <Kind kind>
+template <Kind kind, int vectors>
 void addTile(const double* right, const double* left, const double* weights, int count, double* sums,
              Index length) {
-    Lanes tile[kRows][kVectors];
+    Lanes tile[kRows][vectors];
 #pragma GCC unroll 16
     for (int i = 0; i < kRows; ++i)
 #pragma GCC unroll 16
-        for (int v = 0; v < kVectors; ++v)
+        for (int v = 0; v < vectors; ++v)
             tile[i][v] = load(sums + i * length + v * kLanes);
-    for (Index k = 0; k < count; ++k, right += kPanel, left += kPanel) {
-        Lanes row[kVectors];
+    for (Index k = 0; k < count; ++k, right += kStride, left += kStride) {
+        Lanes row[vectors];
 #pragma GCC unroll 16
-        for (int v = 0; v < kVectors; ++v)
+        for (int v = 0; v < vectors; ++v)
             row[v] = load(right + v * kLanes);
 #pragma GCC unroll 16
         for (int i = 0; i < kRows; ++i) {
 #pragma GCC unroll 16
-            for (int v = 0; v < kVectors; ++v) {
-                const Lanes product = row[v] * left[i];
+            for (int v = 0; v < vectors; ++v) {
+                const Lanes product = row[v] * (kCopies > 0 ? load(left + 2 * i) : Lanes{} + left[i]);
                 if (kind == Kind::weighted)
                     tile[i][v] += product * weights[k];
                 else if (kind == Kind::subtracted)
@@ -62,7 +66,7 @@ void addTile(const double* right, const double* left, const double* weights, int
 #pragma GCC unroll 16
     for (int i = 0; i < kRows; ++i)
 #pragma GCC unroll 16
-        for (int v = 0; v < kVectors; ++v)
+        for (int v = 0; v < vectors; ++v)
             store(sums + i * length + v * kLanes, tile[i][v]);
 }
 
@@ -78,42 +82,54 @@ struct Space {
     double* sums;
     Index height;  // rows of a panel
     Index length;  // of a row of sums
+    int columns;   // in use
 
-    Space(double* buffer, int rows, int columns)
+    Space(double* buffer, int rows, int width)
         : panels(buffer),
-          sums(buffer + upTo(kPanel, columns) * rows),
+          sums(buffer + upTo(kPanel, width) / kPanel * kStride * rows),
           height(rows),
-          length(lengthOf(columns)) {}
+          length(lengthOf(width)),
+          columns(width) {}
 
-    static Index lengthOf(int columns) { return upTo(16, upTo(kPanel, columns)) + 8; }
-    static Index size(int height, int rows, int columns) {
-        return upTo(kPanel, columns) * height + upTo(kRows, rows) * lengthOf(columns);
+    static Index lengthOf(int width) { return upTo(16, width) + 8; }
+    static Index sizeOf(int panelRows, int rows, int width) {
+        return upTo(kPanel, width) / kPanel * kStride * panelRows + upTo(kRows, rows) * lengthOf(width);
     }
 
     double* panelAt(int k, int column) const {
-        return panels + (column / kPanel * height + k) * kPanel + column % kPanel;
+        return panels + (column / kPanel * height + k) * kStride + column % kPanel;
     }
 
-    // Rows k and columns below `columns`, those behind them 0.
-    void setRow(int k, const double* row, int begin, int columns) const {
+    // Row k of the panels from column `begin` on. What lies behind the columns lands in sums that nobody
+    // reads; `readable` elements of the row can be read.
+    void setRow(int k, const double* row, int begin, Index readable) const {
         for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
             double* to = panelAt(k, j);
-            if (j + kPanel <= columns)
-                for (int c = 0; c < kPanel; ++c)
-                    to[c] = row[j + c];
-            else
-                for (int c = 0; c < kPanel; ++c)
-                    to[c] = j + c < columns ? row[j + c] : 0.0;
+            for (int c = 0; c < kPanel; c += kLanes)
+                if (j + kPanel <= readable)
+                    store(to + c, load(row + j + c));
+                else
+                    for (int lane = c; lane < c + kLanes; ++lane)
+                        to[lane] = j + lane < columns ? row[j + lane] : 0.0;
+            for (int c = 0; kCopies > 0 && c < kRows; ++c)
+                to[kPanel + 2 * c] = to[kPanel + 2 * c + 1] = to[c];
         }
     }
 
+    void setElement(int k, int column, double value) const {
+        double* to = panelAt(k, column);
+        *to = value;
+        if (kCopies > 0)
+            to[kPanel + column % kPanel] = to[kPanel + column % kPanel + 1] = value;
+    }
+
     // The upper half, from and to rows of n + 1.
-    void readSums(const double* matrix, int n, int columns) const {
+    void readSums(const double* matrix, int n) const {
         for (int i = 0; i < upTo(kRows, n); ++i)
             for (int j = i - i % kRows; j < length; ++j)
                 sums[i * length + j] = i < n && j >= i && j < columns ? matrix[i * (n + 1LL) + j] : 0.0;
     }
-    void writeSums(double* matrix, int n, int columns) const {
+    void writeSums(double* matrix, int n) const {
         for (int i = 0; i < n; ++i)
             for (int j = i; j < columns; ++j)
                 matrix[i * (n + 1LL) + j] = sums[i * length + j];
@@ -122,8 +138,14 @@ struct Space {
     // The tile at (i, j) grows by the products of rows `begin` to `end` of the panels.
     template <Kind kind>
     void add(int i, int j, const double* weights, int begin, int end) const {
-        addTile<kind>(panelAt(begin, j), panelAt(begin, i), weights, end - begin, sums + i * length + j,
-                      length);
+        const double* left = panelAt(begin, i) + (kCopies > 0 ? kPanel : 0);
+        double* tile = sums + i * length + j;
+        if (i >= j + kLanes)  // the first register lies below the diagonal
+            addTile<kind, 1>(panelAt(begin, j + kLanes), left, weights, end - begin, tile + kLanes, length);
+        else if (j + kLanes >= columns)  // the second one behind the last column
+            addTile<kind, 1>(panelAt(begin, j), left, weights, end - begin, tile, length);
+        else
+            addTile<kind, kVectors>(panelAt(begin, j), left, weights, end - begin, tile, length);
     }
 };
 
@@ -133,16 +155,17 @@ template <Kind kind>
 void addMany(const Equations& equations, double* buffer, double* normal) {
     const int n = equations.n, length = n + 1;
     const Space space(buffer, kEquationsPacked, length);
-    space.readSums(normal, n, length);
+    space.readSums(normal, n);
     for (int first = 0; first < equations.m; first += kEquationsPacked) {
         const int count = smaller(kEquationsPacked, equations.m - first);
         for (int k = 0; k < count; ++k)
-            space.setRow(k, equations.rows + static_cast<Index>(first + k) * length, 0, length);
+            space.setRow(k, equations.rows + static_cast<Index>(first + k) * length, 0,
+                         static_cast<Index>(equations.m - first - k) * length);
         for (int j = 0; j < length; j += kPanel)
             for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
                 space.add<kind>(i, j, equations.weights + first, 0, count);
     }
-    space.writeSums(normal, n, length);
+    space.writeSums(normal, n);
 }
 
 void addManyOf(const Equations& equations, bool unitWeights, double* buffer, double* normal) {
@@ -223,7 +246,7 @@ void addFewOf(const Equations& equations, bool unitWeights, double* normal) {
 
 double choleskyFactor(const double* normal, int n, double tolerance, double* buffer, double* factor) {
     const Space space(buffer, n, n);
-    space.readSums(normal, n, n);
+    space.readSums(normal, n);
     double smallest = 1.0;
     for (int first = 0; first < n; first += kRows) {
         const int end = smaller(n, first + kRows);
@@ -246,12 +269,12 @@ double choleskyFactor(const double* normal, int n, double tolerance, double* buf
                 for (int j = i; j < n; ++j)
                     row[j] -= multiple * pivotRow[j];
             }
-            space.setRow(k, pivotRow, end, n);
+            space.setRow(k, pivotRow, end, space.length);
         }
     }
     for (Index k = 0; k < n * (n + 1LL); ++k)
         factor[k] = normal[k];
-    space.writeSums(factor, n, n);
+    space.writeSums(factor, n);
     return smallest;
 }
 
@@ -303,18 +326,18 @@ void multiplyByTranspose(const double* triangle, int n, double* buffer, double* 
     const Space space(buffer, n, n);
     for (int i = 0; i < upTo(kPanel, n); ++i)
         for (int k = i - i % kPanel; k < n; ++k)
-            *space.panelAt(k, i) = i <= k ? triangle[i * (n + 1LL) + k] : 0.0;
+            space.setElement(k, i, i <= k ? triangle[i * (n + 1LL) + k] : 0.0);
     for (Index k = 0; k < upTo(kRows, n) * space.length; ++k)
         space.sums[k] = 0.0;
     for (int j = 0; j < n; j += kPanel)
         for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
             space.add<Kind::plain>(i, j, nullptr, j, n);
-    space.writeSums(product, n, n);
+    space.writeSums(product, n);
     for (int i = 0; i < n; ++i)
         product[i * (n + 1LL) + n] = 0.0;
 }
 
-long long bufferSize(int height, int rows, int columns) { return Space::size(height, rows, columns); }
+long long bufferSize(int height, int rows, int columns) { return Space::sizeOf(height, rows, columns); }
 
 }  // namespace
 
