@@ -54,11 +54,11 @@ void grow(CArray<double, double>& array, int size) {
 
 }  // namespace
 
-CLeastSq::CLeastSq() : sigma(1.0) { clear(); }
+CLeastSq::CLeastSq() : sigma(1.0), m_observations(0.0) { clear(); }
 
-CLeastSq::CLeastSq(int m, int n) : sigma(1.0) { Create(m, n); }
+CLeastSq::CLeastSq(int m, int n) : sigma(1.0), m_observations(0.0) { Create(m, n); }
 
-CLeastSq::CLeastSq(int n) : sigma(1.0) {
+CLeastSq::CLeastSq(int n) : sigma(1.0), m_observations(0.0) {
     if (!resize(1, n, 0))
         clear();
 }
@@ -268,7 +268,7 @@ int CLeastSq::LessquFast(int m, int n) {
     if (n != parameterNumber || !hasUnknowns() || !hasEquations(m))
         return 0;
     fill(Noeq, 0.0);
-    addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData());
+    addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData(), &m_observations);
     mirror(Noeq.GetData(), n);
     m_formed = m;
     return 1;

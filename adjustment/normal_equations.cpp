@@ -34,16 +34,30 @@ private:
 
 }  // namespace
 
+double squaredLength(const Equations& equations) {
+    const std::ptrdiff_t length = equations.n + 1;
+    double squares = 0.0;
+    for (int k = 0; k < equations.m; ++k) {
+        const double l = equations.rows[k * length + equations.n];
+        squares += l * l * std::fabs(equations.weights[k]);
+    }
+    return squares;
+}
+
 // Multiplying by a weight of 1 changes no bit, so it is left out.
-void addToNormal(const Equations& equations, double* normal) {
+void addToNormal(const Equations& equations, double* normal, double* observations) {
     const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
     const double* const weights = equations.weights;
     const bool unit = std::all_of(weights, weights + equations.m, [](double w) { return w == 1.0; });
     if (equations.n <= kernels.most) {
-        kernels.addFew(equations, unit, normal);
+        const double squares = kernels.addFew(equations, unit, normal);
+        if (observations)
+            *observations = squares;
     } else {
         Buffer buffer(kernels.bufferSize(kEquationsPacked, equations.n, equations.n + 1));
         kernels.addMany(equations, unit, buffer.data(), normal);
+        if (observations)
+            *observations = squaredLength(equations);
     }
 }
 

@@ -177,7 +177,7 @@ void addManyOf(const Equations& equations, bool unitWeights, double* buffer, dou
 // edge, and row i has as many as reach its diagonal, so none reads beyond a row that fills a register; of
 // shorter ones, the last are read from a copy.
 template <int n, Kind kind>
-void addFew(const double* rows, const double* weights, int m, double* normal) {
+double addFew(const double* rows, const double* weights, int m, double* normal) {
     constexpr int kLength = n + 1, kMost = (kLength + kLanes - 1) / kLanes;
     constexpr int kShort =
         kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows whose vector ends behind all
@@ -199,8 +199,11 @@ void addFew(const double* rows, const double* weights, int m, double* normal) {
     const int copied = smaller(kShort, m), whole = m - copied;
     for (int c = 0; c < copied * kLength; ++c)
         last[c] = rows[static_cast<Index>(whole) * kLength + c];
+    double squares = 0.0;
     for (int k = 0; k < m; ++k, rows += kLength) {
         const double* row = kShort > 0 && k >= whole ? last + (k - whole) * kLength : rows;
+        const double square = row[n] * row[n];
+        squares += kind == Kind::weighted ? square * __builtin_fabs(weights[k]) : square;
         Lanes columns[kMost];
 #pragma GCC unroll 16
         for (int v = 0; v < kMost; ++v)
@@ -225,21 +228,19 @@ void addFew(const double* rows, const double* weights, int m, double* normal) {
     for (int i = 0; i < n; ++i)
         for (int j = i; j < kLength; ++j)
             normal[i * kLength + j] = matrix[i][j];
+    return squares;
 }
 
 // Unknowns whose sums fill the registers: 26 of 32, 14 or 15 of 16.
 constexpr int kMostFew = kLanes == 8 ? 16 : kLanes == 4 ? 8 : 6;
 
 template <int n>
-void addFewOf(const Equations& equations, bool unitWeights, double* normal) {
-    if constexpr (n > 0) {
+double addFewOf(const Equations& equations, bool unitWeights, double* normal) {
+    if constexpr (n > 1)
         if (equations.n != n)
-            addFewOf<n - 1>(equations, unitWeights, normal);
-        else if (unitWeights)
-            addFew<n, Kind::plain>(equations.rows, equations.weights, equations.m, normal);
-        else
-            addFew<n, Kind::weighted>(equations.rows, equations.weights, equations.m, normal);
-    }
+            return addFewOf<n - 1>(equations, unitWeights, normal);
+    const auto add = unitWeights ? addFew<n, Kind::plain> : addFew<n, Kind::weighted>;
+    return add(equations.rows, equations.weights, equations.m, normal);
 }
 
 // ---- Triangles ----

@@ -9,7 +9,8 @@ namespace fieldscan {
 // Each gives the same bits as its plain loop in normal_equations.h; buffers are aligned to 64 bytes.
 struct NormalKernels {
     int most;  // unknowns that addFew is for, at least 1
-    void (*addFew)(const Equations& equations, bool unitWeights, double* normal);
+    // Returns l^T |P| l.
+    double (*addFew)(const Equations& equations, bool unitWeights, double* normal);
     // Any number of unknowns; `buffer` for bufferSize(kEquationsPacked, n, n + 1) doubles.
     void (*addMany)(const Equations& equations, bool unitWeights, double* buffer, double* normal);
     // `buffer` for bufferSize(n, n, n) doubles.

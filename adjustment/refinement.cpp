@@ -162,16 +162,6 @@ bool improve(const Equations& equations, const double* normal, const double* inv
 
 }  // namespace
 
-double squaredLength(const Equations& equations) {
-    const std::size_t length = count(equations.n) + 1;
-    double squares = 0.0;
-    for (int k = 0; k < equations.m; ++k) {
-        const double l = equations.rows[count(k) * length + count(equations.n)];
-        squares += l * l * std::fabs(equations.weights[k]);
-    }
-    return squares;
-}
-
 bool refine(const Equations& equations, const double* normal, double tolerance, double correlation,
             double* solution, double* inverse) {
     constexpr double kMild = 1e4;        // B in double then errs by about 1e-14

@@ -207,6 +207,7 @@ private:
 
     // How many equations Noeq is the sum of; -1 when it was entered, or an equation changed since.
     int m_formed;
+    double m_observations;  // l^T |P| l of those equations
 };
 
 #endif
