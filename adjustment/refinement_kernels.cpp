@@ -222,10 +222,45 @@ void misclosure(const Equations& equations, const double* high, const double* lo
         sums[i] = sumHigh[i];
 }
 
+// ---- Reflections ----
+
+void columnSquares(const double* rows, int count, Index length, double* sums) {
+    for (Index i = 0; i < length; i += kLanes) {
+        Lanes sum = {};
+        for (Index k = 0; k < count; ++k) {
+            const Lanes a = load(rows + k * length + i);
+            sum += a * a;
+        }
+        store(sums + i, sum);
+    }
+}
+
+template <int kVectors>
+void reflectVectors(double* rows, int count, Index length, const double* v, double divisor) {
+    Lanes sums[kVectors] = {};
+    const double* row = rows;
+    for (int k = 0; k < count; ++k, row += length)
+        for (int i = 0; i < kVectors; ++i)
+            sums[i] += load(row + i * kLanes) * v[k];
+    for (int i = 0; i < kVectors; ++i)
+        sums[i] /= all(divisor);
+    for (int k = 0; k < count; ++k, rows += length)
+        for (int i = 0; i < kVectors; ++i)
+            store(rows + i * kLanes, load(rows + i * kLanes) - sums[i] * v[k]);
+}
+
+void reflectColumns(double* rows, int count, Index length, Index begin, const double* v, double divisor) {
+    Index i = begin;
+    for (; i + 4 * kLanes <= length; i += 4 * kLanes)
+        reflectVectors<4>(rows + i, count, length, v, divisor);
+    for (; i < length; i += kLanes)
+        reflectVectors<1>(rows + i, count, length, v, divisor);
+}
+
 }  // namespace
 
 const RefinementKernels refinementKernels = {invertExactly, multiplyRows<Lanes>, multiplyRows<Exact>,
-                                             misclosure};
+                                             misclosure,    columnSquares,       reflectColumns};
 
 }  // namespace FIELDSCAN_KERNELS
 }  // namespace fieldscan

@@ -18,8 +18,15 @@ struct RefinementKernels {
     // A^T P (l - A x), rounded; x = high + low.
     void (*misclosure)(const Equations& equations, const double* high, const double* low, double* buffer,
                        double* sums);
+    // Sums of squares of `count` rows of `length` elements, a multiple of kReflectedColumns.
+    void (*columnSquares)(const double* rows, int count, long long length, double* sums);
+    // Columns i from `begin`, a multiple of kReflectedColumns, to `length` of those rows lose s_i v, s_i
+    // being v times the column over `divisor`.
+    void (*reflectColumns)(double* rows, int count, long long length, long long begin, const double* v,
+                           double divisor);
 };
 
+constexpr int kReflectedColumns = 8;
 constexpr int kRefinementBuffer = 48;
 
 namespace baseline {
