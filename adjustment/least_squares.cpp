@@ -267,11 +267,14 @@ int CLeastSq::Lessqu(int m, int n) { return LessquFast(m, n); }
 int CLeastSq::LessquFast(int m, int n) {
     if (n != parameterNumber || !hasUnknowns() || !hasEquations(m))
         return 0;
-    fill(Noeq, 0.0);
-    addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData(), &m_observations);
-    mirror(Noeq.GetData(), n);
-    m_formed = m;
-    return 1;
+    m_formed = -1;
+    return zeroIfOutOfMemory([&] {
+        fill(Noeq, 0.0);
+        addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData(), &m_observations);
+        mirror(Noeq.GetData(), n);
+        m_formed = m;
+        return 1;
+    });
 }
 
 // ---- Diagnostics ----

@@ -189,9 +189,11 @@ bool CLeastSq::solveAndRefine(bool (CLeastSq::*method)()) {
 // ---- Single steps ----
 
 int CLeastSq::LUDivid() {
-    return hasUnknowns() && choleskyFactor(Noeq.GetData(), parameterNumber, tolerance, work.GetData()) > 0.0
-               ? 1
-               : 0;
+    if (!hasUnknowns())
+        return 0;
+    return zeroIfOutOfMemory([&] {
+        return choleskyFactor(Noeq.GetData(), parameterNumber, tolerance, work.GetData()) > 0.0 ? 1 : 0;
+    });
 }
 
 int CLeastSq::ForwardSubstiotution() {
@@ -226,6 +228,8 @@ int CLeastSq::CalLInverse() {
 int CLeastSq::CalNoeqInverse() {
     if (!hasUnknowns())
         return 0;
-    multiplyByTranspose(work.GetData(), parameterNumber, inverse.GetData());
-    return 1;
+    return zeroIfOutOfMemory([&] {
+        multiplyByTranspose(work.GetData(), parameterNumber, inverse.GetData());
+        return 1;
+    });
 }

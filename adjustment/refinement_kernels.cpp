@@ -205,7 +205,8 @@ void misclosure(const Equations& equations, const double* high, const double* lo
             store(residualHigh + v * kLanes, residuals[v].hi);
             store(residualLow + v * kLanes, residuals[v].lo);
         }
-        if (first + kBlock >= equations.m) {  // registers reach beyond the last row
+        if ((equations.m - first) * length <
+            kBlock * length + kLanes) {  // registers reach behind the last row
             for (Index k = 0; k < kBlock * length + kLanes; ++k)
                 last[k] = k < count * length ? rows[k] : 0.0;
             rows = last;
