@@ -9,7 +9,6 @@
 
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
-#include "platform/framework/rewritten_file.h"
 
 namespace fieldscan {
 
@@ -37,20 +36,6 @@ inline bool readReal(CFile& file, double& value) {
 inline bool readInteger(CFile& file, int& value) {
     std::string line;
     return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
-}
-
-// Makes or replaces the file by the lines that `write` fills: 1, or 0 when a step fails, and the file is then
-// as it was (RewrittenFile). `path` is what a CString converts from.
-template <class Path, class Write>
-int writeNewFile(const Path& path, Write write) {
-    return zeroIfOutOfMemory([&] {
-        RewrittenFile rewritten;
-        if (!rewritten.open(path))
-            return 0;
-        LineWriter lines(rewritten.file());
-        write(lines);
-        return rewritten.finish(lines.finish()) ? 1 : 0;
-    });
 }
 
 }  // namespace fieldscan

@@ -9,6 +9,7 @@
 #include "photogrammetry/mark_names.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 
 using namespace fieldscan;

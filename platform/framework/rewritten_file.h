@@ -4,6 +4,8 @@
 
 #include <fieldscan/framework/file.h>
 
+#include "platform/framework/line_text.h"
+
 namespace fieldscan {
 
 // What is written goes to a new file beside the old one, "NAME.new~", which takes its place when all of it is
@@ -30,6 +32,20 @@ private:
     bool m_made;    // there was no file
     bool m_beside;  // m_new is being written, not the file itself
 };
+
+// Makes or replaces the file by the lines that `write` fills: 1, or 0 when a step fails, and the file is then
+// as it was (RewrittenFile). `path` is what a CString converts from.
+template <class Path, class Write>
+int writeNewFile(const Path& path, Write write) {
+    return zeroIfOutOfMemory([&] {
+        RewrittenFile rewritten;
+        if (!rewritten.open(path))
+            return 0;
+        LineWriter lines(rewritten.file());
+        write(lines);
+        return rewritten.finish(lines.finish()) ? 1 : 0;
+    });
+}
 
 }  // namespace fieldscan
 
