@@ -33,6 +33,13 @@ function written(mark,    i, out, text, verbatim) {
     return out
 }
 
+# In the line of a group's name quotation marks are not escaped.
+function groupName(    text) {
+    text = escaped(title)
+    gsub(/\\"/, "\"", text)
+    return text
+}
+
 function endGroup() {
     if (group)
         print "///@}"
@@ -43,13 +50,13 @@ function endGroup() {
 function loose() {
     if (count > 0 && title != "") {
         endGroup()
-        printf "/// \\name %s\n%s///@{\n", escaped(title), written("///")
+        printf "/// \\name %s\n%s///@{\n", groupName(), written("///")
         group = 1
     } else if (count > 0 && (depth == 0 || !described))
         printf "/// \\file\n%s\n", written("///")
     else if (title != "") {
         endGroup()
-        printf "/// \\name %s\n///@{\n", escaped(title)
+        printf "/// \\name %s\n///@{\n", groupName()
         group = 1
     }
     described = 1
@@ -161,7 +168,7 @@ body > 0 {
     if (title != "" && !continued) {
         # The group begins here; a comment between belongs to its first member.
         endGroup()
-        printf "/// \\name %s\n///@{\n", escaped(title)
+        printf "/// \\name %s\n///@{\n", groupName()
         group = 1
         title = ""
     }
