@@ -9,7 +9,8 @@ namespace fieldscan {
 namespace {
 
 constexpr std::size_t kPieceSize = 64 * 1024;
-constexpr std::string_view kSpace = " \t\n\v\f\r";
+
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 }  // namespace
 
@@ -22,18 +23,33 @@ bool openForAppending(CFile& file, const CString& path) {
     return false;
 }
 
+bool readLine(CFile& file, std::string& line) {
+    std::string_view view;
+    const bool found = readLine(file, line, view);
+    if (view.data() != line.data())
+        line = view;
+    return found;
+}
+
 std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+void setTrimmed(CString& wide, unsigned int codePage, std::string_view text) {
+    text = trimmed(text);
+    wide.Empty();
+    system::appendWide(codePage, text.data(), text.size(), wide);
+    if (static_cast<std::size_t>(wide.GetLength()) < text.size())
+        wide.Trim();  // the ideographic blank, which has more than one byte in every page that has it
 }
 
 CString wideTrimmed(unsigned int codePage, std::string_view text) {
-    text = trimmed(text);
     CString wide;
-    system::appendWide(codePage, text.data(), text.size(), wide);
-    wide.Trim();  // the ideographic blank
+    setTrimmed(wide, codePage, text);
     return wide;
 }
 

@@ -5,11 +5,12 @@
 #include <fieldscan/framework/string.h>
 
 #include <string>
+#include <string_view>
 
 class CFile;
 
 namespace fieldscan {
-bool readLine(CFile& file, std::string& line);
+bool readLine(CFile& file, std::string& split, std::string_view& line);
 }
 
 // A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
@@ -73,7 +74,7 @@ public:
     int Close();
 
 private:
-    friend bool fieldscan::readLine(CFile& file, std::string& line);
+    friend bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line);
 
     bool fill();
     bool dropBuffer();
