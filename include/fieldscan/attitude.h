@@ -13,12 +13,12 @@ class FIELDSCAN_API CWPK {
 public:
     CWPK();
     CWPK(const CWPK& other);
-    CWPK(double omega, double phi, double kappa);
+    CWPK(double omega, double phi, double kappa);  // as they are
 
     CWPK& operator=(const CWPK& other);
 
-    void Init();  // all three 0
-    void SetWPK(double omega, double phi, double kappa);
+    void Init();                                          // all three 0
+    void SetWPK(double omega, double phi, double kappa);  // as they are
 
     void Normalize();  // NormalizeAngle of omega, phi, kappa
     // Wraps `a` into the closed range -pi .. pi; -pi and pi both stay as they are, NaN stays NaN, infinity
@@ -31,6 +31,7 @@ public:
     // SubtractAngle(other, this) of each angle: the way from this attitude to the other.
     CWPK Subtract(const CWPK& other) const;
 
+    // Angle by angle; those of two attitudes normalise.
     CWPK operator+() const;
     CWPK operator-() const;
     CWPK operator+(const CWPK& b) const;
@@ -40,6 +41,7 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
+    // Radians.
     double omega;
     double phi;
     double kappa;

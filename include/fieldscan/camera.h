@@ -7,6 +7,8 @@
 #include <fieldscan/framework/string.h>
 #include <fieldscan/points.h>
 
+// Focal length, principal point, pixel pitch, lens distortion and fiducial marks of one camera, and their
+// file.
 class FIELDSCAN_API CCamera {
 public:
     CCamera();
@@ -36,12 +38,12 @@ public:
 
     // ---- Data ----
 
-    CString title;  // identifier of the camera
-    int innType;    // 1: with fiducial marks, 0: without
-    double focal;   // focal length, mm
-    CXYZ pp;        // principal point: x, y in mm
-    CXYZ res;       // pixel pitch: x, y in mm per pixel
-    CDist dist;
+    CString title;              // identifier of the camera
+    int innType;                // 1: with fiducial marks, 0: without
+    double focal;               // focal length, mm
+    CXYZ pp;                    // principal point: x, y in mm
+    CXYZ res;                   // pixel pitch: x, y in mm per pixel
+    CDist dist;                 // lens distortion, parameters for mm
     CArray<CXYZ, CXYZ&> marks;  // fiducial marks in camera coordinates: x, y in mm
     CStringArray markNames;     // their names, in the same order
 };

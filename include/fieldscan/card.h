@@ -11,6 +11,7 @@
 #undef GetFileTitle
 #endif
 
+// A storage card, and questions about files wherever they lie.
 class FIELDSCAN_API CRTCard {
 public:
     // `path` is the folder of a card; none, or a null pointer, gives the empty path.

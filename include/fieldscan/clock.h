@@ -14,20 +14,20 @@ typedef struct _FILETIME FILETIME;
 
 // A calendar time, to the millisecond.
 struct SYSTEMTIME {
-    unsigned short wYear;
-    unsigned short wMonth;      // 1 .. 12
-    unsigned short wDayOfWeek;  // 0 Sunday .. 6
-    unsigned short wDay;        // 1 .. 31
-    unsigned short wHour;
-    unsigned short wMinute;
-    unsigned short wSecond;
-    unsigned short wMilliseconds;
+    unsigned short wYear;          // all four digits
+    unsigned short wMonth;         // 1 .. 12
+    unsigned short wDayOfWeek;     // 0 Sunday .. 6
+    unsigned short wDay;           // 1 .. 31
+    unsigned short wHour;          // 0 .. 23
+    unsigned short wMinute;        // 0 .. 59
+    unsigned short wSecond;        // 0 .. 59
+    unsigned short wMilliseconds;  // 0 .. 999
 };
 
 // A file time: 100-nanosecond intervals since 1601-01-01 00:00 UTC, in two halves.
 struct FILETIME {
-    unsigned int dwLowDateTime;
-    unsigned int dwHighDateTime;
+    unsigned int dwLowDateTime;   // the lower 32 bits
+    unsigned int dwHighDateTime;  // the upper ones
 };
 
 #endif

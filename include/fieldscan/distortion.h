@@ -6,6 +6,7 @@
 #include <fieldscan/framework/array.h>
 #include <fieldscan/framework/types.h>
 
+// The formula that is in force, and how many parameters it has.
 enum DIST_MODEL : int {
     DIST_NONE = 0,                 // no parameters: no distortion
     DIST_RADIAL4 = 1,              // 4: radial polynomial, four terms
@@ -44,7 +45,7 @@ public:
     void SetDistModel(DIST_MODEL m);
     // The model in force. A caller may assign through the reference, which leaves the number of parameters.
     DIST_MODEL& GetDistModel();
-    int GetNumPara() const;
+    int GetNumPara() const;  // parameters of the model
 
     // The distortion at (x, y); 0 for DIST_NONE and unknown models.
     void CalDist(double x, double y, double& dx, double& dy) const;
@@ -75,11 +76,11 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    double para[10];  // p0 .. p9; the model uses the first ones
-    CArray<double, double> radius;
-    CArray<double, double> dist;
-    DIST_MODEL model;
-    int numPara;
+    double para[10];                // p0 .. p9; the model uses the first ones
+    CArray<double, double> radius;  // the table: radii
+    CArray<double, double> dist;    // and the distortion at each
+    DIST_MODEL model;               // in force
+    int numPara;                    // parameters of the model
 };
 
 #endif

@@ -3,6 +3,7 @@
 #define FIELDSCAN_EXPORT_H
 
 #if defined(FIELDSCAN_STATIC)
+// Stands before what is exported; nothing where the library is linked statically.
 #define FIELDSCAN_API
 #elif defined(_WIN32)
 #if defined(FIELDSCAN_BUILDING)

@@ -63,12 +63,14 @@ public:
     ~CPlaneAffine();
     CPlaneAffine& operator=(const CPlaneAffine& other);
 
+    // As of CHelmert.
     void Init();
     int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
     int CalPara();  // 0 with fewer than 3 pairs, or when the source points lie on one line
     int Transform(const CXYZ& in, CXYZ& out, int forward) const;  // no way back when a d - b c is 0
-    void Trace();
+    void Trace();                                                 // a hook for debugging, does nothing
 
+    // As of CHelmert.
     CArray<CXYZ, CXYZ&> targetPoints;
     CArray<CXYZ, CXYZ&> sourcePoints;
     CArray<double, double> parameters;  // a, b, c, d, tx, ty; or none

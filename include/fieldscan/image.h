@@ -10,6 +10,7 @@
 #include <fieldscan/points.h>
 #include <fieldscan/rotation.h>
 
+// The way from pixels to photo coordinates.
 enum INNORI_TYPE : int {
     INNORI_NONE = 0,             // no fiducial transformation: pixel pitch and principal point alone
     INNORI_FIDUCIAL_LSQ = 1,     // plane affine transformation, at least 3 marks
@@ -81,23 +82,23 @@ public:
 
     // ---- Data ----
 
-    CString identifier1;  // the application's
-    CString identifier2;
-    int width;  // pixels
-    int height;
-    CXYZ res;  // pixel pitch: x, y in mm per pixel
-    CCamera camera;
-    int word1;  // the application's
-    int word2;
+    CString identifier1;          // the application's
+    CString identifier2;          // the application's
+    int width;                    // pixels
+    int height;                   // pixels
+    CXYZ res;                     // pixel pitch: x, y in mm per pixel
+    CCamera camera;               // that took the photograph
+    int word1;                    // the application's
+    int word2;                    // the application's
     CArray<CXYZ, CXYZ&> markImc;  // fiducial marks as measured, pixels
     CArray<CXYZ, CXYZ&> imc;      // image points, pixels
     CArray<CXYZ, CXYZ&> phc;      // photo points, mm
     CXYZ center;                  // projection centre, metres
     CWPK wpk;                     // exterior attitude, radians
-    CRot rot;
-    INNORI_TYPE innOri;  // the transformation in force
-    CPlaneAffine planeTrans;
-    CHelmert helmert;
+    CRot rot;                     // its matrix, made by ObjToPhc and ObjToImc
+    INNORI_TYPE innOri;           // the transformation in force
+    CPlaneAffine planeTrans;      // of INNORI_FIDUCIAL_LSQ
+    CHelmert helmert;             // of INNORI_FIDUCIAL_HELMERT
 
 private:
     int transform(CXYZ& point, int forward) const;

@@ -17,6 +17,7 @@ public:
     ~COffset();
     COffset& operator=(const COffset& other);
 
+    // The meaning of each is the application's.
     CXYZ point0;
     CXYZ point1;
     CXYZ point2;
@@ -32,6 +33,7 @@ public:
     ~CImgVH();
     CImgVH& operator=(const CImgVH& other);
 
+    // Name and direction (v, h) of the image; the rest is the application's.
     CString name;
     double v;
     double h;
@@ -48,13 +50,13 @@ public:
     CImgTS& operator=(const CImgTS&) = delete;
     virtual ~CImgTS();
 
-    int words1[3];  // 0 until the application sets them
-    CArray<CXYZ, CXYZ&> pointList1;
-    CArray<CXYZ, CXYZ&> pointList2;
-    int words2[5];  // 0 until the application sets them
-    CCamera camera;
-    COffset offset;
-    CArray<CImgVH, CImgVH&> images;
+    int words1[3];                   // 0 until the application sets them
+    CArray<CXYZ, CXYZ&> pointList1;  // the application's
+    CArray<CXYZ, CXYZ&> pointList2;  // the application's
+    int words2[5];                   // 0 until the application sets them
+    CCamera camera;                  // its calibration
+    COffset offset;                  // of the camera against the instrument
+    CArray<CImgVH, CImgVH&> images;  // taken so far
 };
 
 #endif

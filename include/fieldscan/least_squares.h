@@ -23,8 +23,8 @@
 // writes nothing.
 class FIELDSCAN_API CLeastSq {
 public:
-    CLeastSq();  // no equations, no unknowns: Create must follow
-    CLeastSq(int m, int n);
+    CLeastSq();              // no equations, no unknowns: Create must follow
+    CLeastSq(int m, int n);  // Create(m, n)
     // Room for one equation, and Var empty; more equations are made as they are entered.
     explicit CLeastSq(int n);
     CLeastSq(const CLeastSq&) = delete;
@@ -62,12 +62,12 @@ public:
 
     // ---- Reading ----
 
-    int GetObeqSize() const;           // m
-    int GetObeqNumber() const;         // m
-    int GetCurrentObeqNumber() const;  // equations begun
-    int GetDegreesOfFreedom() const;   // m - n
-    double GetObeq(int column) const;  // of the current equation
-    double GetNoeq(int i, int j) const;
+    int GetObeqSize() const;              // m
+    int GetObeqNumber() const;            // m
+    int GetCurrentObeqNumber() const;     // equations begun
+    int GetDegreesOfFreedom() const;      // m - n
+    double GetObeq(int column) const;     // of the current equation
+    double GetNoeq(int i, int j) const;   // of the normal equations, j = n the right-hand side
     double GetBcor(int i) const;          // the unknowns
     double GetCovar(int i, int j) const;  // N^-1; after CalVarianceOfEstimate times sigma
     double GetVar(int i) const;           // CalVarianceOfObservation
@@ -151,7 +151,8 @@ public:
     // Returns 1; 0 when the file cannot be opened or written.
     int SaveErrorNoeqStatus(int rows, int cols) const;
 
-    int DisplayObeq();  // hooks for debugging; they do nothing and return 1
+    // Hooks for debugging; they do nothing and return 1.
+    int DisplayObeq();
     int DisplayNoeq();
     int DisplayBcor();
     int DisplayWorkMemory(CArray<double, double>& memory);
@@ -171,14 +172,14 @@ public:
 
     // ---- Data ----
 
-    double sigma;
-    int ObeqSize;         // m: equations that the storage holds
-    int parameterNumber;  // n: unknowns
-    int rowLength;        // n + 1: the coefficients, then the observation
-    int normalSize;       // n (n + 1)
-    int currentObeq;      // the equation being entered, -1 before the first
-    double computationTime;
-    double formTime;
+    double sigma;                    // SetSigma
+    int ObeqSize;                    // m: equations that the storage holds
+    int parameterNumber;             // n: unknowns
+    int rowLength;                   // n + 1: the coefficients, then the observation
+    int normalSize;                  // n (n + 1)
+    int currentObeq;                 // the equation being entered, -1 before the first
+    double computationTime;          // milliseconds, GetComputationTime
+    double formTime;                 // milliseconds, GetFormTime
     double tolerance;                // smallest normal double
     CArray<double, double> Obeq;     // m x (n + 1), row by row
     CArray<double, double> Noeq;     // n x (n + 1), row by row: N | A^T P l

@@ -5,6 +5,7 @@
 #include <fieldscan/framework/string.h>
 #include <fieldscan/framework/types.h>
 
+// The one way by which the library shows something.
 class FIELDSCAN_API CKTImgMsg {
 public:
     // Shows `text` to the operator and returns when it was shown: through the application's handler if one is

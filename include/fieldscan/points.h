@@ -16,6 +16,7 @@ public:
     CXYZ();
     CXYZ(const CXYZ& other);
     CXYZ(CXYZ&& other) noexcept;  // takes the strings, leaves them empty
+    // The rest empty or zero.
     CXYZ(double x, double y, double z);
     CXYZ(CString name, double x, double y, double z);
     ~CXYZ();
@@ -32,15 +33,17 @@ public:
     double Len(const CXYZ& b) const;           // distance sqrt(dz dz + dy dy + dx dx)
     BOOL EQ(const CXYZ& b, double tol) const;  // 1 when the distance is at most `tol`, else 0
 
+    // Component by component.
     CXYZ operator+() const;
     CXYZ operator-() const;
     CXYZ operator+(const CXYZ& b) const;
     CXYZ operator-(const CXYZ& b) const;
-    CXYZ operator*(const CXYZ& b) const;  // component by component
+    CXYZ operator*(const CXYZ& b) const;
     CXYZ operator*(double s) const;
-    CXYZ operator/(const CXYZ& b) const;  // component by component
-    CXYZ operator/(double s) const;       // times the reciprocal 1 / s
+    CXYZ operator/(const CXYZ& b) const;
+    CXYZ operator/(double s) const;  // times the reciprocal 1 / s
 
+    // Component by component.
     void operator+=(const CXYZ& b);
     void operator-=(const CXYZ& b);
     void operator*=(const CXYZ& b);
@@ -51,15 +54,16 @@ public:
     void Trace();  // a hook for debugging, does nothing
 
     CString code;  // attribute of the point; writers append it only when it is not empty
-    CString name;
-    double x;
-    double y;
-    double z;
+    CString name;  // of the point
+    double x;      // unit and axes are the user's
+    double y;      // as x
+    double z;      // as x
     // Data carried with the point. CCalcXYZHV::CalcXYZ stores the observed horizontal and vertical angle as
     // 32-bit floats in words 0 and 1; scan result files hold word 2. The arithmetic never reads it.
     int attr[5];
 };
 
+// A point in the plane, in single precision.
 class FIELDSCAN_API CXYF {
 public:
     CXYF();
@@ -68,12 +72,12 @@ public:
 
     CXYF& operator=(const CXYF& other);
 
-    void Init();
-    void SetXY(float x, float y);
-    void Trace();  // a hook for debugging, does nothing
+    void Init();                   // 0, 0
+    void SetXY(float x, float y);  // as they are
+    void Trace();                  // a hook for debugging, does nothing
 
-    float x;
-    float y;
+    float x;  // unit and axes are the user's
+    float y;  // as x
 };
 
 #endif

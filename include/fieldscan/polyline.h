@@ -9,12 +9,14 @@
 // A point of a polyline with a word of flag bits. Its point name is "0" until it is given one.
 class FIELDSCAN_API CVertex : public CXYZ {
 public:
+    // Bits of the flag word.
     enum Flag {
         kSplineVertex = 0x08,  // inserted by a spline
         kSplineFrame = 0x10,   // a control point of a spline, as the user gave it
         kDefault = 0x20        // what a vertex made by default carries; nothing reads it
     };
 
+    // Coordinates 0 unless they are given.
     CVertex(int flag = kDefault);
     CVertex(double x, double y, double z, int flag);
     CVertex(const CVertex& other);
@@ -25,9 +27,9 @@ public:
     int CheckVertexFlag(int mask) const;  // 1 when all bits of `mask` are set, else 0
     int IsSplineFrame() const;            // 1 or 0
     void SetSplineFrame(int on);          // nonzero sets the bit, zero clears it
-    void SetSplineVertex(int on);
+    void SetSplineVertex(int on);         // likewise
 
-    int flag;
+    int flag;  // bits of Flag
 };
 
 // An ordered list of vertices with a name. Open unless Close was called; the closed bit matters to the total
@@ -37,6 +39,7 @@ public:
 // (GetVertex null, the distances 0.0) and changes nothing.
 class FIELDSCAN_API CPolyline {
 public:
+    // Bits of the flag word.
     enum Flag { kClosed = 0x01, kDefault = 0x08 };  // of kDefault, which a new polyline has, nothing is read
 
     CPolyline(int flags = kDefault, int splineFlag = 0);  // splineFlag is stored without a check
@@ -49,21 +52,21 @@ public:
     // Valid until the number of vertices changes.
     CVertex* GetVertex(unsigned int i);
     const CVertex* GetVertex(unsigned int i) const;
-    int SetVertex(unsigned int i, const CVertex& v);
-    int AddVertex(const CVertex& v);  // returns the index of the new last vertex
+    int SetVertex(unsigned int i, const CVertex& v);  // vertex i becomes a copy of `v`
+    int AddVertex(const CVertex& v);                  // returns the index of the new last vertex
     // Puts a copy of `v` before vertex i. The count is no valid i: only AddVertex appends.
     int InsertVertex(unsigned int i, const CVertex& v);
-    int DelVertex(unsigned int i);
-    void DelAllVertex();  // frees the storage too
-    int GetVertexSize() const;
+    int DelVertex(unsigned int i);       // those behind it move up
+    void DelAllVertex();                 // frees the storage too
+    int GetVertexSize() const;           // the count
     void SetVertexSize(unsigned int n);  // new ones are default vertices; a count beyond int changes nothing
 
     // ---- Flags ----
 
     int CheckPolylineFlag(int mask) const;  // 1 when all bits of `mask` are set, else 0
-    void Close();
-    void Open();
-    int IsClose() const;  // 1 or 0
+    void Close();                           // sets the closed bit
+    void Open();                            // clears it
+    int IsClose() const;                    // 1 or 0
     // 6 and 1000 are the kinds of splines: stored, 1. Any other: 0 is stored, 0.
     int SetSplineFlag(int kind);
     // 6 when its bits are all set, else 1000 when its are, else 0.
@@ -91,8 +94,8 @@ public:
     // vertex.
     int PtInPolyline(double x, double y) const;
 
-    double GetDistance(int i, int j) const;  // in space
-    double GetDistanceXY(int i, int j) const;
+    double GetDistance(int i, int j) const;    // in space
+    double GetDistanceXY(int i, int j) const;  // in the plane
     // The sum over the edges, with the closing edge when the closed bit is set.
     double GetTotalLength() const;
     double GetTotalLengthXY() const;
@@ -128,12 +131,12 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    CString name;  // "0" when made
-    CArray<CVertex, CVertex&> vertices;
-    double reserved1;  // 0 when made, copied, read by nothing here
-    int flags;
-    int splineFlag;
-    double reserved2;  // as reserved1
+    CString name;                        // "0" when made
+    CArray<CVertex, CVertex&> vertices;  // in order
+    double reserved1;                    // 0 when made, copied, read by nothing here
+    int flags;                           // bits of Flag
+    int splineFlag;                      // kind of the last spline, 0, 6 or 1000
+    double reserved2;                    // as reserved1
 
 private:
     using Coordinates = CArray<double, double>;  // x, y, z of one point behind the other

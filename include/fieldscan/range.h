@@ -11,6 +11,8 @@ enum RANGE_AXES : int {
     RANGE_SURVEY = 0,  // x north, y east
     RANGE_MATH = 1     // x and y exchanged: x east, y north
 };
+
+// The unit of a range file.
 enum RANGE_UNIT : int {
     RANGE_METRE = 0,
     RANGE_INTFEET = 1,  // international feet

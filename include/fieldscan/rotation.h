@@ -55,13 +55,13 @@ public:
     void T();  // transposes, which inverts
     void I();  // the identity
 
-    CRot operator*(const CRot& b) const;
+    CRot operator*(const CRot& b) const;  // this * b: b acts first
     CXYZ operator*(const CXYZ& v) const;  // as Rotate
     void operator*=(const CRot& b);       // this = this * b
 
     void Trace();  // a hook for debugging, does nothing
 
-    double m[3][3];
+    double m[3][3];  // [row][column]
 };
 
 #endif

@@ -127,18 +127,18 @@ public:
 
     // ---- Data ----
 
-    int columnCount;  // shots per row
-    int rowCount;
-    CWPK areaAngle1;  // top-left direction of the area
-    CWPK areaAngle2;  // bottom-right direction
-    CStringArray imageNames;
-    CArray<CWPK, CWPK&> shootAngles;
-    CArray<double, double> workTable1;  // columns and rows of CalShootAng
-    CArray<double, double> workTable2;
-    CPolyline shootPolyline;
-    CPolyline outlinePolyline;
-    CString headerLine;  // first line of the last file read in the second version
-    CArray<CWPK, CWPK&> outlineAngles;
+    int columnCount;                    // shots per row
+    int rowCount;                       // rows of shots
+    CWPK areaAngle1;                    // top-left direction of the area
+    CWPK areaAngle2;                    // bottom-right direction
+    CStringArray imageNames;            // of the shots, row by row
+    CArray<CWPK, CWPK&> shootAngles;    // their directions
+    CArray<double, double> workTable1;  // columns of CalShootAng, radians
+    CArray<double, double> workTable2;  // rows of CalShootAng, radians
+    CPolyline shootPolyline;            // of CalHVPolyline1
+    CPolyline outlinePolyline;          // of CalHVPolyline2
+    CString headerLine;                 // first line of the last file read in the second version
+    CArray<CWPK, CWPK&> outlineAngles;  // the outline, a closed ring
 
 protected:
     enum { kLineSize = 512 };

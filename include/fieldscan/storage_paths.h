@@ -29,6 +29,7 @@ public:
     // 999999999, comes back as it is (so it does when memory runs out). IncrStr has no such limit.
     CString MakeNextName(const CString& name) const;
 
+    // What the system has answered; empty until then.
     CString cfCard1Path;
     CString cfCard2Path;
     CString sdCardPath;

@@ -27,10 +27,10 @@ public:
     // cannot be opened, or writing or closing fails.
     int Write(CString path) const;
 
-    CString version;
-    int meterFeet;  // unit of distances
-    int feet;       // kind of feet
-    int angle;      // unit of angles
+    CString version;  // of the file read
+    int meterFeet;    // unit of distances
+    int feet;         // kind of feet
+    int angle;        // unit of angles
 };
 
 #endif

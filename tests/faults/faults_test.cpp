@@ -178,7 +178,7 @@ TEST_F(Faults, MemoryEnds) {
                             }}});
     CKTImgMsg::SetHandler([](const CString&, const CRect&) {});
     for (const Operation& operation : all) {
-        for (int call = 1;; call += 1 + call / 40) {
+        for (int call = 1;; call += 1 + call / 8) {
             prepare(operation);
             const std::string before = get("file");
             spoiled.Create(1, 1);

@@ -32,12 +32,15 @@ public:
     CArray(const CArray&) = delete;
     CArray& operator=(const CArray&) = delete;
 
+    // Elements; GetUpperBound is the last index, -1 for an empty array.
     int GetSize() const { return m_size; }
     int GetCount() const { return m_size; }
     int GetUpperBound() const { return m_size - 1; }
     bool IsEmpty() const { return m_size == 0; }
+    // Elements that fit before the storage grows.
     int GetCapacity() const { return m_capacity; }
 
+    // The element at an index, which must lie inside.
     T& operator[](int index) { return ElementAt(index); }
     const T& operator[](int index) const { return GetAt(index); }
     const T& GetAt(int index) const {
@@ -50,24 +53,25 @@ public:
         return m_data[index];
     }
     void SetAt(int index, ARG element) { ElementAt(index) = element; }
+    // The elements one behind the other; null for an empty array.
     T* GetData() { return m_data; }
     const T* GetData() const { return m_data; }
 
     // Sets the size. `growBy` >= 0 sets the growth step too (0: the rule above). A negative size changes
     // nothing.
     void SetSize(int size, int growBy = -1);
-    void RemoveAll() { SetSize(0); }
-    void Reserve(int capacity);  // room for so many elements without another growth
-    void FreeExtra();            // gives back the room beyond the size
+    void RemoveAll() { SetSize(0); }  // frees the storage too
+    void Reserve(int capacity);       // room for so many elements without another growth
+    void FreeExtra();                 // gives back the room beyond the size
 
-    int Add(ARG element);  // returns its index
-    void SetAtGrow(int index, ARG element);
+    int Add(ARG element);                    // returns its index
+    void SetAtGrow(int index, ARG element);  // SetAt, behind the end too
     // Moves the elements from `index` on `count` places up and puts `count` copies of `element` there.
     void InsertAt(int index, ARG element, int count = 1);
     // Removes up to `count` elements from `index` on.
     void RemoveAt(int index, int count = 1);
 
-    void Copy(const CArray& other);
+    void Copy(const CArray& other);     // becomes equal to the other
     void Swap(CArray& other) noexcept;  // exchanges the contents, not the growth steps
     int Append(const CArray& other);    // returns the index of the first element appended
 

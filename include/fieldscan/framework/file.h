@@ -53,8 +53,8 @@ public:
 
     // Closes a file that was open. An empty path, or one with a zero unit inside, fails with causeOther.
     int Open(const CString& path, unsigned int mode);
-    Cause GetOpenFailure() const { return m_cause; }
-    bool IsOpen() const;
+    Cause GetOpenFailure() const { return m_cause; }  // of the last Open
+    bool IsOpen() const;                              // whether it may be read or written
 
     // Up to `count` bytes from the position on; returns how many were read, less than `count` only at the
     // end of the file or when the medium fails.
@@ -64,8 +64,8 @@ public:
     // All `count` bytes, or 0: part of them may then be on the medium.
     int Write(const void* buffer, unsigned int count);
 
-    int SeekToBegin();
-    int SeekToEnd();
+    int SeekToBegin();              // position 0
+    int SeekToEnd();                // behind the last byte
     long long GetPosition() const;  // -1 when it cannot be told
     long long GetLength() const;    // in bytes, -1 when it cannot be told
 

@@ -26,6 +26,7 @@ public:
     CString() noexcept;
     CString(const CString& other);
     CString(CString&& other) noexcept;  // leaves `other` empty
+    // Text up to its zero unit; a null pointer gives the empty text.
     CString(std::nullptr_t) noexcept : CString() {}
     CString(const unsigned short* text);
     CString(const char16_t* text);
@@ -34,20 +35,24 @@ public:
     CString(const wchar_t* text);
 #endif
     CString(const unsigned short* text, int length);  // the first `length` units, zero units included
-    CString(const char16_t* text, int length);
+    CString(const char16_t* text, int length);        // the same
+    // `count` times the unit; none for a count below 1.
     explicit CString(unsigned short unit, int count = 1);
     ~CString();
 
     CString& operator=(const CString& other);
     CString& operator=(CString&& other) noexcept;
-    CString& operator=(unsigned short unit);
+    CString& operator=(unsigned short unit);  // the unit alone
 
+    // Units before the closing zero; IsEmpty when there is none.
     int GetLength() const { return m_length; }
     bool IsEmpty() const { return m_length == 0; }
     void Empty();  // frees the storage too
+    // Closed by a zero unit; valid until the text changes.
     operator const unsigned short*() const { return m_text; }
     const unsigned short* GetString() const { return m_text; }
 
+    // The unit at a position.
     unsigned short GetAt(int position) const { return inside(position) ? m_text[position] : 0; }
     template <class Integer, typename = fieldscan::IfInteger<Integer>>
     unsigned short operator[](Integer position) const {
@@ -56,6 +61,7 @@ public:
     }
     void SetAt(int position, unsigned short unit);
 
+    // Parts: the first units, the last ones, those from a position on. A negative count or position is 0.
     CString Left(int count) const;
     CString Right(int count) const;
     CString Mid(int first) const;
@@ -82,6 +88,7 @@ public:
     int Insert(int position, const CString& text);        // returns the new length
     int Delete(int position, int count = 1);              // returns the new length
 
+    // Text or units at the end.
     CString& operator+=(const CString& text);
     CString& operator+=(unsigned short unit);
     void Append(const unsigned short* text, int length);
@@ -111,6 +118,7 @@ private:
     unsigned short m_inside[kInside];
 };
 
+// Both texts, one behind the other.
 FIELDSCAN_API CString operator+(const CString& a, const CString& b);
 
 // One unit behind the text or before it.
