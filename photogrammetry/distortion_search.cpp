@@ -25,8 +25,9 @@ struct GridSteps {
     constexpr GridSteps() : column(), row() {
         for (int k = 0; k < kRoom; ++k) {
             const int point = k < kGrid ? k : kGrid - 1;
-            column[k] = point % kGridSide;
-            row[k] = point / kGridSide;
+            const int above = point / kGridSide;
+            column[k] = point - above * kGridSide;
+            row[k] = above;
         }
     }
 };
