@@ -21,9 +21,9 @@ public:
 
     // ---- Camera file: docs/file_formats.md ----
 
-    // Makes or replaces the file. Six decimals are kept, of the distortion parameters seven digits; title and
-    // distortion table are not written. Returns 1; 0 when the file cannot be opened, has no name, or writing
-    // or closing fails.
+    // Makes the file or replaces it as a whole: a failure keeps the old one. Six decimals are kept, of the
+    // distortion parameters seven digits; title and distortion table are not written. Returns 1; 0 when the
+    // file cannot be opened, has no name, or writing or closing fails.
     int Write(CString path) const;
 
     // Init, then what the file holds: each value from the start of its line, what follows is a comment. A

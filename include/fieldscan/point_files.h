@@ -21,8 +21,8 @@
 // beyond do not count. An empty line ends the file. Returns 0 when the file cannot be made or opened.
 FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
-// Six decimals. append 1 adds to a file that must exist, any other value makes or replaces it. Returns 0 also
-// when writing or closing fails; the file may then hold a part.
+// Six decimals. append 1 adds to a file that must exist, any other value makes it or replaces it as a whole:
+// a failure keeps the old one. Returns 0 also when writing or closing fails; the file may then hold a part.
 FIELDSCAN_API int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append);
 
 // As ReadCSVFile, but a line ends at a carriage return too and empty lines are skipped.
@@ -37,7 +37,8 @@ FIELDSCAN_API int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, in
 FIELDSCAN_API int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points,
                               int mustExist);
 
-// Ten decimals; makes or replaces the file. Returns 0 also when writing or closing fails.
+// Ten decimals; makes the file or replaces it as a whole: a failure keeps the old one. Returns 0 also when
+// writing or closing fails.
 FIELDSCAN_API int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points);
 
 // The name of the file without folder and extension, as CRTCard::GetFileTitle gives it, with its result.

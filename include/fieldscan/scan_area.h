@@ -95,9 +95,9 @@ public:
 
     // ---- Scan-area file, first version: docs/file_formats.md ----
 
-    // Makes or replaces the file. Six decimals of a degree are kept, phi is not. One line per image name,
-    // with the direction of the same index (0, 0 where there is none). Returns 1; 0 when the path is empty,
-    // the file cannot be opened, or writing or closing fails.
+    // Makes the file or replaces it as a whole: a failure keeps the old one. Six decimals of a degree are
+    // kept, phi is not. One line per image name, with the direction of the same index (0, 0 where there is
+    // none). Returns 1; 0 when the path is empty, the file cannot be opened, or writing or closing fails.
     int Write(CString path) const;
     // Init, then what the file holds. The shots are read to the end of the file, whatever the counts say; a
     // line that does not begin with two numbers is passed over; an image name ends at its first blank.
@@ -110,11 +110,11 @@ public:
 
     // ---- Scan-area file, second version: docs/file_formats.md ----
 
-    // Makes or replaces the file. It holds the outline too, phi of the shots, and image names with blanks and
-    // commas; three decimals of a degree for the corners, four for the outline, five for the shots. Not in
-    // it: work tables, polylines, headerLine. Returns 1; 0 when a name holds a line end or a direction is not
-    // finite (the file is then untouched), the path is empty, the file cannot be opened, or writing or
-    // closing fails.
+    // Makes the file or replaces it as a whole: a failure keeps the old one. It holds the outline too, phi of
+    // the shots, and image names with blanks and commas; three decimals of a degree for the corners, four for
+    // the outline, five for the shots. Not in it: work tables, polylines, headerLine. Returns 1; 0 when a
+    // name holds a line end or a direction is not finite (the file is then untouched), the path is empty, the
+    // file cannot be opened, or writing or closing fails.
     int Write2(CString path) const;
     // Init, then what the file holds; headerLine is its first line, trimmed. Horizontal angles and those of
     // corners and outline come back in [0, 2 pi). Returns 1; 0 when the path is empty, the file cannot be

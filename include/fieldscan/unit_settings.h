@@ -23,8 +23,8 @@ public:
     // or blank or the medium fails, and then the record holds what was read before that.
     int Read(CString path);
 
-    // Makes or replaces the file, always in version 1.1, whatever `version` holds. Returns 1; 0 when the file
-    // cannot be opened, or writing or closing fails.
+    // Makes the file or replaces it as a whole: a failure keeps the old one, always in version 1.1, whatever
+    // `version` holds. Returns 1; 0 when the file cannot be opened, or writing or closing fails.
     int Write(CString path) const;
 
     CString version;  // of the file read
