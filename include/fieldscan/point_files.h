@@ -22,7 +22,8 @@
 FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
 // Six decimals. append 1 adds to a file that must exist, any other value makes it or replaces it as a whole:
-// a failure keeps the old one. Returns 0 also when writing or closing fails; the file may then hold a part.
+// a failure keeps the old one. Returns 0 also when writing or closing fails; what was added may then be there
+// in part.
 FIELDSCAN_API int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append);
 
 // As ReadCSVFile, but a line ends at a carriage return too and empty lines are skipped.

@@ -39,7 +39,7 @@ public:
 
     // ---- Range file: docs/file_formats.md ----
 
-    // Makes the file or replaces it as a whole: a failure keeps the old one, with ten decimals of the unit;
+    // Makes the file or replaces it as a whole: a failure keeps the old one. Ten decimals of the unit;
     // corners that the application has set the wrong way round are written and not read again. CCalcXYZHV
     // gives the feet. Returns 1; 0 when the axes or the unit are none of the above (the file is then
     // untouched), when the file cannot be opened, or when writing or closing fails.

@@ -23,7 +23,7 @@ public:
     // or blank or the medium fails, and then the record holds what was read before that.
     int Read(CString path);
 
-    // Makes the file or replaces it as a whole: a failure keeps the old one, always in version 1.1, whatever
+    // Makes the file or replaces it as a whole: a failure keeps the old one. Always in version 1.1, whatever
     // `version` holds. Returns 1; 0 when the file cannot be opened, or writing or closing fails.
     int Write(CString path) const;
 
