@@ -97,6 +97,60 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+// Whether a number that was read up to `at` may not end there: it has an exponent, or is hexadecimal.
+bool goesOn(const char* at, const char* end) {
+    return at < end && (*at == 'e' || *at == 'E' || *at == 'x' || *at == 'X');
+}
+
+// The eight characters from `at` on, the first in the lowest byte; NUL beyond `end`. At least eight lie before
+// `end`.
+std::uint64_t eightCharacters(const char* at, const char* end) {
+    const std::ptrdiff_t left = end - at;
+    std::uint64_t characters = 0;
+    std::memcpy(&characters, left < 8 ? end - 8 : at, sizeof characters);
+    if (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__)
+        characters = __builtin_bswap64(characters);
+    return left >= 8 ? characters : left > 0 ? characters >> 8 * (8 - left) : 0;
+}
+
+// How many digits the eight characters begin with.
+int countDigits(std::uint64_t characters) {
+    const std::uint64_t digits = characters ^ 0x3030303030303030;  // '0'
+    // What is above 9 carries into the upper half of its byte, and perhaps into bytes behind, which no longer
+    // matter.
+    const std::uint64_t others = (digits | (digits + 0x0606060606060606)) & 0xF0F0F0F0F0F0F0F0;
+    return others == 0 ? 8 : __builtin_ctzll(others) / 8;
+}
+
+// The number that the first 1 to 7 of the characters make up. Neighbours are joined: digits to pairs, then all
+// four pairs.
+std::uint32_t numberOf(std::uint64_t characters, int count) {
+    std::uint64_t digits = (characters & 0x0F0F0F0F0F0F0F0F) << 8 * (8 - count);
+    digits = digits * 10 + (digits >> 8);
+    constexpr std::uint64_t kPairs = 0x000000FF000000FF;
+    digits = (digits & kPairs) * (100 + (1000000ull << 32)) + (digits >> 16 & kPairs) * (1 + (10000ull << 32));
+    return static_cast<std::uint32_t>(digits >> 32);
+}
+
+// readPlainDecimal of 1 to 7 digits, a point and 1 to 7 digits, eight characters at a time.
+std::size_t readShortDecimal(std::string_view text, double& value) {
+    if (text.size() < 8)
+        return 0;
+    const char* const end = text.data() + text.size();
+    const std::uint64_t front = eightCharacters(text.data(), end);
+    const int digits = countDigits(front);
+    if (digits == 0 || digits == 8 || text[static_cast<std::size_t>(digits)] != '.')
+        return 0;
+    const char* const behindPoint = text.data() + digits + 1;
+    const std::uint64_t back = eightCharacters(behindPoint, end);
+    const int decimals = countDigits(back);
+    if (decimals == 0 || decimals == 8 || goesOn(behindPoint + decimals, end))
+        return 0;
+    const double whole = static_cast<double>(numberOf(front, digits)) * kPowersOfTen[decimals];
+    value = (whole + static_cast<double>(numberOf(back, decimals))) / kPowersOfTen[decimals];
+    return static_cast<std::size_t>(digits + 1 + decimals);
+}
+
 }  // namespace
 
 char* putPlainFixed(char* to, double value, int decimals) {
@@ -121,6 +175,8 @@ char* putPlainFixed(char* to, double value, int decimals) {
 std::size_t readPlainDecimal(std::string_view text, double& value) {
     const char* const first = text.data();
     const char* const end = first + text.size();
+    if (const std::size_t length = readShortDecimal(text, value))
+        return length;
     std::uint64_t number = 0;
     const auto readDigits = [&](const char* at) {
         for (; at < end && isDigit(*at); ++at)
@@ -137,8 +193,7 @@ std::size_t readPlainDecimal(std::string_view text, double& value) {
         digits += decimals;
     }
     constexpr std::uint64_t kMostExact = 1ull << 53;
-    const bool goesOn = at < end && (*at == 'e' || *at == 'E' || *at == 'x' || *at == 'X');
-    if (digits == 0 || digits > 19 || number > kMostExact || goesOn)
+    if (digits == 0 || digits > 19 || number > kMostExact || goesOn(at, end))
         return 0;
     value = static_cast<double>(number) / kPowersOfTen[decimals];
     return static_cast<std::size_t>(at - first);
