@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "files/point_lines.h"
+#include "platform/framework/decimal_text.h"
 #include "platform/framework/number_text.h"
 #include "platform/system.h"
 
@@ -21,13 +22,14 @@ std::string_view takeField(std::string_view& line) {
     return field;
 }
 
-// No number holds a comma, so most fields need no search for their end.
+// A plain number up to the comma needs no search for the end of its field.
 double takeNumber(unsigned int codePage, std::string_view& line) {
-    std::size_t used = 0;
-    const double value = parseDouble(line, &used);
-    if (used == line.size() || line[used] == ',') {
-        line.remove_prefix(std::min(used + 1, line.size()));
-        return value;
+    const std::size_t sign = !line.empty() && line[0] == '-' ? 1 : 0;
+    double value = 0.0;
+    const std::size_t end = sign + readPlainDecimal(line.substr(sign), value);
+    if (end > sign && (end == line.size() || line[end] == ',')) {
+        line.remove_prefix(std::min(end + 1, line.size()));
+        return sign ? -value : value;
     }
     std::string buffer;
     return parseDouble(numberText(codePage, takeField(line), buffer));
