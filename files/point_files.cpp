@@ -15,6 +15,22 @@ using namespace fieldscan;
 
 namespace {
 
+constexpr int kShortName = 32;
+
+// Writes a name of up to kShortName units of ASCII; nothing of any other.
+char* putShortAscii(char* to, const CString& name) {
+    const int length = name.GetLength();
+    if (length > kShortName)
+        return to;
+    const unsigned short* const units = name.GetString();
+    unsigned int all = 0;
+    for (int i = 0; i < length; ++i) {
+        all |= units[i];
+        to[i] = static_cast<char>(units[i]);
+    }
+    return all < 0x80 ? to + length : to;
+}
+
 std::string_view takeField(std::string_view& line) {
     const std::size_t comma = line.find(',');
     const std::string_view field = line.substr(0, comma);
@@ -37,15 +53,17 @@ double takeNumber(unsigned int codePage, std::string_view& line) {
 
 }  // namespace
 
+// Put together here and appended at once.
 void fieldscan::appendPoint(LineWriter& lines, const CXYZ& point) {
-    lines.append(point.name);
-    char numbers[3 * (1 + kFixedRoom)];
-    char* to = numbers;
+    char line[kShortName + 3 * (1 + kFixedRoom)];
+    char* to = putShortAscii(line, point.name);
+    if (to == line)
+        lines.append(point.name);
     for (const double coordinate : {point.x, point.y, point.z}) {
         *to++ = ',';
         to = putFixed(to, coordinate, 6);
     }
-    lines.text().append(numbers, static_cast<std::size_t>(to - numbers));
+    lines.text().append(line, static_cast<std::size_t>(to - line));
 }
 
 std::string_view fieldscan::numberText(unsigned int codePage, std::string_view field, std::string& buffer) {
