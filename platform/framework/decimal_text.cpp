@@ -50,10 +50,31 @@ constexpr std::uint64_t power(std::uint64_t base, int exponent) {
     return exponent == 0 ? 1 : base * power(base, exponent - 1);
 }
 
+// Halves are taken on what is dropped, left-aligned in a word.
+std::uint64_t roundedToEven(std::uint64_t value, std::uint64_t dropped) {
+    constexpr std::uint64_t kHalf = 1ull << 63;
+    return (value + (dropped >> 63)) & ~std::uint64_t{dropped == kHalf};
+}
+
+template <int Decimals>
+char* putDecimals(char* to, std::uint64_t decimals) {
+    *to++ = '.';
+    constexpr std::uint64_t kBehind = power(10, Decimals > 8 ? 16 - Decimals : 8 - Decimals);
+    decimals *= kBehind;
+    if constexpr (Decimals > 8) {
+        putDigits(to, eightDigits(static_cast<std::uint32_t>(decimals / 100000000)));
+        putDigits(to + 8, eightDigits(static_cast<std::uint32_t>(decimals % 100000000)));
+    } else {
+        putDigits(to, eightDigits(static_cast<std::uint32_t>(decimals)));
+    }
+    return to + Decimals;
+}
+
+constexpr int bitLength(std::uint64_t value) { return value == 0 ? 0 : 1 + bitLength(value >> 1); }
+
 // Writes a number in [0, 2^63 / 10^Decimals) and returns its end, nullptr outside that range and below
 // 2^(Decimals - 64). The number m 2^e times 10^Decimals is m 5^Decimals 2^(e + Decimals): an integer of 77
-// bits at most, shifted right. Halves are taken on what the shift drops, so that the result is exact. Three
-// to six times as fast as std::to_chars.
+// bits at most, shifted right. What the shift drops is rounded, so that the result is exact.
 template <int Decimals>
 char* putPlain(char* to, double value) {
     static_assert(Decimals > 0 && Decimals <= 10, "the product must fit");
@@ -63,32 +84,32 @@ char* putPlain(char* to, double value) {
     std::memcpy(&bits, &value, sizeof bits);
     std::uint64_t scaled = 0;
     if (bits != 0) {
-        const int shift = 1075 - static_cast<int>(bits >> 52) - Decimals;
+        const int places = 1075 - static_cast<int>(bits >> 52);  // of the mantissa behind the point
+        const std::uint64_t mantissa = (bits & ((1ull << 52) - 1)) | 1ull << 52;
+        // Most coordinates: at most 26 bits before the point, and so few behind that the product of these
+        // alone fits one word.
+        constexpr int kPlaces = 64 - bitLength(kFives);
+        if (places >= 27 && places <= kPlaces) {
+            const std::uint64_t behind = mantissa << (kPlaces - places) & ((1ull << kPlaces) - 1);
+            const std::uint64_t product = behind * kFives;
+            const std::uint64_t decimals =
+                roundedToEven(product >> (kPlaces - Decimals), product << (64 - kPlaces + Decimals));
+            const auto whole = static_cast<std::uint32_t>(mantissa >> places);
+            if (decimals < kTens)
+                return putDecimals<Decimals>(putBlock(to, whole), decimals);
+        }
+        const int shift = places - Decimals;
         if (shift < 1 || shift > 63)
             return nullptr;
-        const std::uint64_t mantissa = (bits & ((1ull << 52) - 1)) | 1ull << 52;
         const std::uint64_t low = (mantissa & 0xFFFFFFFF) * kFives;
         const std::uint64_t high = (mantissa >> 32) * kFives + (low >> 32);
         const std::uint64_t top = high >> 32;
         const std::uint64_t bottom = high << 32 | (low & 0xFFFFFFFF);
         if (top >> (shift - 1) != 0)
             return nullptr;
-        scaled = top << (64 - shift) | bottom >> shift;
-        const std::uint64_t dropped = bottom << (64 - shift);
-        constexpr std::uint64_t kHalf = 1ull << 63;
-        scaled = (scaled + (dropped >> 63)) & ~std::uint64_t{dropped == kHalf};  // half to even
+        scaled = roundedToEven(top << (64 - shift) | bottom >> shift, bottom << (64 - shift));
     }
-    to = putInteger(to, scaled / kTens);
-    *to++ = '.';
-    constexpr std::uint64_t kBehind = power(10, Decimals > 8 ? 16 - Decimals : 8 - Decimals);
-    const std::uint64_t fraction = scaled % kTens * kBehind;
-    if constexpr (Decimals > 8) {
-        putDigits(to, eightDigits(static_cast<std::uint32_t>(fraction / 100000000)));
-        putDigits(to + 8, eightDigits(static_cast<std::uint32_t>(fraction % 100000000)));
-    } else {
-        putDigits(to, eightDigits(static_cast<std::uint32_t>(fraction)));
-    }
-    return to + Decimals;
+    return putDecimals<Decimals>(putInteger(to, scaled / kTens), scaled % kTens);
 }
 
 // Up to 10^22 a power of ten is a double.
