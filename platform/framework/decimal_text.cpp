@@ -174,7 +174,7 @@ std::size_t readShortDecimal(std::string_view text, double& value) {
         return 0;
     const double whole = static_cast<double>(numberOf(front, digits)) * kPowersOfTen[decimals];
     value = (whole + static_cast<double>(numberOf(back, decimals))) / kPowersOfTen[decimals];
-    return static_cast<std::size_t>(digits + 1 + decimals);
+    return static_cast<std::size_t>(behindPoint + decimals - text.data());
 }
 
 }  // namespace
