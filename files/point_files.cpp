@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "files/point_lines.h"
+#include "platform/framework/decimal_text.h"
 #include "platform/framework/number_text.h"
 #include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
@@ -20,6 +21,22 @@ bool isCutPoint(std::string_view line) {
     return line.back() != '\n' && std::count(line.begin(), line.end(), ',') < 3;
 }
 
+constexpr int kShortName = 32;
+
+// Writes a name of up to kShortName units of ASCII; nothing of any other.
+char* putShortAscii(char* to, const CString& name) {
+    const int length = name.GetLength();
+    if (length > kShortName)
+        return to;
+    const unsigned short* const units = name.GetString();
+    unsigned int all = 0;
+    for (int i = 0; i < length; ++i) {
+        all |= units[i];
+        to[i] = static_cast<char>(units[i]);
+    }
+    return all < 0x80 ? to + length : to;
+}
+
 std::string_view takeField(std::string_view& line) {
     const std::size_t comma = line.find(',');
     const std::string_view field = line.substr(0, comma);
@@ -27,13 +44,14 @@ std::string_view takeField(std::string_view& line) {
     return field;
 }
 
-// No number holds a comma, so most fields need no search for their end.
+// A plain number up to the comma needs no search for the end of its field.
 double takeNumber(unsigned int codePage, std::string_view& line) {
-    std::size_t used = 0;
-    const double value = parseDouble(line, &used);
-    if (used == line.size() || line[used] == ',') {
-        line.remove_prefix(std::min(used + 1, line.size()));
-        return value;
+    const std::size_t sign = !line.empty() && line[0] == '-' ? 1 : 0;
+    double value = 0.0;
+    const std::size_t end = sign + readPlainDecimal(line.substr(sign), value);
+    if (end > sign && (end == line.size() || line[end] == ',')) {
+        line.remove_prefix(std::min(end + 1, line.size()));
+        return sign ? -value : value;
     }
     std::string buffer;
     return parseDouble(numberText(codePage, takeField(line), buffer));
@@ -41,15 +59,17 @@ double takeNumber(unsigned int codePage, std::string_view& line) {
 
 }  // namespace
 
+// Put together here and appended at once.
 void fieldscan::appendPoint(LineWriter& lines, const CXYZ& point) {
-    lines.append(point.name);
-    char numbers[3 * (1 + kFixedRoom)];
-    char* to = numbers;
+    char line[kShortName + 3 * (1 + kFixedRoom)];
+    char* to = putShortAscii(line, point.name);
+    if (to == line)
+        lines.append(point.name);
     for (const double coordinate : {point.x, point.y, point.z}) {
         *to++ = ',';
         to = putFixed(to, coordinate, 6);
     }
-    lines.text().append(numbers, static_cast<std::size_t>(to - numbers));
+    lines.text().append(line, static_cast<std::size_t>(to - line));
 }
 
 std::string_view fieldscan::numberText(unsigned int codePage, std::string_view field, std::string& buffer) {

@@ -12,13 +12,12 @@ namespace fieldscan {
 constexpr std::size_t kPlainFixedRoom = 40;
 
 // Writes what "%.Nf" does for N = 4, 5, 6 and 10, the decimals of the library's texts, and numbers below 2^63
-// / 10^N that are 0 or not tiny; returns the end, or nullptr for all others. A fifth of the time of
-// std::to_chars.
+// / 10^N that are 0 or not tiny; returns the end, or nullptr for all others.
 char* putPlainFixed(char* to, double value, int decimals);
 
 // Reads digits with or without a point among them where that takes one rounding: up to 19 digits that make up
 // a number up to 2^53, and no exponent behind. Returns how many characters it took; 0 for all others, and
-// then `value` is untouched. Half the time of std::from_chars.
+// then `value` is untouched.
 std::size_t readPlainDecimal(std::string_view text, double& value);
 
 }  // namespace fieldscan

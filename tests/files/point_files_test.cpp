@@ -45,12 +45,16 @@ void addPoint(Points& points, const char16_t* name, double x, double y, double z
 TEST_F(PointFiles, WritesTheStatedLines) {
     addPoint(points, u"P1", 1.5, -0.0000004, 1e15);
     addPoint(points, u"\u5cb3 e", 0.0000005, 2.5e-7, std::numeric_limits<double>::infinity());
+    const std::string longName(40, 'n');
+    addPoint(points, u"", 9.9999996, 4470123.45675, -450);
+    addPoint(points, u"nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn", 1, 2, 3);
     CString where = path("out");
     EXPECT_EQ(WriteCSVFile(&where, points, 1), 0) << "append needs the file";
     EXPECT_FALSE(exists("out"));
     EXPECT_EQ(WriteCSVFile(&where, points, 0), 1);
-    const std::string lines =
-        "P1,1.500000,-0.000000,1000000000000000.000000\n" + kanji() + " e,0.000000,0.000000,inf\n";
+    const std::string lines = "P1,1.500000,-0.000000,1000000000000000.000000\n" + kanji() +
+                              " e,0.000000,0.000000,inf\n,10.000000,4470123.456750,-450.000000\n" + longName +
+                              ",1.000000,2.000000,3.000000\n";
     EXPECT_EQ(get("out"), lines);
     EXPECT_EQ(WriteCSVFile(&where, points, 1), 1);
     EXPECT_EQ(get("out"), lines + lines);

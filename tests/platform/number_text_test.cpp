@@ -325,7 +325,7 @@ TEST_P(AgainstCLibrary, RandomTexts) {
     for (int i = 0; i < count(200000); ++i) {
         std::string text;
         const int power = static_cast<int>(below(700)) - 350;
-        switch (below(5)) {
+        switch (below(6)) {
             case 0:  // integers of up to 64 bits: half of those between 2^53 and 2^54 need rounding to even
                 text = std::to_string(m_random() >> below(64));
                 break;
@@ -340,6 +340,11 @@ TEST_P(AgainstCLibrary, RandomTexts) {
                 break;
             case 3:
                 text = texts[below(texts.size())];
+                break;
+            case 4:  // coordinates: up to 9 digits on either side of the point, and what may stand behind
+                text = std::to_string(m_random() % 1000000000 + 1000000000).substr(1 + below(10)) + "." +
+                       std::to_string(m_random() % 1000000000 + 1000000000).substr(1 + below(10));
+                text.append(below(2), alphabet[below(alphabet.size())]).append(below(12), '7');
                 break;
             default:
                 for (std::size_t length = below(12); length > 0; --length)

@@ -115,11 +115,12 @@ struct CArray<T, ARG>::Block {
 
 template <class T, class ARG>
 void CArray<T, ARG>::construct(T* place, int count) {
-    std::memset(static_cast<void*>(place), 0, Block::bytes(count));
     int made = 0;
     try {
-        for (; made < count; ++made)
+        for (; made < count; ++made) {
+            std::memset(static_cast<void*>(place + made), 0, sizeof(T));
             ::new (static_cast<void*>(place + made)) T();
+        }
     } catch (...) {
         destroy(place, made);
         throw;
