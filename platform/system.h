@@ -56,12 +56,6 @@ void appendAnsi(unsigned int codePage, const unsigned short* text, int length, s
 // of the same number.
 void appendWide(unsigned int codePage, const char* bytes, std::size_t count, CString& out);
 
-// ---- Memory ----
-
-// Asks for large pages below storage that is about to be filled for the first time; a mere hint, which small
-// storage is not worth.
-void preferLargePages(void* storage, std::size_t bytes);
-
 // ---- Clock, configuration, messages ----
 
 // 100-nanosecond intervals since 1601-01-01 00:00 UTC.

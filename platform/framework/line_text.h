@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "platform/framework/out_of_memory.h"
-#include "platform/system.h"
 
 namespace fieldscan {
 
@@ -83,8 +82,6 @@ void reserveForLines(Array& array, const CFile& file) {
         array.Reserve(static_cast<int>(room));
     else
         reserveDouble(array);
-    system::preferLargePages(array.GetData() + size,
-                             static_cast<std::size_t>(array.GetCapacity() - size) * sizeof(*array.GetData()));
 }
 
 }  // namespace fieldscan

@@ -1,9 +1,7 @@
-// Memory, clock, running program and messages.
-#include <sys/mman.h>
+// Clock, running program and messages.
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <string>
@@ -18,22 +16,6 @@ namespace {
 constexpr unsigned long long kUnixEpoch = 116444736000000000ULL;  // 1970-01-01 as a file time
 
 }  // namespace
-
-// A million points lie on 27000 small pages, whose first touch takes as long as reading the points: 43 ms on
-// an x86-64, 6 ms with pages of 2 MiB.
-void preferLargePages(void* storage, std::size_t bytes) {
-#if defined(MADV_HUGEPAGE)
-    constexpr std::uintptr_t kPage = std::uintptr_t{2} << 20;
-    const std::uintptr_t start = reinterpret_cast<std::uintptr_t>(storage);
-    const std::uintptr_t first = (start + kPage - 1) / kPage * kPage;
-    const std::uintptr_t last = (start + bytes) / kPage * kPage;
-    if (last > first)
-        ::madvise(static_cast<char*>(storage) + (first - start), last - first, MADV_HUGEPAGE);
-#else
-    static_cast<void>(storage);
-    static_cast<void>(bytes);
-#endif
-}
 
 unsigned long long fileTimeNow() {
     using Ticks = std::chrono::duration<long long, std::ratio<1, 10000000>>;

@@ -1,4 +1,4 @@
-// Memory, clock, running program and messages.
+// Clock, running program and messages.
 #include "platform/system.h"
 #include "platform/windows/api.h"
 
@@ -14,8 +14,6 @@ long long ticksOf(const FILETIME& time) {
 }
 
 }  // namespace
-
-void preferLargePages(void*, std::size_t) {}  // takes a privilege that programs do not have
 
 unsigned long long fileTimeNow() {
     FILETIME now;
