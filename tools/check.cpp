@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <memory>
 
-#include "code_page.h"
 #include "contents.h"
 #include "line_rules.h"
+#include "options.h"
 #include "subcommands.h"
 
 namespace {
@@ -60,9 +60,7 @@ void addCheck(CLI::App& program, int& exitCode) {
         "Standard output: a line FILE,FORMAT,FAULTS each. Standard error: the faults, \"FILE:LINE: expected\n"
         "...\". Exit code 1 when there is any.");
     command->add_option("FILE", options->files, "files of the application")->required();
-    command->add_option("--as", options->as, "the format, where the content does not tell")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(&kFormats));
+    addFormatOption(*command, options->as);
     addCodePageOption(*command, "--page", options->page, "code page of the files");
     command->add_flag("--all", options->all, "tells all faults, not only the first 20 of a file");
     command->callback([options, &exitCode] { run(*options, exitCode); });

@@ -3,9 +3,9 @@
 #include <iostream>
 #include <memory>
 
-#include "code_page.h"
 #include "common/files.h"
 #include "common/text.h"
+#include "options.h"
 #include "points.h"
 #include "subcommands.h"
 
@@ -86,14 +86,15 @@ void addConvert(CLI::App& program, int&) {
         "Units: m, ft (international foot), usft (US survey foot). Axes: survey (x north, y east) or\n"
         "mathematical (x east, y north, in millimetres). Six decimals are written.");
     command->add_option("IN", options->in, "a point file")->required();
-    command->add_option("OUT", options->out, "the point file to write, \"-\" for standard output", true);
+    command->add_option("OUT", options->out, "the point file to write, \"-\" for standard output")
+        ->capture_default_str();
     addCodePageOption(*command, "--from-page", options->fromPage, "code page of IN");
     addCodePageOption(*command, "--to-page", options->toPage, "code page of OUT (that of IN)");
     const CLI::IsMember unit({"m", "ft", "usft"}), axes({"survey", "mathematical"});
-    command->add_option("--from-unit", options->fromUnit, "unit of IN", true)->check(unit);
-    command->add_option("--to-unit", options->toUnit, "unit of OUT", true)->check(unit);
-    command->add_option("--from-axes", options->fromAxes, "axes of IN", true)->check(axes);
-    command->add_option("--to-axes", options->toAxes, "axes of OUT", true)->check(axes);
+    command->add_option("--from-unit", options->fromUnit, "unit of IN")->capture_default_str()->check(unit);
+    command->add_option("--to-unit", options->toUnit, "unit of OUT")->capture_default_str()->check(unit);
+    command->add_option("--from-axes", options->fromAxes, "axes of IN")->capture_default_str()->check(axes);
+    command->add_option("--to-axes", options->toAxes, "axes of OUT")->capture_default_str()->check(axes);
     command->add_flag("--replace", options->replace, "writes ? for characters that the code page lacks");
     command->callback([options] { run(*options); });
 }

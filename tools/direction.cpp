@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <memory>
 
-#include "code_page.h"
 #include "common/progress.h"
 #include "common/text.h"
+#include "options.h"
 #include "points.h"
 #include "subcommands.h"
 
@@ -73,7 +73,8 @@ void addDirection(CLI::App& program, int& exitCode) {
         "packed: ddd.mmsst, degrees, minutes, seconds and tenths.");
     command->add_option("POINTS", options->points, "a point, occupied-point or scan result file")->required();
     options->station.addTo(*command);
-    command->add_option("--unit", options->unit, "of the angles", true)
+    command->add_option("--unit", options->unit, "of the angles")
+        ->capture_default_str()
         ->check(CLI::IsMember({"degrees", "gon", "mil", "packed"}));
     addCodePageOption(*command, "--page", options->page, "code page of the files");
     command->callback([options, &exitCode] { run(*options, exitCode); });

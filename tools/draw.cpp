@@ -5,9 +5,9 @@
 #include <memory>
 
 #include "area.h"
-#include "code_page.h"
 #include "common/svg.h"
 #include "common/text.h"
+#include "options.h"
 #include "points.h"
 #include "scan_job/picture.h"
 #include "subcommands.h"
@@ -118,7 +118,8 @@ void addDraw(CLI::App& program, int&) {
                      "a scan-area file, an outline (lines name,horizontal angle,zenith angle,0 in degrees),\n"
                      "or what helmert gives")
         ->required();
-    command->add_option("--out", options->out, "the picture, \"-\" for standard output", true);
+    command->add_option("--out", options->out, "the picture, \"-\" for standard output")
+        ->capture_default_str();
     addCodePageOption(*command, "--page", options->page, "code page of the file");
     command->callback([options] { run(*options); });
 }

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <memory>
 
-#include "code_page.h"
 #include "common/text.h"
+#include "options.h"
 #include "points.h"
 #include "subcommands.h"
 

@@ -4,9 +4,9 @@
 #include <memory>
 
 #include "area.h"
-#include "code_page.h"
 #include "common/progress.h"
 #include "common/text.h"
+#include "options.h"
 #include "points.h"
 #include "subcommands.h"
 

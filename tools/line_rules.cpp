@@ -34,10 +34,10 @@ private:
 
     // The next line; false with a fault when there is none that holds something.
     bool next(const std::string& expected) {
-        if (m_next < size() && !isBlank(m_next))
-            return ++m_next > 0;
-        fault(m_next++,
-              "expected " + expected + ", found " + (m_next <= size() ? "a blank line" : "the end"));
+        const std::size_t i = m_next++;
+        if (i < size() && !isBlank(i))
+            return true;
+        fault(i, "expected " + expected + ", found " + (i < size() ? "a blank line" : "the end"));
         return false;
     }
     std::vector<std::string_view> words() const { return wordsOf(m_file.line(m_next - 1)); }
@@ -74,7 +74,17 @@ private:
                 return fault(i, std::string("expected the end of the file: ") + what);
     }
 
-    void points(std::initializer_list<std::size_t> counts, const char* expected, bool blankEnds);
+    void requireNumber(std::size_t i, const std::vector<std::string_view>& fields, std::size_t k) {
+        if (!numberOf(fields[k]))
+            fault(i, "expected a number as field " + std::to_string(k + 1) + ", found \"" +
+                         std::string(fields[k]) + "\"");
+    }
+    void requireInteger(std::size_t i, const std::vector<std::string_view>& fields, std::size_t k) {
+        if (!integerOf(fields[k]))
+            fault(i, "expected an integer as field " + std::to_string(k + 1) + ", found \"" +
+                         std::string(fields[k]) + "\"");
+    }
+    void points(Format format, const char* expected);
     void versionedScan();
     void imageCoordinates();
     void camera();
@@ -86,32 +96,28 @@ private:
     std::size_t m_next = 0;
 };
 
-// Lines of so many fields (or more than the last count when it is 0): a name, three numbers, and of a scan
-// result file an integer in the sixth.
-void Rules::points(std::initializer_list<std::size_t> counts, const char* expected, bool blankEnds) {
-    const std::size_t any = *(counts.end() - 1) == 0 ? 4 : std::numeric_limits<std::size_t>::max();
+// A name and three numbers; more in an occupied-point file, a code or code, word and text in a scan result.
+void Rules::points(Format format, const char* expected) {
     for (std::size_t i = 0; i < size(); ++i) {
         if (isBlank(i)) {
-            const bool more = std::any_of(m_file.lines().begin() + static_cast<int>(i), m_file.lines().end(),
-                                          [](const std::string& line) { return !trimmed(line).empty(); });
-            if (blankEnds && more)
+            const auto holdsSomething = [](const std::string& line) { return !trimmed(line).empty(); };
+            const auto here = m_file.lines().begin() + static_cast<int>(i);
+            if (format != Format::occupied && std::any_of(here, m_file.lines().end(), holdsSomething))
                 return fault(i, "expected a point: the file ends for its readers with this blank line");
             continue;
         }
         const auto fields = fieldsOf(m_file.line(i));
-        const bool right =
-            fields.size() >= any || std::find(counts.begin(), counts.end(), fields.size()) != counts.end();
-        if (!right) {
-            fault(i, std::string("expected ") + expected + ", found " + std::to_string(fields.size()) +
-                         (fields.size() == 1 ? " field" : " fields"));
+        const std::size_t n = fields.size();
+        if (n != 4 && !(format == Format::occupied && n > 4) &&
+            !(format == Format::scanResult && (n == 5 || n == 7))) {
+            fault(i, std::string("expected ") + expected + ", found " + std::to_string(n) +
+                         (n == 1 ? " field" : " fields"));
             continue;
         }
         for (std::size_t k = 1; k < 4; ++k)
-            if (!numberOf(fields[k]))
-                fault(i, std::string("expected a number for ") + "?xyz"[k] + ", found \"" +
-                             std::string(fields[k]) + "\"");
-        if (fields.size() >= 7 && !any && !integerOf(fields[5]))
-            fault(i, "expected an integer as sixth field");
+            requireNumber(i, fields, k);
+        if (format == Format::scanResult && n == 7)
+            requireInteger(i, fields, 5);
     }
 }
 
@@ -122,10 +128,9 @@ void Rules::versionedScan() {
             fault(i, "expected name,x,y,z,code,word,text,first,second: readers skip the line");
             continue;
         }
-        for (const std::size_t k : {1, 2, 3, 5, 7, 8})
-            if (k == 5 ? !integerOf(fields[k]) : !numberOf(fields[k]))
-                fault(i, "expected " + std::string(k == 5 ? "an integer" : "a number") + " as field " +
-                             std::to_string(k + 1) + ", found \"" + std::string(fields[k]) + "\"");
+        for (const std::size_t k : {1, 2, 3, 7, 8})
+            requireNumber(i, fields, k);
+        requireInteger(i, fields, 5);
     }
 }
 
@@ -203,13 +208,13 @@ void Rules::apply(Format format) {
             fault(0, "expected one of the known formats (--as says which)");
             break;
         case Format::point:
-            points({4}, "name,x,y,z", true);
+            points(format, "name,x,y,z");
             break;
         case Format::occupied:
-            points({4, 0}, "name,x,y,z and more", false);
+            points(format, "name,x,y,z and more");
             break;
         case Format::scanResult:
-            points({4, 5, 7}, "name,x,y,z or these with code, or with code,word,text", true);
+            points(format, "name,x,y,z or these with code, or with code,word,text");
             break;
         case Format::versionedScan:
             versionedScan();

@@ -32,7 +32,8 @@ void StationOptions::addTo(CLI::App& command) {
     command.add_option("--station-file", m_file, "an occupied-point file, of which the first point counts")
         ->type_name("FILE")
         ->excludes(coordinates);
-    command.add_option("--height", m_height, "of the instrument above the station", true)
+    command.add_option("--height", m_height, "of the instrument above the station")
+        ->capture_default_str()
         ->type_name("H")
         ->check(isNumber);
 }

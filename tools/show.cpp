@@ -3,9 +3,9 @@
 #include <memory>
 #include <set>
 
-#include "code_page.h"
 #include "common/text.h"
 #include "contents.h"
+#include "options.h"
 #include "subcommands.h"
 
 namespace {
@@ -150,9 +150,7 @@ void addShow(CLI::App& program, int& exitCode) {
         "Standard output: lines \"key: value\" in UTF-8, \"file\" first. x, y, z are the smallest and the\n"
         "largest of the points; angles are horizontal and zenith angle.");
     command->add_option("FILE", options->files, "files of the application")->required();
-    command->add_option("--as", options->as, "the format, where the content does not tell")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(&kFormats));
+    addFormatOption(*command, options->as);
     addCodePageOption(*command, "--page", options->page, "code page of the files");
     command->callback([options, &exitCode] { run(*options, exitCode); });
 }

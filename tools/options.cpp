@@ -1,7 +1,9 @@
-#include "code_page.h"
+#include "options.h"
 
 #include <cstdlib>
 #include <map>
+
+#include "format.h"
 
 CLI::Option* addCodePageOption(CLI::App& command, const std::string& name, std::string& page,
                                const std::string& help) {
@@ -31,4 +33,13 @@ void useCodePage(const std::string& page) {
 #else
     setenv("FIELDSCAN_ANSI_CODEPAGE", page.c_str(), 1);
 #endif
+}
+
+void addFormatOption(CLI::App& command, std::string& format) {
+    std::string names;
+    for (const auto& [name, each] : kFormats)
+        names += (names.empty() ? "" : ", ") + name;
+    command.add_option("--as", format, "the format, where the content does not tell:\n" + names)
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(&kFormats).description(""));
 }

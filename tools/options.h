@@ -1,6 +1,6 @@
-// The code page of the text files.
-#ifndef TOOLS_CODE_PAGE_H
-#define TOOLS_CODE_PAGE_H
+// Options that several subcommands have: the code page and the format of files.
+#ifndef TOOLS_OPTIONS_H
+#define TOOLS_OPTIONS_H
 
 #include <CLI/CLI.hpp>
 #include <string>
@@ -12,5 +12,8 @@ CLI::Option* addCodePageOption(CLI::App& command, const std::string& name, std::
 // Makes the library read and write in the page from here on. Empty: as before. Throws CLI::ValidationError on
 // Windows, where the system decides.
 void useCodePage(const std::string& page);
+
+// --as: one of kFormats (format.h), or empty where it is not given.
+void addFormatOption(CLI::App& command, std::string& format);
 
 #endif
