@@ -83,6 +83,7 @@ void drawResiduals(const std::vector<Residual>& residuals, const std::string& ou
 
     Svg picture(width, height);
     picture.text(20.0, 34.0, "start", "Residuals", "font-size=\"19\" font-weight=\"bold\"");
+    picture.text(20.0, 54.0, "start", "x upward, y to the right");
     for (const Residual& r : residuals) {
         const double x = kMargin + (r.y - east.least) * scale, y = kMargin + (north.most - r.x) * scale;
         picture.dot(x, y, 3.0, kLine);

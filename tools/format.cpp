@@ -32,6 +32,8 @@ bool isPoint(const std::vector<std::string_view>& fields) {
 Format formatOfPoints(const TextFile& file) {
     bool more = false, onlyNumbers = true, gap = false, blank = false;
     for (const std::string& line : file.lines()) {
+        if (line.find('\r') != std::string::npos)
+            return Format::occupied;
         const auto fields = fieldsOf(line);
         if (fields.size() == 1 && fields[0].empty()) {
             blank = true;

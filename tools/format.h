@@ -28,8 +28,8 @@ enum class Format {
 //   scan area          two integers, then two lines of two numbers
 //   camera             five lines that begin with a number, without commas
 // Lines "name,x,y,z" are a point file when no line has more; an occupied-point file when what follows is
-// always a number or a blank line stands between points; a scan result file otherwise. An empty file is a
-// point file, since the readers make such ones.
+// always a number, a blank line stands between points or a carriage return within a line; a scan result file
+// otherwise. An empty file is a point file, since the readers make such ones.
 Format formatOf(const TextFile& file);
 
 const char* nameOf(Format format);

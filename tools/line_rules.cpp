@@ -85,6 +85,7 @@ private:
                          std::string(fields[k]) + "\"");
     }
     void points(Format format, const char* expected);
+    void pointLine(std::size_t i, std::string_view line, Format format, const char* expected);
     void versionedScan();
     void imageCoordinates();
     void camera();
@@ -96,7 +97,7 @@ private:
     std::size_t m_next = 0;
 };
 
-// A name and three numbers; more in an occupied-point file, a code or code, word and text in a scan result.
+// Of an occupied-point file blank lines are skipped and a carriage return ends a line, too.
 void Rules::points(Format format, const char* expected) {
     for (std::size_t i = 0; i < size(); ++i) {
         if (isBlank(i)) {
@@ -106,19 +107,31 @@ void Rules::points(Format format, const char* expected) {
                 return fault(i, "expected a point: the file ends for its readers with this blank line");
             continue;
         }
-        const auto fields = fieldsOf(m_file.line(i));
-        const std::size_t n = fields.size();
-        if (n != 4 && !(format == Format::occupied && n > 4) &&
-            !(format == Format::scanResult && (n == 5 || n == 7))) {
-            fault(i, std::string("expected ") + expected + ", found " + std::to_string(n) +
-                         (n == 1 ? " field" : " fields"));
+        if (format != Format::occupied) {
+            pointLine(i, m_file.line(i), format, expected);
             continue;
         }
-        for (std::size_t k = 1; k < 4; ++k)
-            requireNumber(i, fields, k);
-        if (format == Format::scanResult && n == 7)
-            requireInteger(i, fields, 5);
+        for (std::string_view rest = m_file.line(i); !rest.empty();) {
+            const std::size_t end = std::min(rest.find('\r'), rest.size());
+            if (!trimmed(rest.substr(0, end)).empty())
+                pointLine(i, rest.substr(0, end), format, expected);
+            rest.remove_prefix(std::min(end + 1, rest.size()));
+        }
     }
+}
+
+// A name and three numbers; more in an occupied-point file, a code or code, word and text in a scan result.
+void Rules::pointLine(std::size_t i, std::string_view line, Format format, const char* expected) {
+    const auto fields = fieldsOf(line);
+    const std::size_t n = fields.size();
+    if (n != 4 && !(format == Format::occupied && n > 4) &&
+        !(format == Format::scanResult && (n == 5 || n == 7)))
+        return fault(i, std::string("expected ") + expected + ", found " + std::to_string(n) +
+                            (n == 1 ? " field" : " fields"));
+    for (std::size_t k = 1; k < 4; ++k)
+        requireNumber(i, fields, k);
+    if (format == Format::scanResult && n == 7)
+        requireInteger(i, fields, 5);
 }
 
 void Rules::versionedScan() {
@@ -254,9 +267,13 @@ void Rules::apply(Format format) {
             numbers(0, 3, "the upper corner x y z");
             break;
     }
+    std::size_t foreign = 0, first = 0;
     for (std::size_t i = 0; i < size(); ++i)
-        if (!isTextOfThePage(m_file.line(i)))
-            fault(i, "expected text in the code page (--page): a byte forms no character of it");
+        if (!isTextOfThePage(m_file.line(i)) && foreign++ == 0)
+            first = i;
+    if (foreign > 0)
+        fault(first, "expected text in the code page (--page); bytes of " + std::to_string(foreign) +
+                         (foreign == 1 ? " line form" : " lines form") + " no character of it");
     std::stable_sort(faults.begin(), faults.end(),
                      [](const Fault& a, const Fault& b) { return a.line < b.line; });
 }

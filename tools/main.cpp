@@ -1,4 +1,6 @@
 // fieldscan: the library's files and computations at a desk.
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <iostream>
@@ -15,11 +17,12 @@ int main(int argc, char** argv) {
     // Files through the standard streams are bytes.
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
+#else
+    std::signal(SIGPIPE, SIG_IGN);  // a reader that has seen enough must not leave temporary files behind
 #endif
     int exitCode = kFine;
     try {
         CLI::App program("Files and computations of a scanning total station.", "fieldscan");
-        program.require_subcommand(1);
         program.footer(
             "A FILE may be \"-\", standard input. Exit codes: 0 fine, 1 the data are wrong, 2 wrong use.\n"
             "\"fieldscan SUBCOMMAND --help\" tells more.");
@@ -27,6 +30,8 @@ int main(int argc, char** argv) {
             add(program, exitCode);
         try {
             program.parse(argc, argv);
+            if (program.get_subcommands().empty())  // not require_subcommand, which hides a misspelt one
+                throw CLI::RequiredError("SUBCOMMAND");
         } catch (const CLI::ParseError& error) {
             exitCode = program.exit(error) == 0 ? kFine : kWrongUse;
         }
@@ -35,7 +40,8 @@ int main(int argc, char** argv) {
         exitCode = kDataAreWrong;
     }
     if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        std::fprintf(stderr, "(standard output): cannot be written\n");
+        if (errno != EPIPE)
+            std::fprintf(stderr, "(standard output): cannot be written\n");
         exitCode = kDataAreWrong;
     }
     return exitCode;

@@ -202,10 +202,12 @@ void Drawing::legend() {
     const double y = m_view.paperHeight() - 24.0;
     double x = View::kLeft;
     const auto name = [&](const char* words) { x = nameSign(x, y, words); };
-    dot(x + 10.0, y, 4.0, kInside);
-    name("inside");
-    dot(x + 10.0, y, 4.0, kOutside);
-    name("outside");
+    if (!m_job.points.IsEmpty()) {
+        dot(x + 10.0, y, 4.0, kInside);
+        name("inside");
+        dot(x + 10.0, y, 4.0, kOutside);
+        name("outside");
+    }
     line(x, y, x + 20.0, y, kLine, 2.0);
     name("outline");
     line(x, y, x + 20.0, y, kFrame, 1.2, "2 3");
