@@ -93,8 +93,9 @@ Format formatOf(const TextFile& file) {
         return Format::imageCoordinate;
     // A table with a header, or a damaged first point, is a point file still, and its rules say what is
     // wrong.
-    if (std::any_of(lines.begin(), lines.end(),
-                    [](const std::string& line) { return isPoint(fieldsOf(line)); }))
+    if (std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+            return isPoint(fieldsOf(line.substr(0, line.find('\r'))));
+        }))
         return formatOfPoints(file);
     return Format::unknown;
 }

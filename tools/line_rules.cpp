@@ -141,7 +141,7 @@ void Rules::versionedScan() {
             fault(i, "expected name,x,y,z,code,word,text,first,second: readers skip the line");
             continue;
         }
-        for (const std::size_t k : {1, 2, 3, 7, 8})
+        for (const std::size_t k : std::initializer_list<std::size_t>{1, 2, 3, 7, 8})
             requireNumber(i, fields, k);
         requireInteger(i, fields, 5);
     }

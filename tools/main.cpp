@@ -1,5 +1,4 @@
 // fieldscan: the library's files and computations at a desk.
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -12,13 +11,20 @@
 #include <io.h>
 #endif
 
+namespace {
+
+volatile std::sig_atomic_t readerIsGone = 0;
+
+}  // namespace
+
 int main(int argc, char** argv) {
 #if defined(_WIN32)
     // Files through the standard streams are bytes.
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
 #else
-    std::signal(SIGPIPE, SIG_IGN);  // a reader that has seen enough must not leave temporary files behind
+    // A reader that has seen enough, such as head, ends the program, but not before its temporary files go.
+    std::signal(SIGPIPE, [](int) { readerIsGone = 1; });
 #endif
     int exitCode = kFine;
     try {
@@ -40,7 +46,7 @@ int main(int argc, char** argv) {
         exitCode = kDataAreWrong;
     }
     if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        if (errno != EPIPE)
+        if (!readerIsGone)
             std::fprintf(stderr, "(standard output): cannot be written\n");
         exitCode = kDataAreWrong;
     }
