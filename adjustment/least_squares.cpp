@@ -10,7 +10,6 @@
 
 #include "adjustment/normal_equations.h"
 #include "platform/framework/arithmetic.h"
-#include "platform/framework/calendar.h"
 #include "platform/framework/number_text.h"
 #include "platform/framework/out_of_memory.h"
 #include "platform/system.h"
@@ -55,11 +54,11 @@ void grow(CArray<double, double>& array, int size) {
 
 }  // namespace
 
-CLeastSq::CLeastSq() : sigma(1.0) { clear(); }
+CLeastSq::CLeastSq() : sigma(1.0), m_observations(0.0) { clear(); }
 
-CLeastSq::CLeastSq(int m, int n) : sigma(1.0) { Create(m, n); }
+CLeastSq::CLeastSq(int m, int n) : sigma(1.0), m_observations(0.0) { Create(m, n); }
 
-CLeastSq::CLeastSq(int n) : sigma(1.0) {
+CLeastSq::CLeastSq(int n) : sigma(1.0), m_observations(0.0) {
     if (!resize(1, n, 0))
         clear();
 }
@@ -218,9 +217,8 @@ double CLeastSq::GetCovar(int i, int j) const {
 }
 
 int CLeastSq::time(unsigned long* ms) const {
-    const CalendarTime now = calendarTime(system::fileTimeNow(), 0);
-    const int hour = now.field[3], minute = now.field[4], second = now.field[5], millisecond = now.field[6];
-    const int sum = (((hour + 9) * 60 + minute) * 60 + second) * 1000 + millisecond;
+    constexpr unsigned long long kTicks = 10000, kDay = 86400000, kNineHours = 32400000;
+    const unsigned long long sum = system::fileTimeNow() / kTicks % kDay + kNineHours;
     if (ms)
         *ms = static_cast<unsigned long>(sum);
     return 1;
@@ -243,8 +241,9 @@ int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver
     if (form) {
         if (!(this->*form)(ObeqSize, parameterNumber))
             return 0;
-        formTime = static_cast<double>(milliseconds() - start);
-        start = milliseconds();
+        const std::uint32_t formed = milliseconds();
+        formTime = static_cast<double>(formed - start);
+        start = formed;
     }
     const int result = (this->*solver)();
     computationTime = static_cast<double>(milliseconds() - start);
@@ -268,11 +267,14 @@ int CLeastSq::Lessqu(int m, int n) { return LessquFast(m, n); }
 int CLeastSq::LessquFast(int m, int n) {
     if (n != parameterNumber || !hasUnknowns() || !hasEquations(m))
         return 0;
-    fill(Noeq, 0.0);
-    addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData());
-    mirror(Noeq.GetData(), n);
-    m_formed = m;
-    return 1;
+    m_formed = -1;
+    return zeroIfOutOfMemory([&] {
+        fill(Noeq, 0.0);
+        addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData(), &m_observations);
+        mirror(Noeq.GetData(), n);
+        m_formed = m;
+        return 1;
+    });
 }
 
 // ---- Diagnostics ----

@@ -37,12 +37,11 @@ double largestCorrelation(const double* normal, const double* inverse, int n) {
 // Whether an unknown is a small difference of large sums, which costs it digits: what the observations would
 // let it be exceeds kHarmlessCancellation times what it is. Below their standard deviation unknowns count as
 // that large: else the last, tiny corrections of an iteration would call for digits that mean nothing. NaN
-// counts as cancelled.
-bool isCancelled(const Equations& equations, const double* normal, const double* inverse,
+// counts as cancelled. `observations` is l^T |P| l.
+bool isCancelled(const Equations& equations, double observations, const double* normal, const double* inverse,
                  const double* solution) {
     const int n = equations.n;
     const std::ptrdiff_t length = n + 1;
-    const double observations = squaredLength(equations);
     double residuals = observations;
     for (int i = 0; i < n; ++i)
         residuals -= normal[i * length + n] * solution[i];
@@ -183,16 +182,18 @@ bool CLeastSq::solveAndRefine(bool (CLeastSq::*method)()) {
     const double correlation = largestCorrelation(normal, inverse.GetData(), equations.n);
     if (correlation > kHarmlessCorrelation)
         return refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData());
-    return !isCancelled(equations, normal, inverse.GetData(), Bcor.GetData()) ||
+    return !isCancelled(equations, m_observations, normal, inverse.GetData(), Bcor.GetData()) ||
            refineSolution(equations, normal, inverse.GetData(), Bcor.GetData());
 }
 
 // ---- Single steps ----
 
 int CLeastSq::LUDivid() {
-    return hasUnknowns() && choleskyFactor(Noeq.GetData(), parameterNumber, tolerance, work.GetData()) > 0.0
-               ? 1
-               : 0;
+    if (!hasUnknowns())
+        return 0;
+    return zeroIfOutOfMemory([&] {
+        return choleskyFactor(Noeq.GetData(), parameterNumber, tolerance, work.GetData()) > 0.0 ? 1 : 0;
+    });
 }
 
 int CLeastSq::ForwardSubstiotution() {
@@ -227,6 +228,8 @@ int CLeastSq::CalLInverse() {
 int CLeastSq::CalNoeqInverse() {
     if (!hasUnknowns())
         return 0;
-    multiplyByTranspose(work.GetData(), parameterNumber, inverse.GetData());
-    return 1;
+    return zeroIfOutOfMemory([&] {
+        multiplyByTranspose(work.GetData(), parameterNumber, inverse.GetData());
+        return 1;
+    });
 }

@@ -3,55 +3,61 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <memory>
+
+#include "adjustment/normal_kernels.h"
+#include "platform/framework/instruction_set.h"
 
 namespace fieldscan {
 
 namespace {
 
-constexpr int kStep = 8;  // equations a pass over the normal matrix
+constexpr int kPlain = 8;  // unknowns up to which the plain loops on triangles are as fast
 
-double product(double a, double b, double weight, bool unitWeights) {
-    return unitWeights ? a * b : a * b * weight;
-}
-
-// `count` <= kStep equations from `row` on; kStep of them fill the registers with products, fewer are added
-// one by one. Multiplying by a weight of 1 changes no bit, so it is left out.
-template <bool unitWeights>
-void addRows(const double* row, const double* weights, int count, int n, double* normal) {
-    const std::ptrdiff_t length = n + 1;
-    for (int i = 0; i < n; ++i) {
-        double* __restrict sums = normal + i * length;
-        if (count == kStep) {
-            double a[kStep];
-            for (int k = 0; k < kStep; ++k)
-                a[k] = row[k * length + i];
-            for (int j = i; j <= n; ++j) {
-                double sum = sums[j];
-                for (int k = 0; k < kStep; ++k)
-                    sum += product(row[k * length + j], a[k], weights[k], unitWeights);
-                sums[j] = sum;
-            }
-        } else {
-            for (int k = 0; k < count; ++k)
-                for (int j = i; j <= n; ++j)
-                    sums[j] += product(row[k * length + j], row[k * length + i], weights[k], unitWeights);
-        }
+// Aligned to cache lines; not initialized.
+class Buffer {
+public:
+    explicit Buffer(long long size)
+        : m_storage(new double[static_cast<std::size_t>(size) + kLine]), m_data(m_storage.get()) {
+        while (reinterpret_cast<std::uintptr_t>(m_data) % (kLine * sizeof(double)) != 0)
+            ++m_data;
     }
-}
+    double* data() { return m_data; }
+
+private:
+    static constexpr std::size_t kLine = 8;
+    std::unique_ptr<double[]> m_storage;
+    double* m_data;
+};
 
 }  // namespace
 
-void addToNormal(const Equations& equations, double* normal) {
+double squaredLength(const Equations& equations) {
+    const std::ptrdiff_t length = equations.n + 1;
+    double squares = 0.0;
+    for (int k = 0; k < equations.m; ++k) {
+        const double l = equations.rows[k * length + equations.n];
+        squares += l * l * std::fabs(equations.weights[k]);
+    }
+    return squares;
+}
+
+// Multiplying by a weight of 1 changes no bit, so it is left out.
+void addToNormal(const Equations& equations, double* normal, double* observations) {
+    const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
     const double* const weights = equations.weights;
     const bool unit = std::all_of(weights, weights + equations.m, [](double w) { return w == 1.0; });
-    for (int k = 0; k < equations.m; k += kStep) {
-        const double* row = equations.rows + static_cast<std::ptrdiff_t>(k) * (equations.n + 1);
-        const int count = std::min(kStep, equations.m - k);
-        if (unit)
-            addRows<true>(row, weights + k, count, equations.n, normal);
-        else
-            addRows<false>(row, weights + k, count, equations.n, normal);
+    if (equations.n <= kernels.most) {
+        const double squares = kernels.addFew(equations, unit, normal);
+        if (observations)
+            *observations = squares;
+    } else {
+        Buffer buffer(kernels.bufferSize(kEquationsPacked, equations.n, equations.n + 1));
+        kernels.addMany(equations, unit, buffer.data(), normal);
+        if (observations)
+            *observations = squaredLength(equations);
     }
 }
 
@@ -68,6 +74,11 @@ bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
 }
 
 double choleskyFactor(const double* normal, int n, double tolerance, double* factor) {
+    if (n > kPlain) {
+        const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
+        Buffer buffer(kernels.bufferSize(n, n, n));
+        return kernels.factor(normal, n, tolerance, buffer.data(), factor);
+    }
     const std::ptrdiff_t length = n + 1;
     std::copy(normal, normal + n * length, factor);
     double smallest = 1.0;
@@ -115,6 +126,10 @@ void solveUpper(const double* factor, int n, double* vector) {
 // Row by row upward: W = U^-1 has W_ij = -(sum over k of U_ik W_kj) / U_ii. Row i of W lies where row i of U
 // lay; its elements are read before their places are written, from the right.
 void invertTriangle(double* factor, int n) {
+    if (n > kPlain) {
+        FIELDSCAN_CHOSEN(normalKernels).invert(factor, n);
+        return;
+    }
     const std::ptrdiff_t length = n + 1;
     for (int i = n - 1; i >= 0; --i) {
         double* row = factor + i * length;
@@ -129,6 +144,13 @@ void invertTriangle(double* factor, int n) {
 }
 
 void multiplyByTranspose(const double* triangle, int n, double* product) {
+    if (n > kPlain) {
+        const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
+        Buffer buffer(kernels.bufferSize(n, n, n));
+        kernels.multiply(triangle, n, buffer.data(), product);
+        mirror(product, n);
+        return;
+    }
     const std::ptrdiff_t length = n + 1;
     for (int i = 0; i < n; ++i) {
         for (int j = i; j < n; ++j) {

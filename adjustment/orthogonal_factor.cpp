@@ -6,26 +6,36 @@
 #include <limits>
 #include <vector>
 
+#include "adjustment/refinement_kernels.h"
+#include "platform/framework/instruction_set.h"
+
 namespace fieldscan {
 
 namespace {
 
-// sqrt(P) A, m rows of n, turned into its triangle column by column.
+// sqrt(P) A, m rows filled up to whole registers, turned into its triangle column by column.
 class WeightedRows {
 public:
     explicit WeightedRows(const Equations& equations)
         : m_m(equations.m),
-          m_n(equations.n),
-          m_rows(static_cast<std::size_t>(m_m) * static_cast<std::size_t>(m_n)),
-          m_reflector(static_cast<std::size_t>(m_n)) {
+          m_length((equations.n / kReflectedColumns + 1) * kReflectedColumns),
+          m_rows(static_cast<std::size_t>(m_m) * static_cast<std::size_t>(m_length)),
+          m_reflector(static_cast<std::size_t>(m_m)) {
         const double* from = equations.rows;
-        for (int k = 0; k < m_m; ++k, from += m_n + 1) {
+        for (int k = 0; k < m_m; ++k, from += equations.n + 1) {
             const double root = std::sqrt(equations.weights[k]);
-            std::transform(from, from + m_n, row(k), [=](double a) { return root * a; });
+            std::transform(from, from + equations.n, row(k), [=](double a) { return root * a; });
         }
     }
 
-    double* row(int k) { return m_rows.data() + static_cast<std::ptrdiff_t>(k) * m_n; }
+    double* row(int k) { return m_rows.data() + static_cast<std::ptrdiff_t>(k) * m_length; }
+
+    std::vector<double> lengths() {
+        std::vector<double> sums(static_cast<std::size_t>(m_length));
+        m_kernels.columnSquares(m_rows.data(), m_m, m_length, sums.data());
+        std::transform(sums.begin(), sums.end(), sums.begin(), [](double sum) { return std::sqrt(sum); });
+        return sums;
+    }
 
     // Length of column `j` from row `first` on.
     double length(int j, int first) {
@@ -35,33 +45,26 @@ public:
         return std::sqrt(squares);
     }
 
-    // Reflects rows `j` and below so that column j is 0 below its diagonal, which becomes +-length. The
+    // Reflects rows `j` and below so that column j would be 0 below its diagonal, which becomes +-length. The
     // reflection is I - v v^T / (length |v_j|), v the column with length added to its diagonal, away from 0.
+    // Columns up to j, which are needed no more, may change too.
     void reflect(int j, double length) {
         const double diagonal = row(j)[j];
         const double tip = diagonal < 0.0 ? diagonal - length : diagonal + length;
         row(j)[j] = tip;
-        double* const __restrict sums = m_reflector.data();
-        std::fill(sums + j + 1, sums + m_n, 0.0);
-        for (int k = j; k < m_m; ++k) {
-            const double* a = row(k);
-            for (int i = j + 1; i < m_n; ++i)
-                sums[i] += a[j] * a[i];
-        }
-        const double divisor = length * std::fabs(tip);
-        for (int i = j + 1; i < m_n; ++i)
-            sums[i] /= divisor;
-        for (int k = j; k < m_m; ++k) {
-            double* a = row(k);
-            for (int i = j + 1; i < m_n; ++i)
-                a[i] -= a[j] * sums[i];
-        }
+        double* const v = m_reflector.data();
+        for (int k = j; k < m_m; ++k)
+            v[k - j] = row(k)[j];
+        const int next = j + 1;
+        m_kernels.reflectColumns(row(j), m_m - j, m_length, next - next % kReflectedColumns, v,
+                                 length * std::fabs(tip));
         row(j)[j] = diagonal < 0.0 ? length : -length;
     }
 
 private:
+    const RefinementKernels& m_kernels = FIELDSCAN_CHOSEN(refinementKernels);
     int m_m;
-    int m_n;
+    int m_length;
     std::vector<double> m_rows;
     std::vector<double> m_reflector;
 };
@@ -74,9 +77,7 @@ bool orthogonalFactor(const Equations& equations, double* factor) {
     // 8e-10.
     const double least = std::max(1e-13, 16.0 * m * std::numeric_limits<double>::epsilon());
     WeightedRows rows(equations);
-    std::vector<double> lengths(static_cast<std::size_t>(n));
-    for (int j = 0; j < n; ++j)
-        lengths[static_cast<std::size_t>(j)] = rows.length(j, 0);
+    const std::vector<double> lengths = rows.lengths();
     for (int j = 0; j < n; ++j) {
         const double length = rows.length(j, j);  // 0 below the last row
         if (!(length > least * lengths[static_cast<std::size_t>(j)]))

@@ -9,6 +9,8 @@
 
 #include "adjustment/double_double.h"
 #include "adjustment/orthogonal_factor.h"
+#include "adjustment/refinement_kernels.h"
+#include "platform/framework/instruction_set.h"
 
 namespace fieldscan {
 
@@ -19,88 +21,39 @@ using ExactVector = std::vector<DoubleDouble>;
 
 std::size_t count(int n) { return static_cast<std::size_t>(n); }
 
-// (hi, lo)[j] += row[j] a for begin <= j < end.
-void addMultiple(double a, const double* row, int begin, int end, double* __restrict hi,
-                 double* __restrict lo) {
-    for (int j = begin; j < end; ++j) {
-        const DoubleDouble sum = DoubleDouble{hi[j], lo[j]} + exactProduct(row[j], a);
-        hi[j] = sum.hi;
-        lo[j] = sum.lo;
-    }
-}
-
-// U^-1, rows of n + 1, computed in double-double and rounded: A U^-1 has lost its orthonormal columns where
-// the rounding errors of an inversion in double multiply those of A.
-Vector exactlyInverted(const Vector& factor, int n) {
-    const std::size_t length = count(n) + 1;
-    Vector inverted(factor.size(), 0.0);
-    ExactVector column(count(n));
-    for (int j = 0; j < n; ++j) {
-        for (int i = j; i >= 0; --i) {
-            const double* u = factor.data() + count(i) * length;
-            DoubleDouble sum{i == j ? 1.0 : 0.0, 0.0};
-            for (int k = i + 1; k <= j; ++k)
-                sum = sum + column[count(k)] * -u[k];
-            column[count(i)] = sum / u[i];
-            inverted[count(i) * length + count(j)] = column[count(i)].hi;
-        }
-    }
-    return inverted;
-}
-
-// Row a of A becomes row b of A W, in the length of the row.
-void multiplyRow(const double* a, const Vector& w, int n, double* __restrict b) {
-    const std::size_t length = count(n) + 1;
-    std::fill(b, b + n, 0.0);
-    for (int i = 0; i < n; ++i) {
-        if (a[i] == 0.0)  // most of an equation of a network
-            continue;
-        const double* row = w.data() + count(i) * length;
-        for (int j = i; j < n; ++j)
-            b[j] += a[i] * row[j];
-    }
-}
-
-// The same, rounded once; `low` is for the lower parts of the sums.
-void multiplyRowExactly(const double* a, const Vector& w, int n, double* b, Vector& low) {
-    const std::size_t length = count(n) + 1;
-    std::fill(b, b + n, 0.0);
-    std::fill(low.begin(), low.end(), 0.0);
-    for (int i = 0; i < n; ++i)
-        if (a[i] != 0.0)
-            addMultiple(a[i], w.data() + count(i) * length, i, n, b, low.data());
-}
+Vector kernelBuffer(int n) { return Vector(count(n + 8) * kRefinementBuffer); }
 
 // S = B^T P B, B = A W.
 Vector orthonormalityOf(const Equations& equations, const Vector& w, bool exactly) {
-    constexpr int kBlock = 64;  // rows of B at a time
+    constexpr int kBlock = 256;  // rows of B at a time
+    const RefinementKernels& kernels = FIELDSCAN_CHOSEN(refinementKernels);
+    const auto multiply = exactly ? kernels.multiplyRowsExactly : kernels.multiplyRows;
     const int n = equations.n;
     const std::size_t length = count(n) + 1;
-    Vector normal(count(n) * length, 0.0), block(kBlock * length, 0.0), low(count(n));
+    Vector normal(count(n) * length, 0.0), block(count(std::min(kBlock, equations.m)) * length, 0.0),
+        buffer = kernelBuffer(n);
     for (int first = 0; first < equations.m; first += kBlock) {
         const int rows = std::min(kBlock, equations.m - first);
-        for (int k = 0; k < rows; ++k) {
-            const double* a = equations.rows + count(first + k) * length;
-            double* b = block.data() + count(k) * length;
-            if (exactly)
-                multiplyRowExactly(a, w, n, b, low);
-            else
-                multiplyRow(a, w, n, b);
-        }
+        multiply(equations.rows + count(first) * length, rows, w.data(), n, buffer.data(), block.data());
         addToNormal({block.data(), equations.weights + first, rows, n}, normal.data());
     }
     return normal;
 }
 
-// Z, rows of n + 1; empty when the triangle is not near the true one.
+// Z, rows of n + 1; empty when the triangle is not near the true one. W is computed in double-double where
+// the rounding errors of an inversion in double, multiplied by those of A, would cost B its orthonormal
+// columns.
 Vector rootOfCofactors(const Equations& equations, Vector factor, bool exactly) {
     constexpr double kNear = 0.25;  // of S to a diagonal matrix, in a pivot
     const int n = equations.n;
     const std::size_t length = count(n) + 1;
-    if (exactly)
-        factor = exactlyInverted(factor, n);
-    else
+    if (exactly) {
+        Vector inverse(factor.size()), buffer = kernelBuffer(n);
+        FIELDSCAN_CHOSEN(refinementKernels).invertExactly(factor.data(), n, buffer.data(), inverse.data());
+        factor = inverse;
+    } else {
         invertTriangle(factor.data(), n);
+    }
     const Vector& w = factor;
     const Vector normal = orthonormalityOf(equations, w, exactly);
     Vector correction(normal.size());
@@ -117,22 +70,15 @@ Vector rootOfCofactors(const Equations& equations, Vector factor, bool exactly) 
 }
 
 // A^T P (l - A x), rounded to double.
-Vector misclosure(const Equations& equations, const ExactVector& x) {
-    const int n = equations.n;
-    ExactVector sums(count(n), DoubleDouble{0.0, 0.0});
-    const double* a = equations.rows;
-    for (int k = 0; k < equations.m; ++k, a += n + 1) {
-        DoubleDouble residual{a[n], 0.0};
-        for (int i = 0; i < n; ++i)
-            residual = residual + x[count(i)] * -a[i];
-        residual = residual * equations.weights[k];
-        for (int i = 0; i < n; ++i)
-            sums[count(i)] = sums[count(i)] + residual * a[i];
+Vector misclosure(const Equations& equations, const ExactVector& x, Vector& buffer) {
+    Vector high, low, sums(x.size());
+    for (const DoubleDouble& unknown : x) {
+        high.push_back(unknown.hi);
+        low.push_back(unknown.lo);
     }
-    Vector rounded;
-    for (const DoubleDouble& sum : sums)
-        rounded.push_back(sum.hi);
-    return rounded;
+    FIELDSCAN_CHOSEN(refinementKernels)
+        .misclosure(equations, high.data(), low.data(), buffer.data(), sums.data());
+    return sums;
 }
 
 // Z Z^T vector.
@@ -185,12 +131,12 @@ bool improve(const Equations& equations, const double* normal, const double* inv
     ExactVector x;
     for (int i = 0; i < n; ++i)
         x.push_back({solution[i], 0.0});
-    Vector correction;
+    Vector correction, buffer = kernelBuffer(n);
     const double observations = std::sqrt(squaredLength(equations));
     double change = std::numeric_limits<double>::infinity(), smallest = 0.0;
     bool ended = false;
     for (int step = 0; step < kMostSteps && !ended; ++step) {
-        const Vector sums = misclosure(equations, x);
+        const Vector sums = misclosure(equations, x, buffer);
         correction = cofactors(sums);
         const double last = change;
         change =
@@ -215,16 +161,6 @@ bool improve(const Equations& equations, const double* normal, const double* inv
 }
 
 }  // namespace
-
-double squaredLength(const Equations& equations) {
-    const std::size_t length = count(equations.n) + 1;
-    double squares = 0.0;
-    for (int k = 0; k < equations.m; ++k) {
-        const double l = equations.rows[count(k) * length + count(equations.n)];
-        squares += l * l * std::fabs(equations.weights[k]);
-    }
-    return squares;
-}
 
 bool refine(const Equations& equations, const double* normal, double tolerance, double correlation,
             double* solution, double* inverse) {

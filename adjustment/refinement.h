@@ -6,9 +6,6 @@
 
 namespace fieldscan {
 
-// l^T |P| l.
-double squaredLength(const Equations& equations);
-
 // Improves `solution`, which may begin with anything finite, until its corrections end; `inverse` is N^-1,
 // good to some digits. False when they do not end.
 //

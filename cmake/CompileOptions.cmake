@@ -15,6 +15,9 @@ function(fieldscan_compile_options target)
     # instruction wherever the processor has it (vfmaddsub, GCC 12 with -mfma).
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-tree-slp-vectorize>)
 
+    # Functions of the library call each other directly: nobody replaces them at load time.
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
+
     # Arrays zero-fill storage before the constructor of an element runs; GCC may otherwise drop those stores,
     # since the life of the element begins after them.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-lifetime-dse>)

@@ -5,6 +5,7 @@
 
 #include "files/point_lines.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 
 using namespace fieldscan;
@@ -77,11 +78,9 @@ int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXY
 }
 
 int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points) {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!path || !imageName || !openForWriting(file, *path, 0))
-            return 0;
-        LineWriter lines(file);
+    if (!path || !imageName)
+        return 0;
+    return writeNewFile(*path, [&](LineWriter& lines) {
         lines.append(*imageName);
         lines.endLine();
         appendInt(lines.text(), size.cx);
@@ -98,7 +97,5 @@ int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CX
             }
             lines.endLine();
         }
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
     });
 }

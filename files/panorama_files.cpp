@@ -5,6 +5,7 @@
 #include <initializer_list>
 
 #include "files/value_lines.h"
+#include "platform/framework/rewritten_file.h"
 
 using namespace fieldscan;
 

@@ -1,36 +1,55 @@
 #include <fieldscan/card.h>
 #include <fieldscan/point_files.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "files/point_lines.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 
 using namespace fieldscan;
 
 namespace {
 
-constexpr int kPointFields = 4;
+// A last line without line feed and without all its fields was cut off while it was written.
+bool isCutPoint(std::string_view line) {
+    return line.back() != '\n' && std::count(line.begin(), line.end(), ',') < 3;
+}
 
-void addPoint(CArray<CXYZ, CXYZ&>& points, unsigned int codePage, std::string_view line) {
-    std::string_view fields[kPointFields];
-    const int count = splitAtCommas(line, fields, kPointFields);
-    CXYZ point = pointOf(codePage, fields, count);
-    reserveDouble(points);
-    points.Add(point);
+std::string_view takeField(std::string_view& line) {
+    const std::size_t comma = line.find(',');
+    const std::string_view field = line.substr(0, comma);
+    line.remove_prefix(comma == std::string_view::npos ? line.size() : comma + 1);
+    return field;
+}
+
+// No number holds a comma, so most fields need no search for their end.
+double takeNumber(unsigned int codePage, std::string_view& line) {
+    std::size_t used = 0;
+    const double value = parseDouble(line, &used);
+    if (used == line.size() || line[used] == ',') {
+        line.remove_prefix(std::min(used + 1, line.size()));
+        return value;
+    }
+    std::string buffer;
+    return parseDouble(numberText(codePage, takeField(line), buffer));
 }
 
 }  // namespace
 
 void fieldscan::appendPoint(LineWriter& lines, const CXYZ& point) {
     lines.append(point.name);
+    char numbers[3 * (1 + kFixedRoom)];
+    char* to = numbers;
     for (const double coordinate : {point.x, point.y, point.z}) {
-        lines.text() += ',';
-        appendFixed(lines.text(), coordinate, 6);
+        *to++ = ',';
+        to = putFixed(to, coordinate, 6);
     }
+    lines.text().append(numbers, static_cast<std::size_t>(to - numbers));
 }
 
 std::string_view fieldscan::numberText(unsigned int codePage, std::string_view field, std::string& buffer) {
@@ -43,13 +62,16 @@ std::string_view fieldscan::numberText(unsigned int codePage, std::string_view f
     return buffer;
 }
 
-CXYZ fieldscan::pointOf(unsigned int codePage, const std::string_view* fields, int count) {
-    std::string buffer;
-    const auto number = [&](int i) {
-        return i < count ? parseDouble(numberText(codePage, fields[i], buffer)) : 0.0;
-    };
-    CXYZ point(number(1), number(2), number(3));
-    point.name = wideTrimmed(codePage, fields[0]);
+CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage,
+                          std::string_view& line) {
+    const std::string_view name = takeField(line);
+    reserveForLines(points, file);
+    points.SetSize(points.GetSize() + 1);
+    CXYZ& point = points[points.GetUpperBound()];
+    point.x = takeNumber(codePage, line);
+    point.y = takeNumber(codePage, line);
+    point.z = takeNumber(codePage, line);
+    setTrimmed(point.name, codePage, name);
     return point;
 }
 
@@ -67,7 +89,7 @@ bool fieldscan::openForReading(CFile& file, const CString* path, int mustExist) 
 
 bool fieldscan::openForWriting(CFile& file, const CString& path, int append) {
     if (append == 1)
-        return file.Open(path, CFile::modeWrite) && file.SeekToEnd();
+        return openBehindLines(file, path, CFile::modeWrite);
     return file.Open(path, CFile::modeCreate | CFile::modeWrite) == 1;
 }
 
@@ -78,22 +100,31 @@ int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         if (!openForReading(file, path, mustExist))
             return 0;
         const unsigned int codePage = system::ansiCodePage();
-        for (std::string line; readLine(file, line) && !trimmed(line).empty();)
-            addPoint(points, codePage, line);
+        std::string split;
+        std::string_view line;
+        while (readLine(file, split, line) && !isCutPoint(line) && !(line = trimmed(line)).empty())
+            addPoint(points, file, codePage, line);
         return file.HasReadFailed() ? 0 : 1;
     });
 }
 
 int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append) {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!path || !openForWriting(file, *path, append))
-            return 0;
-        LineWriter lines(file);
+    const auto write = [&](LineWriter& lines) {
         for (int i = 0; i < points.GetSize(); ++i) {
             appendPoint(lines, points[i]);
             lines.endLine();
         }
+    };
+    if (!path)
+        return 0;
+    if (append != 1)
+        return writeNewFile(*path, write);
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!openForWriting(file, *path, append))
+            return 0;
+        LineWriter lines(file);
+        write(lines);
         const bool written = lines.finish();
         return file.Close() && written ? 1 : 0;
     });
@@ -106,12 +137,13 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         if (!openForReading(file, path, mustExist))
             return 0;
         const unsigned int codePage = system::ansiCodePage();
-        for (std::string line; readLine(file, line);) {
-            for (std::string_view rest = line; !rest.empty();) {
+        std::string split;
+        for (std::string_view rest; readLine(file, split, rest);) {
+            while (!rest.empty()) {
                 const std::size_t end = rest.find('\r');
-                const std::string_view part = rest.substr(0, end);
-                if (!trimmed(part).empty())
-                    addPoint(points, codePage, part);
+                std::string_view part = trimmed(rest.substr(0, end));
+                if (!part.empty())
+                    addPoint(points, file, codePage, part);
                 rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
             }
         }

@@ -2,6 +2,7 @@
 #ifndef FIELDSCAN_FILES_POINT_LINES_H
 #define FIELDSCAN_FILES_POINT_LINES_H
 
+#include <fieldscan/framework/array.h>
 #include <fieldscan/framework/file.h>
 #include <fieldscan/points.h>
 
@@ -21,8 +22,9 @@ void appendScanPoint(LineWriter& lines, const CXYZ& point, const CString& text);
 // The field of a number, trimmed; `buffer` may hold it.
 std::string_view numberText(unsigned int codePage, std::string_view field, std::string& buffer);
 
-// The point of the fields name, x, y, z; fields beyond `count` are empty.
-CXYZ pointOf(unsigned int codePage, const std::string_view* fields, int count);
+// Adds the point that a line of `file` begins with, "name,x,y,z", in place; missing fields are empty. `line`
+// is left with what stands behind the next comma.
+CXYZ& addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage, std::string_view& line);
 
 // The point of the next line, "name x y" separated by blanks: z is 0, and so is what is no number. False when
 // the line is missing or blank.
@@ -42,7 +44,7 @@ template <class Write>
 int appendToFile(const CString& path, Write write) {
     return zeroIfOutOfMemory([&] {
         CFile file;
-        if (!openForAppending(file, path))
+        if (!openBehindLines(file, path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
             return 0;
         LineWriter lines(file);
         write(lines, file);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "files/value_lines.h"
+#include "platform/framework/rewritten_file.h"
 
 using namespace fieldscan;
 

@@ -1,6 +1,7 @@
 #include <fieldscan/unit_settings.h>
 
 #include "files/value_lines.h"
+#include "platform/framework/rewritten_file.h"
 
 using namespace fieldscan;
 

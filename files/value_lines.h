@@ -38,21 +38,6 @@ inline bool readInteger(CFile& file, int& value) {
     return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
 }
 
-// Makes or empties the file, lets `write` fill lines, closes it: 1, or 0 when a step fails. `path` is what a
-// CString converts from.
-template <class Path, class Write>
-int writeNewFile(const Path& path, Write write) {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite))
-            return 0;
-        LineWriter lines(file);
-        write(lines);
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
-    });
-}
-
 }  // namespace fieldscan
 
 #endif

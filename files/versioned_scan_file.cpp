@@ -1,5 +1,6 @@
 #include <fieldscan/scan_result_files.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -13,8 +14,9 @@ namespace {
 
 const char16_t kVersionLine[] = u"FIELD_SCAN_MPT_FILEVER1.0";
 
-// The fields of a line, in their order.
-enum Field { kName, kX, kY, kZ, kCode, kAttribute, kText, kFirst, kSecond, kFields };
+// The fields of a line behind name, x, y, z, in their order.
+enum Field { kCode, kAttribute, kText, kFirst, kSecond, kFields };
+constexpr int kCommas = 3 + kFields;
 
 void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, double first, double second) {
     appendScanPoint(lines, point, text);
@@ -98,17 +100,17 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
         const unsigned int codePage = system::ansiCodePage();
         std::string_view fields[kFields];
         std::string buffer;
-        for (std::string line; readLine(file, line);) {
-            if (splitAtCommas(line, fields, kFields) < kFields)
+        std::string split;
+        for (std::string_view line; readLine(file, split, line);) {
+            if (std::count(line.begin(), line.end(), ',') < kCommas)
                 continue;
-            CXYZ point = pointOf(codePage, fields, kCode);
+            CXYZ& point = addPoint(points, file, codePage, line);
+            splitAtCommas(line, fields, kFields);
             point.code = wideTrimmed(codePage, fields[kCode]);
             point.attr[2] = parseInt(numberText(codePage, fields[kAttribute], buffer));
-            reserveDouble(points);
-            reserveDouble(texts);
-            reserveDouble(first);
-            reserveDouble(second);
-            points.Add(point);
+            reserveForLines(texts, file);
+            reserveForLines(first, file);
+            reserveForLines(second, file);
             texts.Add(wideTrimmed(codePage, fields[kText]));
             first.Add(parseDouble(numberText(codePage, fields[kFirst], buffer)));
             second.Add(parseDouble(numberText(codePage, fields[kSecond], buffer)));

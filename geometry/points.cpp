@@ -4,22 +4,19 @@
 #include <cmath>
 #include <utility>
 
-CXYZ::CXYZ() { Init(); }
+// Without Init: the strings are empty already, and to empty them again doubles the time.
+CXYZ::CXYZ() : x(0.0), y(0.0), z(0.0), attr{} {}
 
-CXYZ::CXYZ(const CXYZ& other) { operator=(other); }
+CXYZ::CXYZ(const CXYZ& other) : code(other.code), name(other.name), x(other.x), y(other.y), z(other.z) {
+    std::copy(other.attr, other.attr + 5, attr);
+}
 
 CXYZ::CXYZ(CXYZ&& other) noexcept { operator=(std::move(other)); }
 
-CXYZ::CXYZ(double x_, double y_, double z_) {
-    Init();
-    SetXYZ(x_, y_, z_);
-}
+CXYZ::CXYZ(double x_, double y_, double z_) : x(x_), y(y_), z(z_), attr{} {}
 
-CXYZ::CXYZ(CString name_, double x_, double y_, double z_) {
-    Init();
-    name = std::move(name_);
-    SetXYZ(x_, y_, z_);
-}
+CXYZ::CXYZ(CString name_, double x_, double y_, double z_)
+    : name(std::move(name_)), x(x_), y(y_), z(z_), attr{} {}
 
 CXYZ::~CXYZ() {}
 

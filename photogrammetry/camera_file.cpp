@@ -9,6 +9,7 @@
 #include "photogrammetry/mark_names.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 
 using namespace fieldscan;
@@ -74,10 +75,10 @@ void readDistortionTable(CFile& file, CDist& dist) {
 
 int CCamera::Write(CString path) const {
     return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!file.Open(path, CFile::modeCreate | CFile::modeReadWrite) || !namesFile(path))
+        RewrittenFile rewritten;
+        if (!rewritten.open(path) || !namesFile(path))
             return 0;
-        LineWriter lines(file);
+        LineWriter lines(rewritten.file());
         std::string& text = lines.text();
         appendReal(lines, focal, "\t\t\t// focul length [mm]");
         appendReal(lines, pp.x, "\t\t\t// x of principal point [m]");
@@ -106,8 +107,7 @@ int CCamera::Write(CString path) const {
             text += " [mm]";
             lines.endLine();
         }
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
+        return rewritten.finish(lines.finish()) ? 1 : 0;
     });
 }
 

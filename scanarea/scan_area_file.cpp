@@ -10,6 +10,7 @@
 #include "geometry/angle_constants.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 
 using namespace fieldscan;
@@ -18,15 +19,25 @@ namespace {
 
 const char16_t kLogFile[] = u"\\Internal Disk\\FIELD_SCAN\\log.txt";
 
-// Opens the file, with the message to the operator where it is refused.
-int openOrTell(CFile& file, const CString& path, unsigned int mode) {
-    if (file.Open(path, mode))
-        return 1;
-    const CFile::Cause cause = file.GetOpenFailure();
+// The message to the operator where a file is refused.
+void tellRefusal(CFile::Cause cause, const CString& path) {
     if (cause == CFile::causeAccessDenied || cause == CFile::causeSharingViolation)
         CKTImgMsg::DispMessage(CString(u"ﾌｧｲﾙ名：") + path + u"\n\n\n" +
                                u"ﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。");
-    return 0;
+}
+
+bool openOrTell(CFile& file, const CString& path) {
+    const bool opened = file.Open(path, CFile::modeRead) == 1;
+    if (!opened)
+        tellRefusal(file.GetOpenFailure(), path);
+    return opened;
+}
+
+bool rewriteOrTell(RewrittenFile& file, const CString& path) {
+    const bool opened = file.open(path);
+    if (!opened)
+        tellRefusal(file.file().GetOpenFailure(), path);
+    return opened;
 }
 
 // "horizontal zenith" in degrees.
@@ -186,10 +197,10 @@ bool hasLineEnd(const CString& name) { return name.FindOneOf(u"\r\n") >= 0; }
 
 int CScanArea::Write(CString path) const {
     return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!openOrTell(file, path, CFile::modeCreate | CFile::modeWrite))
+        RewrittenFile rewritten;
+        if (!rewriteOrTell(rewritten, path))
             return 0;
-        LineWriter lines(file);
+        LineWriter lines(rewritten.file());
         appendInt(lines.text(), columnCount);
         lines.text() += ' ';
         appendInt(lines.text(), rowCount);
@@ -204,8 +215,7 @@ int CScanArea::Write(CString path) const {
             lines.append(imageNames[i]);
             lines.endLine();
         }
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
+        return rewritten.finish(lines.finish()) ? 1 : 0;
     });
 }
 
@@ -213,7 +223,7 @@ int CScanArea::Read(CString path) {
     Init();
     return zeroIfOutOfMemory([&] {
         CFile file;
-        if (!openOrTell(file, path, CFile::modeRead))
+        if (!openOrTell(file, path))
             return 0;
         if (!readCounts(file, columnCount, rowCount) || !readCorner(file, areaAngle1) ||
             !readCorner(file, areaAngle2))
@@ -247,10 +257,10 @@ int CScanArea::Write2(CString path) const {
                     return 0;
         if (!isFinite(areaAngle1) || !isFinite(areaAngle2))
             return 0;
-        CFile file;
-        if (!openOrTell(file, path, CFile::modeCreate | CFile::modeWrite))
+        RewrittenFile rewritten;
+        if (!rewriteOrTell(rewritten, path))
             return 0;
-        LineWriter lines(file);
+        LineWriter lines(rewritten.file());
         lines.text() += kSecondVersion;
         lines.endLine();
         const int shots = std::max(shootAngles.GetSize(), imageNames.GetSize());
@@ -283,8 +293,7 @@ int CScanArea::Write2(CString path) const {
             appendDirection(lines.text(), outlineAngles[i], 4);
             lines.endLine();
         }
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
+        return rewritten.finish(lines.finish()) ? 1 : 0;
     });
 }
 
@@ -292,7 +301,7 @@ int CScanArea::Read2(CString path) {
     Init();
     return zeroIfOutOfMemory([&] {
         CFile file;
-        if (!openOrTell(file, path, CFile::modeRead))
+        if (!openOrTell(file, path))
             return 0;
         const unsigned int codePage = system::ansiCodePage();
         std::string line;

@@ -4,9 +4,9 @@
 #include <cmath>
 
 #include "platform/framework/arithmetic.h"
+#include "survey/angle_difference.h"
 
-using fieldscan::truncated;
-using fieldscan::wrapTurn;
+using namespace fieldscan;
 
 namespace {
 
@@ -56,24 +56,15 @@ double CCalcXYZHV::RoundMIL(double mil, int mode) {
 }
 
 double CCalcXYZHV::AngleDifference(double a, double b) {
-    constexpr double kEpsilon = 2.220446049250313e-16;
     Angle0To360(a);
     Angle0To360(b);
-    double r = std::fabs(a - b);
-    if (r > 180.0)
-        r = 360.0 - r;
-    else if (-kEpsilon <= r && r <= kEpsilon)
-        return 0.0;
-    if (b <= a - 180.0)
-        return r;
-    if (b <= a || a + 180.0 <= b)
-        return -r;
-    return r;
+    return differenceInTurn(a, b);
 }
 
 double CCalcXYZHV::AngleDifference_Over0(double a, double b) {
-    const double difference = AngleDifference(a, b);
-    return difference < 0.0 ? difference + 360.0 : difference;
+    Angle0To360(a);
+    Angle0To360(b);
+    return upwardDifferenceInTurn(a, b);
 }
 
 double CCalcXYZHV::AngleDifference_Under0(double a, double b) {

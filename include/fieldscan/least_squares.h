@@ -112,8 +112,8 @@ public:
 
     // Forms the normal equations: Noeq(i, j) is 0.0, then for each equation k in order grows by
     // (Obeq(k, j) Obeq(k, i)) Weight(k). Column n is A^T P l. `m`: the first m equations; n: all unknowns.
-    // Both give the same bits. Returns 1; 0 when n is not the number of unknowns or there are fewer than m
-    // equations.
+    // Both give the same bits. Returns 1; 0 when n is not the number of unknowns, there are fewer than m
+    // equations or there is no memory.
     int Lessqu(int m, int n);
     int LessquFast(int m, int n);
 
@@ -122,7 +122,7 @@ public:
     int SwpMat();     // by sweeping the pivots, which turns [N | b] into [N^-1 | x]
 
     // Single steps of NewChores, all on the work array. No refinement; without the step before, the results
-    // mean nothing. Each returns 1; 0 when there are no unknowns.
+    // mean nothing. Each returns 1; 0 when there are no unknowns or no memory.
     int LUDivid();                // work = U | b with U^T U = N. 0 for a singular N too
     int ForwardSubstiotution();   // b becomes y: U^T y = b; Bcor = y
     int BackwardSubstiotution();  // Bcor = x: U x = y
@@ -207,6 +207,7 @@ private:
 
     // How many equations Noeq is the sum of; -1 when it was entered, or an equation changed since.
     int m_formed;
+    double m_observations;  // l^T |P| l of those equations
 };
 
 #endif

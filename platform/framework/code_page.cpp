@@ -1,6 +1,8 @@
 #include "platform/framework/code_page.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/system.h"
 
@@ -216,6 +218,19 @@ int writeCharacter(unsigned int codePage, unsigned int character, Byte* to) {
     }
 }
 
+bool isAscii(const Byte* text, std::size_t count) {
+    std::uint64_t eight = 0;
+    for (; count >= sizeof eight; text += sizeof eight, count -= sizeof eight) {
+        std::memcpy(&eight, text, sizeof eight);
+        if (eight & 0x8080808080808080)
+            return false;
+    }
+    unsigned int all = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        all |= text[i];
+    return all < 0x80;
+}
+
 constexpr int kChunk = 256;  // so much is converted before it is appended at once
 
 }  // namespace
@@ -248,6 +263,13 @@ void appendEncoded(unsigned int codePage, const unsigned short* text, int length
 
 void appendDecoded(unsigned int codePage, const char* bytes, std::size_t count, CString& out) {
     const Byte* text = reinterpret_cast<const Byte*>(bytes);
+    if (count <= kChunk && isAscii(text, count)) {
+        const int before = out.GetLength();
+        const int after = before + static_cast<int>(count);
+        std::copy(text, text + count, out.GetBuffer(after) + before);
+        out.ReleaseBuffer(after);
+        return;
+    }
     unsigned short units[kChunk];
     int filled = 0;
     const auto flush = [&] {

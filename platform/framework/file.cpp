@@ -49,9 +49,10 @@ int CFile::Open(const CString& path, unsigned int mode) {
 
 bool CFile::IsOpen() const { return m_handle != system::kNoFile; }
 
-// Refills the buffer, which must have been read to its end; false at the end of the file or when that fails.
+// Refills the buffer, which must have been read to its end; false at the end of the file or when that fails. A
+// medium that failed once is not asked again: what it gave next would take the place of what is missing.
 bool CFile::fill() {
-    if (!IsOpen())
+    if (!IsOpen() || m_readFailed)
         return false;
     if (!m_buffer)
         m_buffer = new (std::nothrow) char[kBufferSize];
@@ -117,19 +118,22 @@ int CFile::Close() {
     return closed;
 }
 
-bool fieldscan::readLine(CFile& file, std::string& line) {
-    line.clear();
-    bool any = false;
+bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line) {
+    split.clear();
     while (file.m_next < file.m_end || file.fill()) {
-        any = true;
         const char* from = file.m_buffer + file.m_next;
         const std::size_t unread = file.m_end - file.m_next;
         const char* feed = static_cast<const char*>(std::memchr(from, '\n', unread));
         const std::size_t part = feed ? static_cast<std::size_t>(feed - from) + 1 : unread;
-        line.append(from, part);
         file.m_next += static_cast<unsigned int>(part);
+        if (feed && split.empty()) {
+            line = std::string_view(from, part);
+            return true;
+        }
+        split.append(from, part);
         if (feed)
             break;
     }
-    return any;
+    line = split;
+    return !split.empty();
 }

@@ -9,7 +9,8 @@ namespace fieldscan {
 namespace {
 
 constexpr std::size_t kPieceSize = 64 * 1024;
-constexpr std::string_view kSpace = " \t\n\v\f\r";
+
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 }  // namespace
 
@@ -22,18 +23,57 @@ bool openForAppending(CFile& file, const CString& path) {
     return false;
 }
 
+// Leaves the position at the end.
+bool seekBehindLines(CFile& file, bool& cut) {
+    char last = '\n';
+    if (system::seekFile(file.m_handle, -1, true) < 0)  // nothing in it
+        return file.SeekToEnd() == 1;
+    if (system::readFile(file.m_handle, &last, 1) != 1)
+        return false;
+    cut = last != '\n';
+    return true;
+}
+
+bool openBehindLines(CFile& file, const CString& path, unsigned int mode) {
+    bool cut = false;
+    const unsigned int reading = (mode ^ CFile::modeWrite) | CFile::modeReadWrite;
+    const bool readable = file.Open(path, reading) == 1;
+    // A file that may be written to and not read.
+    if (!readable && (file.GetOpenFailure() != CFile::causeAccessDenied || !file.Open(path, mode)))
+        return false;
+    if ((readable ? seekBehindLines(file, cut) : file.SeekToEnd() == 1) && (!cut || file.Write("\n", 1)))
+        return true;
+    file.Close();
+    return false;
+}
+
+bool readLine(CFile& file, std::string& line) {
+    std::string_view view;
+    const bool found = readLine(file, line, view);
+    if (view.data() != line.data())
+        line = view;
+    return found;
+}
+
 std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kSpace) - first + 1);
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+void setTrimmed(CString& wide, unsigned int codePage, std::string_view text) {
+    text = trimmed(text);
+    wide.Empty();
+    system::appendWide(codePage, text.data(), text.size(), wide);
+    if (static_cast<std::size_t>(wide.GetLength()) < text.size())
+        wide.Trim();  // the ideographic blank, which has more than one byte in every page that has it
 }
 
 CString wideTrimmed(unsigned int codePage, std::string_view text) {
-    text = trimmed(text);
     CString wide;
-    system::appendWide(codePage, text.data(), text.size(), wide);
-    wide.Trim();  // the ideographic blank
+    setTrimmed(wide, codePage, text);
     return wide;
 }
 

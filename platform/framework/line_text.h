@@ -4,6 +4,7 @@
 
 #include <fieldscan/framework/file.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -13,15 +14,23 @@ namespace fieldscan {
 
 // The next line with its line feed (the last line of a file may lack it), however long; false at the end.
 bool readLine(CFile& file, std::string& line);
+// The same without a copy: the line lies in the buffer of the file, or in `split` where the end of the buffer
+// cuts it, until the next operation on the file.
+bool readLine(CFile& file, std::string& split, std::string_view& line);
 
 // Opens for appending, behind the end of the file, which is made if it is missing.
 bool openForAppending(CFile& file, const CString& path);
+
+// Opens a file of lines for appending, with a mode of CFile that keeps its contents. A last line without line
+// feed, which was cut off while it was written, is ended first: it shall cost the next line nothing.
+bool openBehindLines(CFile& file, const CString& path, unsigned int mode);
 
 // `text` without white space of ASCII at both ends.
 std::string_view trimmed(std::string_view text);
 
 // 8-bit text as UTF-16 in the code page of files, trimmed at both ends.
 CString wideTrimmed(unsigned int codePage, std::string_view text);
+void setTrimmed(CString& wide, unsigned int codePage, std::string_view text);
 
 // Splits at commas into at most `most` fields, not trimmed; the rest of the line after the last of them is
 // left out. Returns how many there are: at least 1.
@@ -55,6 +64,24 @@ void reserveDouble(Array& array) {
         array.Reserve(array.GetSize() < 32           ? 64
                       : array.GetSize() > 0x3fffffff ? 0x7fffffff
                                                      : 2 * array.GetSize());
+}
+
+// The same for one more line of `file`: if the lines to come are as long as those so far, there is room for
+// all of them, and for an eighth more. At most 32 times what was read, so that a file that begins with
+// short lines does not ask for much. Saves moving a long list again and again, which touches twice its
+// memory.
+template <class Array>
+void reserveForLines(Array& array, const CFile& file) {
+    const int size = array.GetSize();
+    if (size < array.GetCapacity())
+        return;
+    const auto done = static_cast<double>(file.GetPosition());
+    const double expected = done > 0.0 ? size * (static_cast<double>(file.GetLength()) / done) * 1.125 : 0.0;
+    const double room = std::min(expected, 32.0 * size);
+    if (size >= 64 && size < 0x08000000 && room > 1.03 * size)
+        array.Reserve(static_cast<int>(room));
+    else
+        reserveDouble(array);
 }
 
 }  // namespace fieldscan

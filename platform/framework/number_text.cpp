@@ -7,6 +7,8 @@
 #include <limits>
 #include <system_error>
 
+#include "platform/framework/decimal_text.h"
+
 namespace fieldscan {
 namespace {
 
@@ -140,11 +142,20 @@ void appendInt(std::string& out, long long value, int width, bool zeroFill) {
     pad(out, start, width, zeroFill);
 }
 
+char* putFixed(char* to, double value, int decimals) {
+    if (char* const end = putPlainFixed(to, value, decimals))
+        return end;
+    return std::to_chars(to, to + kFixedRoom, value, std::chars_format::fixed, std::max(decimals, 0)).ptr;
+}
+
 void appendFixed(std::string& out, double value, int decimals, int width, bool zeroFill) {
-    // Room for the largest double costs more than a coordinate takes to write.
-    const std::size_t places = std::abs(value) < 1e15 ? 1 + 16 : 1 + 309;
     const std::size_t start = out.size();
-    appendDouble(out, value, std::chars_format::fixed, decimals, places);
+    char text[kFixedRoom];
+    if (decimals <= kMostDecimals) {
+        out.append(text, static_cast<std::size_t>(putFixed(text, value, decimals) - text));
+    } else {
+        appendDouble(out, value, std::chars_format::fixed, decimals, 1 + 309);
+    }
     pad(out, start, width, zeroFill && std::isfinite(value));
 }
 
@@ -158,7 +169,9 @@ double parseDouble(std::string_view text, std::size_t* used) {
     if (isSign(sign))
         ++at;
     double value = 0.0;
-    const std::size_t length = readMagnitude(text.substr(at), value);
+    std::size_t length = readPlainDecimal(text.substr(at), value);
+    if (length == 0)
+        length = readMagnitude(text.substr(at), value);
     if (used)
         *used = length == 0 ? 0 : at + length;
     // copysign, since a nan has a sign too.

@@ -16,6 +16,11 @@ namespace fieldscan {
 void appendInt(std::string& out, long long value, int width = 0, bool zeroFill = false);
 // "%.Nf", "%W.Nf" (width > 0), "%0W.Nf" (zeroFill); inf and nan are never filled with zeros. decimals >= 0.
 void appendFixed(std::string& out, double value, int decimals, int width = 0, bool zeroFill = false);
+// "%.Nf" with up to kMostDecimals, written to `to`, which has room for kFixedRoom characters; returns the
+// end.
+constexpr int kMostDecimals = 10;
+constexpr std::size_t kFixedRoom = 1 + 309 + 1 + kMostDecimals;
+char* putFixed(char* to, double value, int decimals);
 // "%.Ne"; the exponent has at least two digits.
 void appendExponent(std::string& out, double value, int decimals = 6);
 

@@ -138,15 +138,15 @@ void CString::grow(int length) {
 // `text` may lie in this object.
 void CString::assign(const unsigned short* text, int length) {
     if (length > m_capacity) {
-        CString fresh;
-        fresh.grow(length);
-        copyUnits(fresh.m_text, text, length);
-        fresh.setLength(length);
-        *this = std::move(fresh);
+        unsigned short* fresh = new unsigned short[static_cast<std::size_t>(length) + 1];
+        copyUnits(fresh, text, length);
+        release();
+        m_text = fresh;
+        m_capacity = length;
     } else {
         copyUnits(m_text, text, length);
-        setLength(length);
     }
+    setLength(length);
 }
 
 void CString::SetAt(int position, unsigned short unit) {

@@ -126,5 +126,30 @@ bool isFile(const CString& path) {
     return !path.IsEmpty() && ::stat(hostPath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
+bool isReplaceable(const CString& path) {
+    struct stat status;
+    return ::lstat(hostPath(path).c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+bool replaceFile(const CString& from, const CString& to) {
+    const std::string source = hostPath(from), target = hostPath(to);
+    const std::size_t end = target.rfind('/');
+    const std::string folder = end == std::string::npos ? "." : target.substr(0, end + 1);
+    struct stat status;
+    if (::stat(target.c_str(), &status) == 0)
+        ::chmod(source.c_str(), status.st_mode & 07777);  // file systems of cards may know no rights
+    if (::rename(source.c_str(), target.c_str()) != 0)
+        return false;
+    // The new name is on the medium when the folder is; a folder that cannot be read stays to the system.
+    const int entries = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (entries >= 0) {
+        uninterrupted([&] { return ::fsync(entries); });
+        ::close(entries);
+    }
+    return true;
+}
+
+void removeFile(const CString& path) { ::unlink(hostPath(path).c_str()); }
+
 }  // namespace system
 }  // namespace fieldscan

@@ -111,5 +111,18 @@ bool isFile(const CString& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
+bool isReplaceable(const CString& path) {
+    const DWORD attributes = GetFileAttributesW(wideUnits(path));
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_REPARSE_POINT));
+}
+
+bool replaceFile(const CString& from, const CString& to) {
+    return SetFileAttributesW(wideUnits(from), GetFileAttributesW(wideUnits(to))) &&
+           MoveFileExW(wideUnits(from), wideUnits(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+}
+
+void removeFile(const CString& path) { DeleteFileW(wideUnits(path)); }
+
 }  // namespace system
 }  // namespace fieldscan

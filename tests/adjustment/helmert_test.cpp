@@ -37,20 +37,29 @@ int fitted(Fit& fit, int count, double x, double y, double radius,
 }
 
 TEST(Helmert, PairsByName) {
-    Points first, second;
-    for (const char* name : {"C", "A", "missing", "B", "A", "\xC3\xA9", "liquid"})
-        add(first, name, 1, 0);
-    for (const char* name : {"A", "\xC3\xA9", "a", "B", "A", "C", "costarring", "liquid"})
-        add(second, name, second.GetSize(), 0);
-    CHelmert helmert;
-    ASSERT_EQ(helmert.SetPoints(first, second), 6);
-    const int partners[] = {5, 0, 3, 0, 1, 7};  // of doubles the first; the last two have the same hash
-    for (int i = 0; i < 6; ++i)
-        EXPECT_EQ(helmert.sourcePoints[i].x, partners[i]);
-    EXPECT_EQ(helmert.targetPoints[2].name, CString(u"B"));
-    EXPECT_EQ(helmert.SetPoints(helmert.targetPoints, helmert.sourcePoints), 6) << "the outputs as inputs";
-    EXPECT_EQ(helmert.SetPoints(Points(), second), 0);
-    EXPECT_EQ(helmert.targetPoints.GetSize() + helmert.sourcePoints.GetSize() + helmert.CalPara(), 0);
+    for (const int others : {0, 9, 100}) {  // few names are searched, more go through a table
+        Points first, second;
+        for (const char* name : {"C", "A", "missing", "B", "A", "\xC3\xA9", "liquid", "", "stations"})
+            add(first, name, 1, 0);
+        for (const char* name : {"A", "\xC3\xA9", "a", "B", "A", "C", "costarring", "liquid", "station", ""})
+            add(second, name, second.GetSize(), 0);
+        for (int i = 0; i < others; ++i)
+            add(second, "station" + std::to_string(i % 50), second.GetSize(), 0);
+        for (int i = 0; i < others; ++i)
+            add(first, "station" + std::to_string(i), 1, 0);
+        CHelmert helmert;
+        const int counted = others < 50 ? others : 50;
+        ASSERT_EQ(helmert.SetPoints(first, second), 7 + counted);
+        // Of doubles the first; costarring has the hash of liquid.
+        const int partners[] = {5, 0, 3, 0, 1, 7, 9};
+        for (int i = 0; i < 7 + counted; ++i)
+            EXPECT_EQ(helmert.sourcePoints[i].x, i < 7 ? partners[i] : i + 3) << others;
+        EXPECT_EQ(helmert.targetPoints[2].name, CString(u"B"));
+        EXPECT_EQ(helmert.SetPoints(helmert.targetPoints, helmert.sourcePoints), 7 + counted)
+            << "the outputs as inputs";
+        EXPECT_EQ(helmert.SetPoints(Points(), second), 0);
+        EXPECT_EQ(helmert.targetPoints.GetSize() + helmert.sourcePoints.GetSize() + helmert.CalPara(), 0);
+    }
 }
 
 TEST(Helmert, ParametersAndResiduals) {

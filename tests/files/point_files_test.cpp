@@ -181,6 +181,26 @@ TEST_F(PointFiles, AMillionPoints) {
     EXPECT_EQ(points[999999].x + points[123456].y, 999.999 + 4123456);
 }
 
+// The room for the points follows the length of the lines so far.
+TEST_F(PointFiles, LinesOfUnequalLength) {
+    std::string shortLines, longLines;
+    for (int i = 0; i < 50000; ++i)
+        shortLines += "a\n";
+    for (int i = 0; i < 100; ++i)
+        longLines += "b," + std::string(5000, ' ') + "7\n";
+    for (const std::string& bytes : {shortLines + longLines, longLines + shortLines}) {
+        put("in", bytes);
+        CString where = path("in");
+        ASSERT_EQ(ReadCSVFile(&where, points, 1), 1);
+        ASSERT_EQ(points.GetSize(), 50100);
+        double sum = 0;
+        for (int i = 0; i < points.GetSize(); ++i)
+            sum += points[i].x;
+        EXPECT_EQ(sum, 700);
+        EXPECT_LT(points.GetCapacity(), 33 * points.GetSize());
+    }
+}
+
 TEST(PointText, NumbersAndTitles) {
     CString title;
     EXPECT_EQ(EditFileName(u"\\SD Card\\JOB 1.cam", title), 1);

@@ -159,6 +159,11 @@ TEST_P(AgainstCLibrary, RandomDoubles) {
         if (i % 4 == 0) {
             const std::uint64_t bits = m_random();
             std::memcpy(&value, &bits, sizeof value);
+        } else if (i % 4 == 1) {  // halves of the last place of 4, 5, 6 and 10 decimals
+            const int places = 5 + i / 4 % 7;
+            value = std::ldexp(std::trunc(std::ldexp(value, places)), -places);
+        } else if (i % 4 == 2) {  // every magnitude that the short way has, and those around it
+            value = std::ldexp(value, i / 4 % 130 - 100);
         }
         for (const auto& form : forms) {
             compareText(value, form.decimals, form.width, form.zeroFill, form.exponent);

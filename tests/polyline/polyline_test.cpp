@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <vector>
@@ -164,6 +165,38 @@ TEST(Polyline, PointsOnEdgesBelongToTheLeft) {
     }
 }
 
+// The count edge by edge, as it is defined.
+int countedEdgeByEdge(const CPolyline& polyline, double x, double y) {
+    const int n = polyline.GetVertexSize();
+    int crossings = 0;
+    for (int i = 0; i < n; ++i) {
+        const CVertex p = polyline.vertices[i], q = polyline.vertices[i == n - 1 ? 0 : i + 1];
+        if ((p.y <= y && y < q.y) || (q.y <= y && y < p.y))
+            crossings += (q.x - p.x) / (q.y - p.y) * (y - p.y) + p.x >= x;
+    }
+    return crossings % 2;
+}
+
+TEST(Polyline, PointsInAnyPolygonAreCountedByItsEdges) {
+    std::mt19937 random(5);
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double unusual[] = {std::nan(""), infinity, -infinity, -0.0, 1e308, -1e308};
+    const auto coordinate = [&] {  // coarse, so that points meet vertices and edges
+        const int value = static_cast<int>(random() % 200);
+        return value < 6 ? unusual[value] : value % 10 * 0.1;
+    };
+    for (int round = 0; round < 3000; ++round) {
+        CPolyline polyline;
+        for (int i = round % 40; i > 0; --i)
+            polyline.AddVertex(CVertex(coordinate(), coordinate(), 0, 0));
+        for (int i = 0; i < 20; ++i) {
+            const double x = coordinate(), y = coordinate();
+            ASSERT_EQ(polyline.PtInPolyline(x, y), countedEdgeByEdge(polyline, x, y))
+                << round << " " << x << " " << y;
+        }
+    }
+}
+
 TEST(Polyline, AgreesWithARealLibraryOnRealOutlines) {
     for (const char* name : {"switzerland", "lake_volta"}) {
         const SharedOutline shared(name);
@@ -243,12 +276,13 @@ void expectSorted(const std::vector<double>& input, int ascending) {
         const auto from = static_cast<std::size_t>(order[k]);
         ASSERT_FALSE(seen[from]);
         seen[from] = true;
-        ASSERT_TRUE(keys[k] == input[from] || (std::isnan(keys[k]) && std::isnan(input[from]))) << k;
+        ASSERT_EQ(std::memcmp(&keys[k], &input[from], sizeof(double)), 0) << "to the sign of zero, " << k;
         if (k == 0)
             continue;
         const double low = ascending ? keys[k - 1] : keys[k], high = ascending ? keys[k] : keys[k - 1];
         ASSERT_TRUE(low <= high || std::isnan(high)) << k;
-        ASSERT_TRUE(keys[k - 1] != keys[k] || order[k - 1] < order[k]) << "equal keys keep their order";
+        const bool equal = keys[k - 1] == keys[k] || (std::isnan(keys[k - 1]) && std::isnan(keys[k]));
+        ASSERT_TRUE(!equal || order[k - 1] < order[k]) << "equal keys keep their order";
     }
 }
 
@@ -270,11 +304,27 @@ TEST(KeySort, SortsWhateverTheKeys) {
         key = static_cast<double>(random() % 500000) - 1e5;
     std::vector<double> sorted = keys;
     std::sort(sorted.begin(), sorted.end());
+    // Of every exponent and sign, with doubles, zeros and NaN of both signs among them.
+    const auto mixed = [&](std::size_t size) {
+        std::vector<double> result(size);
+        for (double& key : result) {
+            const double any[] = {0.0, -0.0, nan, -nan, 7.0, infinity, -infinity};
+            const int kind = static_cast<int>(random() % 20);
+            key = kind < 7 ? any[kind] : std::ldexp(static_cast<double>(random()) - 9e18, kind * 99 - 1100);
+        }
+        return result;
+    };
     for (const auto& input : {std::vector<double>{},
                               {5},
                               {3, 1, 2},
                               {0.0, -0.0, 0.0, -1},
                               {nan, 1, nan, -infinity, infinity, 0},
+                              {-nan, nan, infinity, 2, 2, 2, 0.0, -0.0, 0.0, -1, -infinity},
+                              {-infinity, 3, 3, nan, -nan},
+                              mixed(40),
+                              mixed(63),
+                              mixed(64),
+                              mixed(3000),
                               std::vector<double>(100, nan),
                               std::vector<double>(1000000, 4.0),
                               keys,

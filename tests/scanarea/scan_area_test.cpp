@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -282,6 +283,52 @@ TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
     CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom);
     EXPECT_NEAR(top, 30, 1e-12);
     EXPECT_NEAR(bottom, 10, 1e-12);
+}
+
+// The crossings edge by edge from the left edge of GetAngleRange, as they are defined.
+int countedFromTheLeftEdge(const CPolyline& outline, double h, double v) {
+    double left, right, top, bottom;
+    CCalcXYZHV::GetAngleRange(outline, left, right, top, bottom);
+    const double point = CCalcXYZHV::AngleDifference_Over0(left, h);
+    const int n = outline.GetVertexSize();
+    int crossings = 0;
+    for (int i = 0; i < n; ++i) {
+        const CVertex p = outline.vertices[i], q = outline.vertices[i == n - 1 ? 0 : i + 1];
+        const double dp = CCalcXYZHV::AngleDifference(v, p.y), dq = CCalcXYZHV::AngleDifference(v, q.y);
+        if (!((dp <= 0 && dq > 0) || (dp > 0 && dq <= 0)))
+            continue;
+        const double xp = CCalcXYZHV::AngleDifference_Over0(left, p.x);
+        const double xq = CCalcXYZHV::AngleDifference_Over0(left, q.x);
+        const double width = (dq - dp) * -1.0;
+        crossings += (width == 0.0 ? xp : (xq - xp) / width * dp + xp) >= point;
+    }
+    return crossings % 2;
+}
+
+TEST(OutlineTests, CountTheEdgesOfAnyOutline) {
+    std::mt19937 random(6);
+    const double infinity = std::numeric_limits<double>::infinity();
+    const double unusual[] = {std::nan(""), infinity, -infinity, -0.0, 1e-16, 360.0, -725.0, 30000.0};
+    for (int round = 0; round < 6000; ++round) {
+        const int middle = static_cast<int>(random() % 8) * 45;
+        const unsigned width = round % 3 == 0 ? 360 : 80;  // up to full of wraps, in any order
+        const auto angle = [&](int around) {
+            const int value = static_cast<int>(random() % 300);
+            double degrees =
+                around + static_cast<int>(random() % (width / 5 + 1) * 5) - static_cast<int>(width / 2);
+            if (round % 4)
+                CCalcXYZHV::Angle0To360(degrees);
+            return value < 8 && round % 5 == 0 ? unusual[value] : degrees;
+        };
+        CPolyline outline;
+        for (int i = round % 30 + 1; i > 0; --i)
+            outline.AddVertex(CVertex(angle(middle), angle(0), 0, 0));
+        for (int i = 0; i < 10; ++i) {
+            const double h = angle(middle), v = angle(0);
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v), countedFromTheLeftEdge(outline, h, v))
+                << round << " " << h << " " << v;
+        }
+    }
 }
 
 TEST(OutlineTests, AgreeWithARealLibraryOnRealOutlines) {

@@ -5,12 +5,14 @@
 #include <fieldscan/framework/string.h>
 
 #include <string>
+#include <string_view>
 
 class CFile;
 
 namespace fieldscan {
-bool readLine(CFile& file, std::string& line);
-}
+bool readLine(CFile& file, std::string& split, std::string_view& line);
+bool seekBehindLines(CFile& file, bool& cut);
+}  // namespace fieldscan
 
 // A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
 // writes go to the system at once. Paths: docs/architecture.md, Paths.
@@ -57,7 +59,7 @@ public:
     // Up to `count` bytes from the position on; returns how many were read, less than `count` only at the
     // end of the file or when the medium fails.
     unsigned int Read(void* buffer, unsigned int count);
-    // Whether a read since Open failed, other than by the end of the file.
+    // Whether a read since Open failed, other than by the end of the file. No later one succeeds then.
     bool HasReadFailed() const { return m_readFailed; }
     // All `count` bytes, or 0: part of them may then be on the medium.
     int Write(const void* buffer, unsigned int count);
@@ -73,7 +75,8 @@ public:
     int Close();
 
 private:
-    friend bool fieldscan::readLine(CFile& file, std::string& line);
+    friend bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line);
+    friend bool fieldscan::seekBehindLines(CFile& file, bool& cut);
 
     bool fill();
     bool dropBuffer();

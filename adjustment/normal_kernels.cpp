@@ -1,0 +1,351 @@
+// Sums of products for normal equations and their triangles.
+//
+// An element (i, j) of any of the matrices is one sum over k that is added up in its order, so lanes hold
+// neighbouring columns j of one k:
+//
+//            columns j: a panel, kVectors registers          rows k of a panel lie one behind the other,
+//          +--------+--------+                               kPanel doubles each: the tile reads two
+//   i      | sum    | sum    |   + = (row k, j) (row k, i)   streams, whatever the number of columns,
+//   kRows  | sum    | sum    |                               and stays in the first cache.
+//   of     |  ..    |  ..    |     k innermost: the sums
+//   them   | sum    | sum    |     stay in registers
+//          +--------+--------+
+//
+// Forming has the equations for rows k. Cholesky takes the rows of U above from those below, Z Z^T adds the
+// columns of Z. The sums lie
+// in a matrix padded to whole tiles; of those on the diagonal a register below it is left out.
+#include "adjustment/normal_kernels.h"
+
+#include "platform/framework/lanes.h"
+
+namespace fieldscan {
+namespace FIELDSCAN_KERNELS {
+
+namespace {
+
+using Index = long long;
+
+constexpr int kVectors = 2;
+constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
+constexpr int kPanel = kVectors * kLanes;
+
+// The baseline has no instruction that loads a double into both lanes: a panel row of it carries copies
+// (0.82 of the time at 2000 x 100, 0.92 at 500 x 12).
+constexpr int kCopies = kLanes == 2 ? 2 * kRows : 0;
+constexpr int kStride = kPanel + kCopies;
+
+enum class Kind { plain, weighted, subtracted };
+
+// sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
+template <Kind kind, int vectors>
+void addTile(const double* right, const double* left, const double* weights, int count, double* sums,
+             Index length) {
+    Lanes tile[kRows][vectors];
+#pragma GCC unroll 16
+    for (int i = 0; i < kRows; ++i)
+#pragma GCC unroll 16
+        for (int v = 0; v < vectors; ++v)
+            tile[i][v] = load(sums + i * length + v * kLanes);
+    for (Index k = 0; k < count; ++k, right += kStride, left += kStride) {
+        Lanes row[vectors];
+#pragma GCC unroll 16
+        for (int v = 0; v < vectors; ++v)
+            row[v] = load(right + v * kLanes);
+#pragma GCC unroll 16
+        for (int i = 0; i < kRows; ++i) {
+#pragma GCC unroll 16
+            for (int v = 0; v < vectors; ++v) {
+                const Lanes product = row[v] * (kCopies > 0 ? load(left + 2 * i) : Lanes{} + left[i]);
+                if (kind == Kind::weighted)
+                    tile[i][v] += product * weights[k];
+                else if (kind == Kind::subtracted)
+                    tile[i][v] -= product;
+                else
+                    tile[i][v] += product;
+            }
+        }
+    }
+#pragma GCC unroll 16
+    for (int i = 0; i < kRows; ++i)
+#pragma GCC unroll 16
+        for (int v = 0; v < vectors; ++v)
+            store(sums + i * length + v * kLanes, tile[i][v]);
+}
+
+int smaller(int a, int b) { return a < b ? a : b; }
+
+Index upTo(Index step, Index count) { return (count + step - 1) / step * step; }
+
+// What a computation keeps in its buffer: rows of products' factors, in panels, and the matrix of sums,
+// padded to whole tiles. Its rows take an odd number of cache lines: powers of two would meet in one set of
+// the cache.
+struct Space {
+    double* panels;
+    double* sums;
+    Index height;  // rows of a panel
+    Index length;  // of a row of sums
+    int columns;   // in use
+
+    Space(double* buffer, int rows, int width)
+        : panels(buffer),
+          sums(buffer + upTo(kPanel, width) / kPanel * kStride * rows),
+          height(rows),
+          length(lengthOf(width)),
+          columns(width) {}
+
+    static Index lengthOf(int width) { return upTo(16, width) + 8; }
+    static Index sizeOf(int panelRows, int rows, int width) {
+        return upTo(kPanel, width) / kPanel * kStride * panelRows + upTo(kRows, rows) * lengthOf(width);
+    }
+
+    double* panelAt(int k, int column) const {
+        return panels + (column / kPanel * height + k) * kStride + column % kPanel;
+    }
+
+    // Row k of the panels from column `begin` on. What lies behind the columns lands in sums that nobody
+    // reads; `readable` elements of the row can be read.
+    void setRow(int k, const double* row, int begin, Index readable) const {
+        for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
+            double* to = panelAt(k, j);
+            for (int c = 0; c < kPanel; c += kLanes)
+                if (j + kPanel <= readable)
+                    store(to + c, load(row + j + c));
+                else
+                    for (int lane = c; lane < c + kLanes; ++lane)
+                        to[lane] = j + lane < columns ? row[j + lane] : 0.0;
+            for (int c = 0; kCopies > 0 && c < kRows; ++c)
+                to[kPanel + 2 * c] = to[kPanel + 2 * c + 1] = to[c];
+        }
+    }
+
+    void setElement(int k, int column, double value) const {
+        double* to = panelAt(k, column);
+        *to = value;
+        if (kCopies > 0)
+            to[kPanel + column % kPanel] = to[kPanel + column % kPanel + 1] = value;
+    }
+
+    // The upper half, from and to rows of n + 1.
+    void readSums(const double* matrix, int n) const {
+        for (int i = 0; i < upTo(kRows, n); ++i)
+            for (int j = i - i % kRows; j < length; ++j)
+                sums[i * length + j] = i < n && j >= i && j < columns ? matrix[i * (n + 1LL) + j] : 0.0;
+    }
+    void writeSums(double* matrix, int n) const {
+        for (int i = 0; i < n; ++i)
+            for (int j = i; j < columns; ++j)
+                matrix[i * (n + 1LL) + j] = sums[i * length + j];
+    }
+
+    // The tile at (i, j) grows by the products of rows `begin` to `end` of the panels.
+    template <Kind kind>
+    void add(int i, int j, const double* weights, int begin, int end) const {
+        const double* left = panelAt(begin, i) + (kCopies > 0 ? kPanel : 0);
+        double* tile = sums + i * length + j;
+        if (i >= j + kLanes)  // the first register lies below the diagonal
+            addTile<kind, 1>(panelAt(begin, j + kLanes), left, weights, end - begin, tile + kLanes, length);
+        else if (j + kLanes >= columns)  // the second one behind the last column
+            addTile<kind, 1>(panelAt(begin, j), left, weights, end - begin, tile, length);
+        else
+            addTile<kind, kVectors>(panelAt(begin, j), left, weights, end - begin, tile, length);
+    }
+};
+
+// ---- Forming ----
+
+template <Kind kind>
+void addMany(const Equations& equations, double* buffer, double* normal) {
+    const int n = equations.n, length = n + 1;
+    const Space space(buffer, kEquationsPacked, length);
+    space.readSums(normal, n);
+    for (int first = 0; first < equations.m; first += kEquationsPacked) {
+        const int count = smaller(kEquationsPacked, equations.m - first);
+        for (int k = 0; k < count; ++k)
+            space.setRow(k, equations.rows + static_cast<Index>(first + k) * length, 0,
+                         static_cast<Index>(equations.m - first - k) * length);
+        for (int j = 0; j < length; j += kPanel)
+            for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
+                space.add<kind>(i, j, equations.weights + first, 0, count);
+    }
+    space.writeSums(normal, n);
+}
+
+void addManyOf(const Equations& equations, bool unitWeights, double* buffer, double* normal) {
+    unitWeights ? addMany<Kind::plain>(equations, buffer, normal)
+                : addMany<Kind::weighted>(equations, buffer, normal);
+}
+
+// Few unknowns: all sums in registers, the equations read where they lie. Vectors of columns end at the right
+// edge, and row i has as many as reach its diagonal, so none reads beyond a row that fills a register; of
+// shorter ones, the last are read from a copy.
+template <int n, Kind kind>
+double addFew(const double* rows, const double* weights, int m, double* normal) {
+    constexpr int kLength = n + 1, kMost = (kLength + kLanes - 1) / kLanes;
+    constexpr int kShort =
+        kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows whose vector ends behind all
+    constexpr int kWidth = kLength < kLanes ? kLanes : kLength;
+    const auto begin = [](int v) { return (v + 1) * kLanes < kLength ? kLength - (v + 1) * kLanes : 0; };
+    const auto vectors = [](int i) { return (kLength - i + kLanes - 1) / kLanes; };
+    double matrix[n][kWidth] = {};
+    for (int i = 0; i < n; ++i)
+        for (int j = i; j < kLength; ++j)
+            matrix[i][j] = normal[i * kLength + j];
+    Lanes sums[n][kMost];
+#pragma GCC unroll 16
+    for (int i = 0; i < n; ++i)
+#pragma GCC unroll 16
+        for (int v = 0; v < kMost; ++v)
+            if (v < vectors(i))
+                sums[i][v] = load(matrix[i] + begin(v));
+    double last[2 * kLanes] = {};
+    const int copied = smaller(kShort, m), whole = m - copied;
+    for (int c = 0; c < copied * kLength; ++c)
+        last[c] = rows[static_cast<Index>(whole) * kLength + c];
+    double squares = 0.0;
+    for (int k = 0; k < m; ++k, rows += kLength) {
+        const double* row = kShort > 0 && k >= whole ? last + (k - whole) * kLength : rows;
+        const double square = row[n] * row[n];
+        squares += kind == Kind::weighted ? square * __builtin_fabs(weights[k]) : square;
+        Lanes columns[kMost];
+#pragma GCC unroll 16
+        for (int v = 0; v < kMost; ++v)
+            columns[v] = load(row + begin(v));
+#pragma GCC unroll 16
+        for (int i = 0; i < n; ++i) {
+#pragma GCC unroll 16
+            for (int v = 0; v < kMost; ++v) {
+                if (v < vectors(i)) {
+                    const Lanes product = columns[v] * row[i];
+                    sums[i][v] += kind == Kind::weighted ? product * weights[k] : product;
+                }
+            }
+        }
+    }
+#pragma GCC unroll 16
+    for (int i = 0; i < n; ++i)
+#pragma GCC unroll 16
+        for (int v = 0; v < kMost; ++v)
+            if (v < vectors(i))
+                store(matrix[i] + begin(v), sums[i][v]);
+    for (int i = 0; i < n; ++i)
+        for (int j = i; j < kLength; ++j)
+            normal[i * kLength + j] = matrix[i][j];
+    return squares;
+}
+
+// Unknowns whose sums fill the registers: 26 of 32, 14 or 15 of 16.
+constexpr int kMostFew = kLanes == 8 ? 16 : kLanes == 4 ? 8 : 6;
+
+template <int n>
+double addFewOf(const Equations& equations, bool unitWeights, double* normal) {
+    if constexpr (n > 1)
+        if (equations.n != n)
+            return addFewOf<n - 1>(equations, unitWeights, normal);
+    const auto add = unitWeights ? addFew<n, Kind::plain> : addFew<n, Kind::weighted>;
+    return add(equations.rows, equations.weights, equations.m, normal);
+}
+
+// ---- Triangles ----
+
+double choleskyFactor(const double* normal, int n, double tolerance, double* buffer, double* factor) {
+    const Space space(buffer, n, n);
+    space.readSums(normal, n);
+    double smallest = 1.0;
+    for (int first = 0; first < n; first += kRows) {
+        const int end = smaller(n, first + kRows);
+        for (int j = first - first % kPanel; first > 0 && j < n; j += kPanel)
+            space.add<Kind::subtracted>(first, j, nullptr, 0, first);
+        for (int k = first; k < end; ++k) {
+            double* pivotRow = space.sums + k * space.length;
+            const double diagonal = normal[k * (n + 1LL) + k];
+            if (isSingularPivot(pivotRow[k], diagonal, n, tolerance))
+                return 0.0;
+            const double ratio = pivotRow[k] / diagonal;
+            smallest = ratio < smallest ? ratio : smallest;
+            const double root = __builtin_sqrt(pivotRow[k]);
+            pivotRow[k] = root;
+            for (int j = k + 1; j < n; ++j)
+                pivotRow[j] /= root;
+            for (int i = k + 1; i < end; ++i) {
+                double* __restrict row = space.sums + i * space.length;
+                const double multiple = pivotRow[i];
+                for (int j = i; j < n; ++j)
+                    row[j] -= multiple * pivotRow[j];
+            }
+            space.setRow(k, pivotRow, end, space.length);
+        }
+    }
+    for (Index k = 0; k < n * (n + 1LL); ++k)
+        factor[k] = normal[k];
+    space.writeSums(factor, n);
+    return smallest;
+}
+
+constexpr int kBlock = 4 * kLanes;  // columns of the inverse at a time
+
+// sums[j] += a W(k, j) over a row of U and the rows of W that it begins to multiply at.
+void addRows(const double* row, const double* w, Index length, int count, Lanes* sums) {
+    Lanes sum[4] = {sums[0], sums[1], sums[2], sums[3]};
+    for (int k = 0; k < count; ++k, w += length)
+#pragma GCC unroll 4
+        for (int v = 0; v < 4; ++v)
+            sum[v] += load(w + v * kLanes) * row[k];
+    for (int v = 0; v < 4; ++v)
+        sums[v] = sum[v];
+}
+
+// Blocks of columns from the right, since those to the left need their U no more; rows upward. The rows of W
+// that are not as long as the block is wide, on its diagonal, lie in a copy with zeros to the left: products
+// with them change no sum.
+void invertTriangle(double* factor, int n) {
+    const Index length = n + 1;
+    for (int end = n; end > 0; end -= kBlock) {
+        const int begin = end > kBlock ? end - kBlock : 0, width = end - begin;
+        double diagonal[kBlock * kBlock] = {};
+        for (int i = end - 1; i >= 0; --i) {
+            double* row = factor + i * length;
+            const int above = i < begin ? begin - i - 1 : 0, inside = i < begin ? begin : i + 1;
+            Lanes sums[4] = {};
+            addRows(row + i + 1, row + length + begin, length, above, sums);
+            addRows(row + inside, diagonal + (inside - begin) * kBlock, kBlock, end - inside, sums);
+            double* w = i < begin ? row + begin : diagonal + (i - begin) * kBlock;
+            const double pivot = row[i];
+            for (int v = 0; v < 4; ++v)
+                store(w + v * kLanes, -sums[v] / pivot);
+            if (i >= begin) {
+                for (int c = 0; c < i - begin; ++c)
+                    w[c] = 0.0;
+                w[i - begin] = 1.0 / pivot;
+            }
+        }
+        for (int i = 0; i < width; ++i)
+            for (int c = i; c < width; ++c)
+                factor[(begin + i) * length + begin + c] = diagonal[i * kBlock + c];
+    }
+}
+
+// Zeros stand before the first element of a row; products with them change no sum.
+void multiplyByTranspose(const double* triangle, int n, double* buffer, double* product) {
+    const Space space(buffer, n, n);
+    for (int i = 0; i < upTo(kPanel, n); ++i)
+        for (int k = i - i % kPanel; k < n; ++k)
+            space.setElement(k, i, i <= k ? triangle[i * (n + 1LL) + k] : 0.0);
+    for (Index k = 0; k < upTo(kRows, n) * space.length; ++k)
+        space.sums[k] = 0.0;
+    for (int j = 0; j < n; j += kPanel)
+        for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
+            space.add<Kind::plain>(i, j, nullptr, j, n);
+    space.writeSums(product, n);
+    for (int i = 0; i < n; ++i)
+        product[i * (n + 1LL) + n] = 0.0;
+}
+
+long long bufferSize(int height, int rows, int columns) { return Space::sizeOf(height, rows, columns); }
+
+}  // namespace
+
+const NormalKernels normalKernels = {kMostFew,       addFewOf<kMostFew>,  addManyOf, choleskyFactor,
+                                     invertTriangle, multiplyByTranspose, bufferSize};
+
+}  // namespace FIELDSCAN_KERNELS
+}  // namespace fieldscan

@@ -1,0 +1,267 @@
+// Sums in double-double, a sum a lane: each is added up in its order, so lanes hold independent ones.
+//
+//   U^-1       columns j            A W, residuals   equations k, transposed a block at a time
+//   A^T P v    unknowns i
+//
+// An addition waits seven times for the one before it: several registers of sums at a time hide that.
+// Zeros change no sum, so blocks are filled up with them.
+#include "adjustment/refinement_kernels.h"
+
+#include "platform/framework/lanes.h"
+
+#ifdef __FMA__
+#include <immintrin.h>
+#endif
+
+namespace fieldscan {
+namespace FIELDSCAN_KERNELS {
+
+namespace {
+
+using Index = long long;
+
+struct Exact {
+    Lanes hi;
+    Lanes lo;
+};
+
+inline Exact exactSum(Lanes a, Lanes b) {
+    const Lanes sum = a + b;
+    const Lanes part = sum - a;
+    return {sum, (a - (sum - part)) + (b - part)};
+}
+
+inline Exact orderedSum(Lanes a, Lanes b) {
+    const Lanes sum = a + b;
+    return {sum, b - (sum - a)};
+}
+
+// The rest of a product is a double: fused or split, its bits are the same.
+inline Exact exactProduct(Lanes a, Lanes b) {
+    const Lanes product = a * b;
+#if defined(__AVX512F__)
+    return {product, _mm512_fmsub_pd(a, b, product)};
+#elif defined(__FMA__)
+    return {product, _mm256_fmsub_pd(a, b, product)};
+#else
+    constexpr double kSplitter = 134217729.0;
+    const Lanes a1 = a * kSplitter - (a * kSplitter - a), a2 = a - a1;
+    const Lanes b1 = b * kSplitter - (b * kSplitter - b), b2 = b - b1;
+    return {product, ((a1 * b1 - product) + a1 * b2 + a2 * b1) + a2 * b2};
+#endif
+}
+
+inline Exact operator+(Exact a, Exact b) {
+    const Exact sum = exactSum(a.hi, b.hi);
+    return orderedSum(sum.hi, sum.lo + (a.lo + b.lo));
+}
+
+inline Exact operator*(Exact a, Lanes b) {
+    const Exact product = exactProduct(a.hi, b);
+    return orderedSum(product.hi, product.lo + a.lo * b);
+}
+
+inline Exact operator/(Exact a, Lanes b) {
+    const Lanes quotient = a.hi / b;
+    const Exact rest = a + exactProduct(-quotient, b);
+    return orderedSum(quotient, rest.hi / b);
+}
+
+inline Lanes all(double value) { return Lanes{} + value; }
+
+// ---- The inverse of a triangle ----
+
+// Columns `first` to `first` + kVectors kLanes, rows upward; `column` holds them as hi, lo of each row.
+template <int kVectors>
+void invertColumns(const double* factor, int n, int first, double* column, double* inverse) {
+    constexpr int kWidth = kVectors * kLanes;
+    const Index length = n + 1;
+    const int end = first + kWidth < n ? first + kWidth : n;
+    for (int i = end - 1; i >= 0; --i) {
+        const double* u = factor + i * length;
+        double unit[kWidth] = {};
+        if (i >= first)
+            unit[i - first] = 1.0;
+        Exact sums[kVectors];
+        for (int v = 0; v < kVectors; ++v)
+            sums[v] = {load(unit + v * kLanes), Lanes{}};
+        for (Index k = i + 1; k < end; ++k) {
+            const double* w = column + k * 2 * kWidth;
+            for (int v = 0; v < kVectors; ++v)
+                sums[v] = sums[v] + Exact{load(w + v * kLanes), load(w + kWidth + v * kLanes)} * all(-u[k]);
+        }
+        double* w = column + static_cast<Index>(i) * 2 * kWidth;
+        for (int v = 0; v < kVectors; ++v) {
+            const Exact quotient = sums[v] / all(u[i]);
+            store(w + v * kLanes, quotient.hi);
+            store(w + kWidth + v * kLanes, quotient.lo);
+        }
+        for (int j = i > first ? i : first; j < end; ++j)
+            inverse[i * length + j] = w[j - first];
+    }
+}
+
+void invertExactly(const double* factor, int n, double* buffer, double* inverse) {
+    for (Index k = 0; k < n * (n + 1LL); ++k)
+        inverse[k] = 0.0;
+    int first = 0;
+    for (; first + kLanes < n; first += 2 * kLanes)
+        invertColumns<2>(factor, n, first, buffer, inverse);
+    for (; first < n; first += kLanes)
+        invertColumns<1>(factor, n, first, buffer, inverse);
+}
+
+// ---- A W ----
+
+// transposed[i * width + k] = row k, column i for k < count; 0 up to width.
+void transpose(const double* rows, int count, int columns, Index length, int width, double* transposed) {
+    for (int i = 0; i < columns; ++i)
+        for (int k = 0; k < width; ++k)
+            transposed[i * width + k] = k < count ? rows[k * length + i] : 0.0;
+}
+
+inline void addProduct(Exact& sum, Lanes a, double b) { sum = sum + exactProduct(all(b), a); }
+inline void addProduct(Lanes& sum, Lanes a, double b) { sum += a * b; }
+inline Lanes rounded(Exact sum) { return sum.hi; }
+inline Lanes rounded(Lanes sum) { return sum; }
+
+// Columns j to j + kColumns of the products of kLanes rows.
+template <class Sum, int kColumns>
+void multiplyColumns(const double* transposed, const double* w, Index length, int j, int count, double* b) {
+    Sum sums[kColumns] = {};
+    for (int i = 0; i <= j; ++i)
+        for (int c = 0; c < kColumns; ++c)
+            addProduct(sums[c], load(transposed + i * kLanes), w[i * length + j + c]);
+    for (int i = 1; i < kColumns; ++i)
+        for (int c = i; c < kColumns; ++c)
+            addProduct(sums[c], load(transposed + (j + i) * kLanes), w[(j + i) * length + j + c]);
+    for (int c = 0; c < kColumns; ++c)
+        for (int k = 0; k < count; ++k)
+            b[k * length + j + c] = rounded(sums[c])[k];
+}
+
+template <class Sum>
+void multiplyRows(const double* rows, int count, const double* w, int n, double* buffer, double* b) {
+    const Index length = n + 1;
+    for (int first = 0; first < count; first += kLanes, rows += kLanes * length, b += kLanes * length) {
+        const int some = count - first < kLanes ? count - first : kLanes;
+        transpose(rows, some, n, length, kLanes, buffer);
+        int j = 0;
+        for (; j + 4 <= n; j += 4)
+            multiplyColumns<Sum, 4>(buffer, w, length, j, some, b);
+        for (; j + 2 <= n; j += 2)
+            multiplyColumns<Sum, 2>(buffer, w, length, j, some, b);
+        if (j < n)
+            multiplyColumns<Sum, 1>(buffer, w, length, j, some, b);
+    }
+}
+
+// ---- Misclosures ----
+
+constexpr int kBlock = 2 * kLanes;  // equations
+
+// sums += residuals rows, for the unknowns i of kVectors registers.
+template <int kVectors>
+void addResiduals(const double* rows, Index length, const double (&high)[kBlock], const double (&low)[kBlock],
+                  double* sumHigh, double* sumLow) {
+    Exact sums[kVectors];
+    for (int v = 0; v < kVectors; ++v)
+        sums[v] = {load(sumHigh + v * kLanes), load(sumLow + v * kLanes)};
+    for (int k = 0; k < kBlock; ++k)
+        for (int v = 0; v < kVectors; ++v)
+            sums[v] = sums[v] + Exact{all(high[k]), all(low[k])} * load(rows + k * length + v * kLanes);
+    for (int v = 0; v < kVectors; ++v) {
+        store(sumHigh + v * kLanes, sums[v].hi);
+        store(sumLow + v * kLanes, sums[v].lo);
+    }
+}
+
+void misclosure(const Equations& equations, const double* high, const double* low, double* buffer,
+                double* sums) {
+    const int n = equations.n, padded = (n + kLanes - 1) / kLanes * kLanes;
+    const Index length = n + 1;
+    double* const transposed = buffer;
+    double* const last = transposed + kBlock * length;
+    double* const sumHigh = last + kBlock * length + kLanes;
+    double* const sumLow = sumHigh + padded;
+    for (int i = 0; i < 2 * padded; ++i)
+        sumHigh[i] = 0.0;
+    for (int first = 0; first < equations.m; first += kBlock) {
+        const int count = equations.m - first < kBlock ? equations.m - first : kBlock;
+        const double* rows = equations.rows + first * length;
+        transpose(rows, count, n + 1, length, kBlock, transposed);
+        double weights[kBlock] = {}, residualHigh[kBlock], residualLow[kBlock];
+        for (int k = 0; k < count; ++k)
+            weights[k] = equations.weights[first + k];
+        Exact residuals[2];
+        for (int v = 0; v < 2; ++v)
+            residuals[v] = {load(transposed + n * kBlock + v * kLanes), Lanes{}};
+        for (int i = 0; i < n; ++i)
+            for (int v = 0; v < 2; ++v)
+                residuals[v] = residuals[v] +
+                               Exact{all(high[i]), all(low[i])} * -load(transposed + i * kBlock + v * kLanes);
+        for (int v = 0; v < 2; ++v) {
+            residuals[v] = residuals[v] * load(weights + v * kLanes);
+            store(residualHigh + v * kLanes, residuals[v].hi);
+            store(residualLow + v * kLanes, residuals[v].lo);
+        }
+        if ((equations.m - first) * length <
+            kBlock * length + kLanes) {  // registers reach behind the last row
+            for (Index k = 0; k < kBlock * length + kLanes; ++k)
+                last[k] = k < count * length ? rows[k] : 0.0;
+            rows = last;
+        }
+        int i = 0;
+        for (; i + 3 * kLanes < n; i += 4 * kLanes)
+            addResiduals<4>(rows + i, length, residualHigh, residualLow, sumHigh + i, sumLow + i);
+        for (; i + kLanes < n; i += 2 * kLanes)
+            addResiduals<2>(rows + i, length, residualHigh, residualLow, sumHigh + i, sumLow + i);
+        for (; i < n; i += kLanes)
+            addResiduals<1>(rows + i, length, residualHigh, residualLow, sumHigh + i, sumLow + i);
+    }
+    for (int i = 0; i < n; ++i)
+        sums[i] = sumHigh[i];
+}
+
+// ---- Reflections ----
+
+void columnSquares(const double* rows, int count, Index length, double* sums) {
+    for (Index i = 0; i < length; i += kLanes) {
+        Lanes sum = {};
+        for (Index k = 0; k < count; ++k) {
+            const Lanes a = load(rows + k * length + i);
+            sum += a * a;
+        }
+        store(sums + i, sum);
+    }
+}
+
+template <int kVectors>
+void reflectVectors(double* rows, int count, Index length, const double* v, double divisor) {
+    Lanes sums[kVectors] = {};
+    const double* row = rows;
+    for (int k = 0; k < count; ++k, row += length)
+        for (int i = 0; i < kVectors; ++i)
+            sums[i] += load(row + i * kLanes) * v[k];
+    for (int i = 0; i < kVectors; ++i)
+        sums[i] /= all(divisor);
+    for (int k = 0; k < count; ++k, rows += length)
+        for (int i = 0; i < kVectors; ++i)
+            store(rows + i * kLanes, load(rows + i * kLanes) - sums[i] * v[k]);
+}
+
+void reflectColumns(double* rows, int count, Index length, Index begin, const double* v, double divisor) {
+    Index i = begin;
+    for (; i + 4 * kLanes <= length; i += 4 * kLanes)
+        reflectVectors<4>(rows + i, count, length, v, divisor);
+    for (; i < length; i += kLanes)
+        reflectVectors<1>(rows + i, count, length, v, divisor);
+}
+
+}  // namespace
+
+const RefinementKernels refinementKernels = {invertExactly, multiplyRows<Lanes>, multiplyRows<Exact>,
+                                             misclosure,    columnSquares,       reflectColumns};
+
+}  // namespace FIELDSCAN_KERNELS
+}  // namespace fieldscan

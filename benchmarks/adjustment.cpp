@@ -1,0 +1,154 @@
+// Adjustments: forming, solving and cofactors of the unknowns in one call, weights 1.
+#include <cblas.h>
+#include <fieldscan/least_squares.h>
+
+#include <random>
+
+#include "benchmarks/dense_peers.h"
+#include "benchmarks/race.h"
+
+extern "C" {
+void dpotrf_(const char* triangle, const int* n, double* a, const int* stride, int* info);
+void dpotri_(const char* triangle, const int* n, double* a, const int* stride, int* info);
+}
+
+namespace {
+
+using fieldscan::InstructionSet;
+
+std::vector<double> zeros(int rows, int columns) {
+    return std::vector<double>(static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns));
+}
+
+// The same equations for both sides, and room for the results of the peers.
+class Equations {
+public:
+    // Four unknowns: a transformation between points, reduced to their middle or at the coordinates of a
+    // national grid (m). More: coefficients at random; ill-conditioned, they leave a common one by a
+    // thousandth.
+    Equations(int m, int n, bool illConditioned)
+        : m_m(m),
+          m_n(n),
+          m_coefficients(zeros(m, n)),
+          m_observations(zeros(m, 1)),
+          m_unknowns(zeros(n, 1)),
+          m_cofactors(zeros(n, n)),
+          m_ours(m, n) {
+        std::mt19937_64 engine(7);
+        const auto around = [&engine](double size) {
+            return std::uniform_real_distribution<double>(-size, size)(engine);
+        };
+        double x = 0.0, y = 0.0, common = 0.0;
+        for (int k = 0; k < m; ++k) {
+            double observation = around(0.01);
+            if (k % 2 == 0) {
+                x = around(500.0) + (illConditioned ? 5320000.0 : 0.0);
+                y = around(500.0) + (illConditioned ? 4470000.0 : 0.0);
+            }
+            common = around(10.0);
+            for (int j = 0; j < n; ++j) {
+                const double pair[2][4] = {{x, -y, 1.0, 0.0}, {y, x, 0.0, 1.0}};
+                const double c = n == 4           ? pair[k % 2][j]
+                                 : illConditioned ? common + around(0.01)
+                                                  : around(10.0);
+                observation += c * (n != 4 ? 1.0 + j : j < 2 ? 0.8 - 0.2 * j : 300.0);
+                m_coefficients.data()[j * m + k] = c;
+                m_ours.SetObeq(j, c);
+            }
+            m_observations.data()[k] = observation;
+            m_ours.SetObeq(n, observation);
+        }
+    }
+
+    CLeastSq& ours() { return m_ours; }
+    DenseProblem problem() {
+        return {
+            m_m, m_n, m_coefficients.data(), m_observations.data(), m_unknowns.data(), m_cofactors.data()};
+    }
+
+    void requireAgreement(const Contender& peer, double tolerance) {
+        require(m_ours.Solve() == 1, "Solve");
+        peer.run();
+        std::vector<double> unknowns, cofactors;
+        for (int i = 0; i < m_n; ++i) {
+            unknowns.push_back(m_ours.GetBcor(i));
+            for (int j = 0; j < m_n; ++j)
+                cofactors.push_back(m_ours.GetCovar(i, j));
+        }
+        require(agree(unknowns, m_unknowns, tolerance), "unknowns, " + peer.name);
+        require(agree(cofactors, m_cofactors, tolerance), "cofactors, " + peer.name);
+    }
+
+private:
+    int m_m, m_n;
+    std::vector<double> m_coefficients, m_observations, m_unknowns, m_cofactors;
+    CLeastSq m_ours;
+};
+
+void solveByOpenBlas(const DenseProblem& p) {
+    std::vector<double> factor = zeros(p.n, p.n);
+    double* normal = factor.data();
+    int info = 0;
+    cblas_dsyrk(CblasColMajor, CblasLower, CblasTrans, p.n, p.m, 1.0, p.coefficients, p.m, 0.0, normal, p.n);
+    dpotrf_("L", &p.n, normal, &p.n, &info);
+    cblas_dgemv(CblasColMajor, CblasTrans, p.m, p.n, 1.0, p.coefficients, p.m, p.observations, 1, 0.0,
+                p.unknowns, 1);
+    cblas_dtrsv(CblasColMajor, CblasLower, CblasNoTrans, CblasNonUnit, p.n, normal, p.n, p.unknowns, 1);
+    cblas_dtrsv(CblasColMajor, CblasLower, CblasTrans, CblasNonUnit, p.n, normal, p.n, p.unknowns, 1);
+    dpotri_("L", &p.n, normal, &p.n, &info);
+    for (int j = 0; j < p.n; ++j)  // dpotri gives one triangle
+        for (int i = j; i < p.n; ++i)
+            p.cofactors[i * p.n + j] = p.cofactors[j * p.n + i] = normal[j * p.n + i];
+}
+
+struct Size {
+    int n, m;
+    double native, plain, refined, refinedPlain;  // bars
+};
+const Size kSizes[] = {{4, 8, 0.50, 1.0, 0.55, 1.5},       {4, 40, 0.50, 1.0, 0.55, 1.5},
+                       {4, 200, 0.50, 1.0, 0.55, 1.5},     {4, 2000, 0.50, 1.0, 0.55, 1.5},
+                       {12, 500, 0.75, 1.0, 0.55, 1.5},    {30, 5000, 0.65, 1.0, 0.55, 0.55},
+                       {100, 2000, 0.90, 1.0, 0.55, 0.55}, {300, 5000, 1.15, Bar::kNone, 0.55, 0.55}};
+
+using Solver = void(const DenseProblem& problem);
+
+void raceSolvers(Races& races, const std::string& row, const Size& size, double bar, double tolerance,
+                 bool illConditioned, const std::vector<std::pair<const char*, Solver*>>& solvers) {
+    const std::string name = row + ", " + std::to_string(size.m) + " x " + std::to_string(size.n);
+    if (!races.wanted(name) || (races.quick() && size.n > 30))
+        return;
+    Equations equations(size.m, size.n, illConditioned);
+    const DenseProblem problem = equations.problem();
+    std::vector<Contender> peers;
+    for (const auto& [peer, solver] : solvers) {
+        peers.push_back({peer, [&problem, run = solver] { run(problem); }});
+        equations.requireAgreement(peers.back(), tolerance);
+    }
+    races.race(name, {"CLeastSq", [&equations] { equations.ours().Solve(); }}, {{bar, peers}});
+}
+
+}  // namespace
+
+void raceAdjustment(Races& races) {
+    openblas_set_num_threads(1);
+    for (const Size& size : kSizes)
+        raceSolvers(races, "solve", size, size.native, 1e-9, false,
+                    {{"Eigen LLT", eigen_native::solveByProduct},
+                     {"Eigen LLT, rankUpdate", eigen_native::solveByRankUpdate},
+                     {"OpenBLAS", solveByOpenBlas}});
+    onInstructionSet(InstructionSet::baseline, [&races] {
+        for (const Size& size : kSizes)
+            raceSolvers(races, "solve, SSE2", size, size.plain, 1e-9, false,
+                        {{"Eigen LLT", eigen_plain::solveByProduct},
+                         {"Eigen LLT, rankUpdate", eigen_plain::solveByRankUpdate}});
+    });
+    // Half of the digits are beyond a factorization in double: its own rounding, times the condition.
+    for (const Size& size : kSizes)
+        raceSolvers(races, "refined", size, size.refined, 1e-7, true,
+                    {{"Eigen HouseholderQR", eigen_native::solveByHouseholder}});
+    onInstructionSet(InstructionSet::baseline, [&races] {
+        for (const Size& size : kSizes)
+            raceSolvers(races, "refined, SSE2", size, size.refinedPlain, 1e-7, true,
+                        {{"Eigen HouseholderQR", eigen_plain::solveByHouseholder}});
+    });
+}

@@ -1,0 +1,28 @@
+// Dense linear algebra of the peers. Equations come column by column, m x n and m observations.
+#ifndef FIELDSCAN_BENCHMARKS_DENSE_PEERS_H
+#define FIELDSCAN_BENCHMARKS_DENSE_PEERS_H
+
+// What an adjustment gives, in memory of the caller: n unknowns and the n x n cofactors.
+struct DenseProblem {
+    int m, n;
+    const double* coefficients;
+    const double* observations;
+    double* unknowns;
+    double* cofactors;
+};
+
+// eigen.cpp is compiled twice, each time into a library of its own that shares no inline function with the
+// other: Eigen's have the same names whatever they are compiled for.
+#define FIELDSCAN_EIGEN_FUNCTIONS                                                               \
+    __attribute__((visibility("default"))) void solveByProduct(const DenseProblem& problem);    \
+    __attribute__((visibility("default"))) void solveByRankUpdate(const DenseProblem& problem); \
+    __attribute__((visibility("default"))) void solveByHouseholder(const DenseProblem& problem);
+
+namespace eigen_native {  // -O3 -march=native
+FIELDSCAN_EIGEN_FUNCTIONS
+}
+namespace eigen_plain {  // -O3
+FIELDSCAN_EIGEN_FUNCTIONS
+}
+
+#endif

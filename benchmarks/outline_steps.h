@@ -1,0 +1,9 @@
+// CCalcXYZHV::IsPolyInside step by step, as its rules are stated, with a copy of each vertex: the plain way.
+#ifndef FIELDSCAN_BENCHMARKS_OUTLINE_STEPS_H
+#define FIELDSCAN_BENCHMARKS_OUTLINE_STEPS_H
+
+#include <fieldscan/polyline.h>
+
+int isInsideByTheSteps(const CPolyline& outline, double h, double v);
+
+#endif

@@ -1,0 +1,71 @@
+// The readers of point, image-coordinate and scan result files. What was read and written again reads the
+// same.
+#include <fieldscan/point_files.h>
+#include <fieldscan/scan_result_files.h>
+
+#include "fuzz/input.h"
+
+namespace {
+
+using Points = CArray<CXYZ, CXYZ&>;
+
+struct Versioned {
+    Points points;
+    CArray<double, double> first, second;
+    CStringArray texts;
+};
+
+const MemoryFile& file() {
+    static const MemoryFile memory;
+    return memory;
+}
+
+// Names and numbers that a file gave are written so that they read the same again.
+void comesBack(Points& points) {
+    CString path = file().path();
+    require(WriteCSVFile(&path, points, 0) == 1);
+    const std::string once = file().get();
+    require(ReadCSVFile(&path, points, 1) == 1);
+    require(WriteCSVFile(&path, points, 0) == 1);
+    require(file().get() == once);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    FuzzedDataProvider input(data, size);
+    chooseCodePage(input);
+    const int which = input.ConsumeIntegralInRange(0, 4);
+    const std::string bytes = input.ConsumeRemainingBytesAsString();
+    file().put(bytes);
+    CString path = file().path();
+    Points points;
+    if (which == 0) {
+        ReadCSVFile(&path, points, 1);
+        require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
+        comesBack(points);
+    } else if (which == 1) {
+        ReadOccInfoFile(&path, points, 1);
+        require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
+    } else if (which == 2) {
+        CString name;
+        CSize image;
+        ReadImcFile(&path, &name, image, points, 1);
+        require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
+    } else if (which == 3) {
+        Versioned scan;
+        KVX4NP_ReadCSVFile(path, scan.points, scan.first, scan.second, scan.texts);
+        require(scan.points.GetSize() == scan.first.GetSize() &&
+                scan.first.GetSize() == scan.second.GetSize() &&
+                scan.second.GetSize() == scan.texts.GetSize());
+        require(KVX4NP_CSVFileWrite(path, scan.points, scan.first, scan.second, scan.texts, 0) == 1);
+    } else {
+        CFile scan;
+        require(scan.Open(path, CFile::modeRead) == 1);
+        require(ReadHeader(&scan, u"FIELD_SCAN_MPT_FILEVER1.0") == 0 ||
+                bytes.find("FIELD_SCAN") < bytes.size());
+        require(ScanFileAdd(path, CXYZ(u"P", 1, 2, 3)) == 1);
+        require(file().get() == bytes + "P,1.000000,2.000000,3.000000\n");
+    }
+    return 0;
+}

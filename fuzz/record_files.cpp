@@ -1,0 +1,74 @@
+// The readers of camera, scan-area, panorama, orientation, unit, range and registry files. What a file gave
+// is written and read again without loss beyond its decimals.
+#include <fieldscan/camera.h>
+#include <fieldscan/panorama_files.h>
+#include <fieldscan/range.h>
+#include <fieldscan/scan_area.h>
+#include <fieldscan/unit_settings.h>
+
+#include "fuzz/input.h"
+#include "platform/system.h"
+
+namespace {
+
+const MemoryFile& file() {
+    static const MemoryFile memory;
+    return memory;
+}
+
+// Writing what was read from a written file gives that file again.
+template <class Read, class Write>
+void settles(Read read, Write write) {
+    if (!read())
+        return;
+    require(write());
+    const std::string once = file().get();
+    require(read());
+    require(write());
+    require(file().get() == once);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    FuzzedDataProvider input(data, size);
+    chooseCodePage(input);
+    const int which = input.ConsumeIntegralInRange(0, 7);
+    const std::string bytes = input.ConsumeRemainingBytesAsString();
+    file().put(bytes);
+    const CString path = file().path();
+    double v[6] = {};
+    if (which == 0) {
+        CCamera camera;
+        camera.Read(path);
+        require(static_cast<std::size_t>(camera.marks.GetSize() + camera.dist.radius.GetSize()) <=
+                bytes.size());
+        require(camera.Write(path));
+    } else if (which == 1) {
+        CScanArea area;
+        area.Read(path);
+        require(static_cast<std::size_t>(area.shootAngles.GetSize()) <= bytes.size());
+        require(area.Write(path));
+    } else if (which == 2) {
+        CScanArea area;
+        settles([&] { return area.Read2(path); }, [&] { return area.Write2(path); });
+    } else if (which == 3) {
+        settles([&] { return KVX4NP_ReadPanoramaInfo(path, v[0], v[1], v[2], v[3]); },
+                [&] { return KVX4NP_WritePanoramaInfo(path, v[0], v[1], v[2], v[3]); });
+    } else if (which == 4) {
+        settles([&] { return ReadExtFile(path, v[0], v[1], v[2], v[3], v[4], v[5]); },
+                [&] { return WriteExtFile(path, v[0], v[1], v[2], v[3], v[4], v[5]); });
+    } else if (which == 5) {
+        CTSUnit units;
+        settles([&] { return units.Read(path); }, [&] { return units.Write(path); });
+    } else if (which == 6) {
+        CRange range;
+        settles([&] { return range.Read(path); }, [&] { return range.Write(path, RANGE_MATH, RANGE_METRE); });
+    } else {
+        setenv("FIELDSCAN_REGISTRY", file().hostPath().c_str(), 1);
+        CString text(u"untouched");
+        if (!fieldscan::system::registryText(u"System\\StorageManager\\Profiles\\SDMMC", u"Folder", text))
+            require(text == CString(u"untouched"));
+    }
+    return 0;
+}

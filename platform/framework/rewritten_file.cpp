@@ -1,0 +1,38 @@
+#include "platform/framework/rewritten_file.h"
+
+#include "platform/framework/out_of_memory.h"
+#include "platform/system.h"
+
+namespace fieldscan {
+
+bool RewrittenFile::open(const CString& path) {
+    m_path = path;
+    m_new = path + u".new~";
+    m_made = !system::isFile(path);
+    // Whoever may not write to the old file may not replace it either.
+    if (!m_file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
+        return false;
+    m_beside = system::isReplaceable(path) && m_file.Open(m_new, CFile::modeCreate | CFile::modeWrite);
+    return m_beside || m_file.Open(path, CFile::modeCreate | CFile::modeWrite);
+}
+
+bool RewrittenFile::finish(bool written) {
+    if (!m_file.IsOpen())
+        return false;
+    const bool flushed = written && m_file.Flush() == 1;
+    const bool complete = m_file.Close() == 1 && flushed;
+    if (!m_beside)
+        return complete;
+    const auto replaced = [&] { return complete && system::replaceFile(m_new, m_path) ? 1 : 0; };
+    if (zeroIfOutOfMemory(replaced))
+        return true;
+    zeroIfOutOfMemory([&] {
+        system::removeFile(m_new);
+        if (m_made)
+            system::removeFile(m_path);
+        return 1;
+    });
+    return false;
+}
+
+}  // namespace fieldscan
