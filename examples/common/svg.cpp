@@ -1,6 +1,7 @@
 #include "common/svg.h"
 
 #include <fstream>
+#include <iostream>
 
 #include "common/files.h"
 #include "common/text.h"
@@ -71,6 +72,10 @@ double Svg::nameSign(double x, double y, const char* words) {
 }
 
 void Svg::save(const std::filesystem::path& path) const {
+    if (path == "-") {
+        std::cout << m_text << "</svg>\n";
+        return;
+    }
     std::ofstream file(path, std::ios::binary);
     file << m_text << "</svg>\n";
     file.close();

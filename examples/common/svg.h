@@ -29,7 +29,7 @@ public:
     // The words behind a sign of the legend that begins at x; returns where the next sign begins.
     double nameSign(double x, double y, const char* words);
 
-    // Throws std::runtime_error when the file cannot be written.
+    // "-" is standard output. Throws std::runtime_error when the file cannot be written.
     void save(const std::filesystem::path& path) const;
 
 private:

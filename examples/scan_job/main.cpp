@@ -5,10 +5,10 @@
 #include <string>
 
 #include "common/command_line.h"
+#include "common/progress.h"
 #include "common/text.h"
 #include "options.h"
 #include "picture.h"
-#include "progress.h"
 #include "record.h"
 #include "scan_job.h"
 

@@ -127,6 +127,8 @@ void Drawing::cornerFrame() {
 void Drawing::outline() {
     std::string way;
     const CPolyline& vertices = m_job.area.outlinePolyline;
+    if (vertices.GetVertexSize() == 0)
+        return;
     for (int i = 0; i < vertices.GetVertexSize(); ++i) {
         const CVertex* vertex = vertices.GetVertex(static_cast<unsigned int>(i));
         way += format("%c%.1f %.1f", i == 0 ? 'M' : 'L', m_view.x(m_job.fromMiddle(vertex->x)),
@@ -177,6 +179,14 @@ void Drawing::corners() {
 
 void Drawing::title(int beyond) {
     const std::string station = utf8(m_job.station.name);
+    if (m_job.points.IsEmpty()) {
+        text(View::kLeft, 36.0, "start", "Scan area", "font-size=\"19\" font-weight=\"bold\"");
+        text(View::kLeft, 60.0, "start",
+             format("%d shots; outline of %d vertices", m_job.area.shootAngles.GetSize(),
+                    m_job.area.outlineAngles.GetSize()),
+             "font-size=\"13\"");
+        return;
+    }
     text(View::kLeft, 36.0, "start", station.empty() ? "Scan job" : "Scan job from station " + station,
          "font-size=\"19\" font-weight=\"bold\"");
     std::string counts = format("%d points: %d inside the outline, %d outside", m_job.points.GetSize(),
@@ -192,10 +202,12 @@ void Drawing::legend() {
     const double y = m_view.paperHeight() - 24.0;
     double x = View::kLeft;
     const auto name = [&](const char* words) { x = nameSign(x, y, words); };
-    dot(x + 10.0, y, 4.0, kInside);
-    name("inside");
-    dot(x + 10.0, y, 4.0, kOutside);
-    name("outside");
+    if (!m_job.points.IsEmpty()) {
+        dot(x + 10.0, y, 4.0, kInside);
+        name("inside");
+        dot(x + 10.0, y, 4.0, kOutside);
+        name("outside");
+    }
     line(x, y, x + 20.0, y, kLine, 2.0);
     name("outline");
     line(x, y, x + 20.0, y, kFrame, 1.2, "2 3");

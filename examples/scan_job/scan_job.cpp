@@ -15,8 +15,6 @@ constexpr double kRadiansPerDegree = 0.017453292519943295;
 constexpr double kShotWidth = 16.0;
 constexpr double kShotHeight = 15.0;
 
-std::string line(int index) { return "line " + std::to_string(index + 1); }
-
 const char* meaningOf(int code) {
     switch (code) {
         case -1:
@@ -60,13 +58,17 @@ double ScanJob::fromMiddle(double horizontalAngle) const {
 double signedElevation(double elevation) { return CCalcXYZHV::AngleDifference(0.0, elevation); }
 
 void readOutline(const fs::path& path, ScanJob& job) {
-    const std::string expected =
-        "; expected are lines \"name,horizontal angle,zenith angle,0\" in degrees, the horizontal angle from "
-        "-360 to 360, the zenith angle between 0 and 180";
     CString file = libraryPath(path);
     CArray<CXYZ, CXYZ&> vertices;
     if (ReadCSVFile(&file, vertices, 1) != 1)
         fail(path, "the outline file cannot be opened");
+    setOutline(vertices, path, job);
+}
+
+void setOutline(const CArray<CXYZ, CXYZ&>& vertices, const fs::path& path, ScanJob& job) {
+    const std::string expected =
+        "; expected are lines \"name,horizontal angle,zenith angle,0\" in degrees, the horizontal angle from "
+        "-360 to 360, the zenith angle between 0 and 180";
     if (vertices.GetSize() < 3)
         fail(path, "an outline needs three vertices, this file has " + std::to_string(vertices.GetSize()) +
                        expected);
@@ -74,7 +76,7 @@ void readOutline(const fs::path& path, ScanJob& job) {
     for (int i = 0; i < vertices.GetSize(); ++i) {
         const CXYZ& vertex = vertices[i];
         if (!isFinite(vertex) || std::fabs(vertex.x) > 360.0 || vertex.y <= 0.0 || vertex.y >= 180.0)
-            fail(path, line(i) + " holds no direction" + expected);
+            fail(fs::path(path) += ":" + std::to_string(i + 1), "no direction" + expected);
         CWPK angles(vertex.y / kDegreesPerRadian, 0.0, vertex.x / kDegreesPerRadian);
         job.area.NormalizeAngle(angles.kappa);
         job.area.outlineAngles.Add(angles);
@@ -126,18 +128,20 @@ void planShots(ScanJob& job) {
     check(area);
 }
 
+void placeSight(const ScanJob& job, Sight& sight) {
+    sight.elevation = CCalcXYZHV::AngleZ0toH0(sight.zenith);
+    const int inside = CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, sight.direction, sight.elevation);
+    sight.place = inside == 1 ? Place::inside : Place::outside;
+}
+
 void sightPoints(ScanJob& job, const Progress& progress) {
     job.sights.clear();
     const int total = job.points.GetSize();
     for (int i = 0; i < total; ++i) {
         Sight sight = {0.0, 0.0, 0.0, Place::atStation};
         if (CCalcXYZHV::XYZToHV(job.station, job.points[i], job.instrumentHeight, sight.zenith,
-                                sight.direction) == 1) {
-            sight.elevation = CCalcXYZHV::AngleZ0toH0(sight.zenith);
-            const int inside =
-                CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, sight.direction, sight.elevation);
-            sight.place = inside == 1 ? Place::inside : Place::outside;
-        }
+                                sight.direction) == 1)
+            placeSight(job, sight);
         job.sights.push_back(sight);
         progress(i + 1, total);
     }

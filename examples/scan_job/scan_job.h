@@ -54,9 +54,13 @@ double signedElevation(double elevation);
 
 // A failure of one of these is a std::runtime_error with a text for the operator.
 void readOutline(const std::filesystem::path& path, ScanJob& job);
+// The same from what was read: vertex i stands on line i + 1 of the file, which messages name.
+void setOutline(const CArray<CXYZ, CXYZ&>& vertices, const std::filesystem::path& path, ScanJob& job);
 CXYZ readStation(const std::filesystem::path& path);
 void measureArea(ScanJob& job);
 void planShots(ScanJob& job);
+// The place of a direction with a zenith angle, which sets the sight's elevation too.
+void placeSight(const ScanJob& job, Sight& sight);
 void sightPoints(ScanJob& job, const Progress& progress);
 
 #endif

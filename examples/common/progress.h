@@ -1,6 +1,6 @@
 // Progress of long work, shown to a person only.
-#ifndef EXAMPLES_SCAN_JOB_PROGRESS_H
-#define EXAMPLES_SCAN_JOB_PROGRESS_H
+#ifndef EXAMPLES_COMMON_PROGRESS_H
+#define EXAMPLES_COMMON_PROGRESS_H
 
 #include <cstdio>
 

@@ -1,0 +1,74 @@
+// inside: which points lie inside the outline of a scan area.
+#include <cmath>
+#include <cstdio>
+#include <memory>
+
+#include "area.h"
+#include "common/progress.h"
+#include "common/text.h"
+#include "options.h"
+#include "points.h"
+#include "subcommands.h"
+
+namespace {
+
+struct Options {
+    std::string area, points, page;
+    StationOptions station;
+};
+
+void takeDirections(const TextFile& file, ScanJob& job) {
+    for (int i = 0; i < job.points.GetSize(); ++i) {
+        const CXYZ& point = job.points[i];
+        if (std::fabs(point.x) > 360.0 || point.y < 0.0 || point.y > 180.0)
+            file.fail(i + 1, "expected name,horizontal angle,zenith angle,0 in degrees (or --station)");
+        Sight sight = {point.x, point.y, 0.0, Place::outside};
+        CCalcXYZHV::Angle0To360(sight.direction);
+        placeSight(job, sight);
+        job.sights.push_back(sight);
+    }
+}
+
+void run(const Options& options) {
+    useCodePage(options.page);
+    ScanJob job;
+    readArea(TextFile(options.area), job, true);
+    const TextFile file(options.points);
+    readPoints(file, job.points);
+    if (options.station.given()) {
+        job.station = options.station.station();
+        job.instrumentHeight = options.station.height();
+        ProgressLine progress("Sighting the points");
+        sightPoints(job, std::ref(progress));
+    } else {
+        takeDirections(file, job);
+    }
+    static const char* const kPlaces[] = {"inside", "outside", "at station"};
+    for (int i = 0; i < job.points.GetSize(); ++i)
+        std::printf("%s,%s\n", utf8(job.points[i].name).c_str(),
+                    kPlaces[static_cast<int>(job.sights[static_cast<std::size_t>(i)].place)]);
+}
+
+}  // namespace
+
+void addInside(CLI::App& program, int&) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command =
+        program.add_subcommand("inside", "Tells which points lie inside the outline of a scan area");
+    command->footer(
+        "Standard output: lines name,inside or name,outside in UTF-8; name,\"at station\" straight above or\n"
+        "below it.");
+    command
+        ->add_option("AREA", options->area,
+                     "a scan-area file of the second version, or an outline: lines\n"
+                     "name,horizontal angle,zenith angle,0 in degrees")
+        ->required();
+    command
+        ->add_option("POINTS", options->points,
+                     "with a station points (x north, y east, z up), without one directions: lines like\n"
+                     "those of an outline")
+        ->required();
+    options->station.addTo(*command);
+    addCodePageOption(*command, "--page", options->page, "code page of the files");
+    command->callback([options] { run(*options); });
+}

@@ -1,0 +1,54 @@
+// fieldscan: the library's files and computations at a desk.
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <iostream>
+
+#include "subcommands.h"
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace {
+
+volatile std::sig_atomic_t readerIsGone = 0;
+
+}  // namespace
+
+int main(int argc, char** argv) {
+#if defined(_WIN32)
+    // Files through the standard streams are bytes.
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+#else
+    // A reader that has seen enough, such as head, ends the program, but not before its temporary files go.
+    std::signal(SIGPIPE, [](int) { readerIsGone = 1; });
+#endif
+    int exitCode = kFine;
+    try {
+        CLI::App program("Files and computations of a scanning total station.", "fieldscan");
+        program.footer(
+            "A FILE may be \"-\", standard input. Exit codes: 0 fine, 1 the data are wrong, 2 wrong use.\n"
+            "\"fieldscan SUBCOMMAND --help\" tells more.");
+        for (const auto add : {addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw})
+            add(program, exitCode);
+        try {
+            program.parse(argc, argv);
+            if (program.get_subcommands().empty())  // not require_subcommand, which hides a misspelt one
+                throw CLI::RequiredError("SUBCOMMAND");
+        } catch (const CLI::ParseError& error) {
+            exitCode = program.exit(error) == 0 ? kFine : kWrongUse;
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        exitCode = kDataAreWrong;
+    }
+    if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+        if (!readerIsGone)
+            std::fprintf(stderr, "(standard output): cannot be written\n");
+        exitCode = kDataAreWrong;
+    }
+    return exitCode;
+}

@@ -1,0 +1,26 @@
+// Points and the station, as the subcommands that compute take them.
+#ifndef TOOLS_POINTS_H
+#define TOOLS_POINTS_H
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "contents.h"
+
+// The points of a point, occupied-point or scan result file. Throws DataError with the first fault of its
+// lines.
+Format readPoints(const TextFile& file, CArray<CXYZ, CXYZ&>& points);
+
+// --station, --station-file, --height
+class StationOptions {
+public:
+    void addTo(CLI::App& command);
+    bool given() const { return !m_coordinates.empty() || !m_file.empty(); }
+    CXYZ station() const;
+    double height() const;
+
+private:
+    std::string m_coordinates, m_file, m_height = "0";
+};
+
+#endif
