@@ -153,6 +153,8 @@ void multiplyRows(const double* rows, int count, const double* w, int n, double*
             multiplyColumns<Sum, 2>(buffer, w, length, j, some, b);
         if (j < n)
             multiplyColumns<Sum, 1>(buffer, w, length, j, some, b);
+        for (Index k = 0; k < some; ++k)
+            b[k * length + n] = rows[k * length + n];
     }
 }
 
