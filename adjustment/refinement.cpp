@@ -26,31 +26,71 @@ std::size_t count(int n) { return static_cast<std::size_t>(n); }
 
 Vector kernelBuffer(int n) { return Vector(count(n + 8) * kRefinementBuffer); }
 
-// S = B^T P B, B = A W.
-Vector orthonormalityOf(const Equations& equations, const Vector& w, bool exactly) {
+// How A W is computed; by the errors that its columns can bear.
+enum class Product { plain, sliced, exact };
+
+// W's slice and rest, one behind the other; column j is measured by its largest element.
+Vector slicesOf(const Vector& w, const Vector& units) {
+    const std::size_t n = units.size(), length = n + 1;
+    Vector slices(2 * w.size(), 0.0);
+    for (std::size_t j = 0; j < n; ++j) {
+        double largest = 0.0;
+        for (std::size_t i = 0; i <= j; ++i)
+            largest = std::max(largest, std::fabs(w[i * length + j]) * units[i]);
+        for (std::size_t i = 0; i <= j; ++i) {
+            const std::size_t at = i * length + j;
+            const double c = largest * kSlice / units[i];
+            slices[at] = (w[at] + c) - c;
+            slices[at + w.size()] = w[at] - slices[at];
+        }
+    }
+    return slices;
+}
+
+// Powers of two near the lengths of the columns of A.
+Vector unitsOf(const double* normal, int n) {
+    Vector units(count(n));
+    for (int i = 0; i < n; ++i)
+        units[count(i)] = std::ldexp(1.0, std::ilogb(std::sqrt(normal[i * (n + 2)])));
+    return units;
+}
+
+// S | B^T P l, S = B^T P B, B = A W.
+Vector orthonormalityOf(const Equations& equations, const double* normal, const Vector& w, Product product) {
     constexpr int kBlock = 256;  // rows of B at a time
     const RefinementKernels& kernels = FIELDSCAN_CHOSEN(refinementKernels);
-    const auto multiply = exactly ? kernels.multiplyRowsExactly : kernels.multiplyRows;
     const int n = equations.n;
     const std::size_t length = count(n) + 1;
-    Vector normal(count(n) * length, 0.0), block(count(std::min(kBlock, equations.m)) * length, 0.0),
-        buffer = kernelBuffer(n);
+    Vector sums(count(n) * length, 0.0), block(count(std::min(kBlock, equations.m)) * length),
+        buffer = kernelBuffer(n), units, slices;
+    if (product == Product::sliced) {
+        units = unitsOf(normal, n);
+        slices = slicesOf(w, units);
+    }
     for (int first = 0; first < equations.m; first += kBlock) {
         const int rows = std::min(kBlock, equations.m - first);
-        multiply(equations.rows + count(first) * length, rows, w.data(), n, buffer.data(), block.data());
-        addToNormal({block.data(), equations.weights + first, rows, n}, normal.data());
+        const double* const a = equations.rows + count(first) * length;
+        if (product == Product::plain)
+            kernels.multiplyRows(a, rows, w.data(), n, buffer.data(), block.data());
+        else if (product == Product::sliced)
+            kernels.multiplyRowsInSlices(a, rows, slices.data(), slices.data() + w.size(), units.data(), n,
+                                         buffer.data(), block.data());
+        else
+            kernels.multiplyRowsExactly(a, rows, w.data(), n, buffer.data(), block.data());
+        addToNormal({block.data(), equations.weights + first, rows, n}, sums.data());
     }
-    return normal;
+    return sums;
 }
 
 // Z, rows of n + 1, and x = Z (A Z)^T P l, which errs in the adjusted observations by a few roundings of the
 // observations. False when the triangle is not near the true one. W is computed in double-double where the
 // rounding errors of an inversion in double, multiplied by those of A, would cost B its orthonormal columns.
-bool rootOfCofactors(const Equations& equations, Vector& factor, bool exactly, Vector& root, Vector& x) {
+bool rootOfCofactors(const Equations& equations, const double* normalMatrix, Vector& factor, Product product,
+                     Vector& root, Vector& x) {
     constexpr double kNear = 0.25;  // of S to I, in a pivot
     const int n = equations.n;
     const std::size_t length = count(n) + 1;
-    if (exactly) {
+    if (product != Product::plain) {
         Vector inverse(factor.size()), buffer = kernelBuffer(n);
         FIELDSCAN_CHOSEN(refinementKernels).invertExactly(factor.data(), n, buffer.data(), inverse.data());
         factor.swap(inverse);
@@ -58,7 +98,7 @@ bool rootOfCofactors(const Equations& equations, Vector& factor, bool exactly, V
         invertTriangle(factor.data(), n);
     }
     const Vector& w = factor;
-    const Vector normal = orthonormalityOf(equations, w, exactly);
+    const Vector normal = orthonormalityOf(equations, normalMatrix, w, product);
     Vector correction(normal.size());
     if (!(choleskyFactor(normal.data(), n, kNear, correction.data()) > kNear))
         return false;
@@ -71,7 +111,8 @@ bool rootOfCofactors(const Equations& equations, Vector& factor, bool exactly, V
             for (int j = k; j < n; ++j)
                 row[j] += w[count(i) * length + count(k)] * correction[count(k) * length + count(j)];
         for (int j = i; j < n; ++j)
-            inner[count(j)] += correction[count(i) * length + count(j)] * normal[count(i) * length + count(n)];
+            inner[count(j)] +=
+                correction[count(i) * length + count(j)] * normal[count(i) * length + count(n)];
     }
     x.assign(count(n), 0.0);
     for (int i = 0; i < n; ++i)
@@ -177,7 +218,8 @@ bool improve(const Equations& equations, const double* normal, const double* inv
         for (int i = 0; i < n; ++i)
             unseen = unseen && next * std::sqrt(inverse[i * (n + 2)]) <= kUnseen * std::fabs(x[count(i)].hi);
 #ifdef TRACE
-        fprintf(stderr, "T m %d n %d step %d change %.2e rel %.2e ratio %.2e rate %.2e ended %d unseen %d\n", equations.m, n, step, change, change/scale, change/last, rate, ended, unseen);
+        fprintf(stderr, "T m %d n %d step %d change %.2e rel %.2e ratio %.2e rate %.2e ended %d unseen %d\n",
+                equations.m, n, step, change, change / scale, change / last, rate, ended, unseen);
 #endif
     }
     for (int i = 0; i < n; ++i)
@@ -197,20 +239,23 @@ bool improve(const Equations& equations, const double* normal, const double* inv
 
 bool refine(const Equations& equations, const double* normal, double tolerance, double correlation,
             double* solution, double* inverse) {
-    constexpr double kMild = 1e4;  // B in double then errs by about 1e-14
-    // Of its diagonal. Below, rounding may have made it, which S would tell: the triangle of N costs a tenth of
-    // the other one.
+    constexpr double kMild = 1e4;     // B in double then errs by about 1e-14
+    constexpr double kStrong = 1e12;  // B in slices then errs by about 1e-16
+    // Of its diagonal. Below, rounding may have made it, which S would tell: the triangle of N costs a tenth
+    // of the other one.
     constexpr double kSafePivot = 1e-11;
     const int n = equations.n;
-    const bool exactly = !(correlation <= kMild);
+    const Product product = correlation <= kMild                         ? Product::plain
+                            : correlation <= kStrong && n <= kMostSliced ? Product::sliced
+                                                                         : Product::exact;
     // Without a square root there are no weighted equations: N's own triangle has to do.
     const bool rootless = std::any_of(equations.weights, equations.weights + equations.m,
                                       [](double weight) { return weight < 0.0; });
     Vector factor(count(n) * (count(n) + 1)), root, x;
     if (!(choleskyFactor(normal, n, tolerance, factor.data()) > (rootless ? 0.0 : kSafePivot) &&
-          rootOfCofactors(equations, factor, exactly, root, x)) &&
+          rootOfCofactors(equations, normal, factor, product, root, x)) &&
         !(!rootless && orthogonalFactor(equations, factor.data()) &&
-          rootOfCofactors(equations, factor, exactly, root, x)))
+          rootOfCofactors(equations, normal, factor, product, root, x)))
         return false;
     multiplyByTranspose(root.data(), n, inverse);
     std::copy(x.begin(), x.end(), solution);

@@ -158,6 +158,67 @@ void multiplyRows(const double* rows, int count, const double* w, int n, double*
     }
 }
 
+// In slices: c = 2^kSlice times the largest |a| makes (a + c) - c a multiple of ulp(c) / 2 with 54 - kSlice
+// bits and so few in W's slice that their products' sums are exact, for up to kMostSliced unknowns. The rest,
+// of 2^(kSlice - 52) of a, bears the rounding: by so much less than a plain sum's it errs. Half the time of
+// exact products, a fifth without fused ones.
+//
+// Elements of row k are measured in `units`, about the lengths of the columns.
+void sliceRows(const double* transposed, const double* units, int n, double* high, double* low) {
+    Lanes largest = {};
+    for (int i = 0; i < n; ++i) {
+        const Lanes a = load(transposed + i * kLanes) / all(units[i]), size = a < 0.0 ? -a : a;
+        largest = size > largest ? size : largest;
+    }
+    for (int i = 0; i < n; ++i) {
+        const Lanes a = load(transposed + i * kLanes), c = largest * all(units[i] * kSlice);
+        const Lanes slice = (a + c) - c;
+        store(high + i * kLanes, slice);
+        store(low + i * kLanes, a - slice);
+    }
+}
+
+template <int kColumns>
+void multiplySlices(const double* whole, const double* high, const double* low, const double* wHigh,
+                    const double* wLow, Index length, int j, int count, double* b) {
+    Lanes sums[kColumns] = {}, rests[kColumns] = {};
+    const auto add = [&](Index i, int c) {
+        const Index at = i * length + j + c;
+        sums[c] += load(high + i * kLanes) * wHigh[at];
+        rests[c] += load(whole + i * kLanes) * wLow[at] + load(low + i * kLanes) * wHigh[at];
+    };
+    for (int i = 0; i <= j; ++i)
+        for (int c = 0; c < kColumns; ++c)
+            add(i, c);
+    for (int i = 1; i < kColumns; ++i)
+        for (int c = i; c < kColumns; ++c)
+            add(j + i, c);
+    for (int c = 0; c < kColumns; ++c) {
+        const Lanes sum = sums[c] + rests[c];
+        for (int k = 0; k < count; ++k)
+            b[k * length + j + c] = sum[k];
+    }
+}
+
+void multiplyRowsInSlices(const double* rows, int count, const double* wHigh, const double* wLow,
+                          const double* units, int n, double* buffer, double* b) {
+    const Index length = n + 1;
+    double* const high = buffer + n * kLanes;
+    double* const low = high + n * kLanes;
+    for (int first = 0; first < count; first += kLanes, rows += kLanes * length, b += kLanes * length) {
+        const int some = count - first < kLanes ? count - first : kLanes;
+        transpose(rows, some, n, length, kLanes, buffer);
+        sliceRows(buffer, units, n, high, low);
+        int j = 0;
+        for (; j + 4 <= n; j += 4)
+            multiplySlices<4>(buffer, high, low, wHigh, wLow, length, j, some, b);
+        for (; j < n; ++j)
+            multiplySlices<1>(buffer, high, low, wHigh, wLow, length, j, some, b);
+        for (Index k = 0; k < some; ++k)
+            b[k * length + n] = rows[k * length + n];
+    }
+}
+
 // ---- Misclosures ----
 
 constexpr int kBlock = 2 * kLanes;  // equations
@@ -262,8 +323,9 @@ void reflectColumns(double* rows, int count, Index length, Index begin, const do
 
 }  // namespace
 
-const RefinementKernels refinementKernels = {invertExactly, multiplyRows<Lanes>, multiplyRows<Exact>,
-                                             misclosure,    columnSquares,       reflectColumns};
+const RefinementKernels refinementKernels = {invertExactly,        multiplyRows<Lanes>, multiplyRows<Exact>,
+                                             multiplyRowsInSlices, misclosure,          columnSquares,
+                                             reflectColumns};
 
 }  // namespace FIELDSCAN_KERNELS
 }  // namespace fieldscan
