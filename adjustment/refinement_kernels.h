@@ -19,7 +19,8 @@ struct RefinementKernels {
     // W in slices, units about the lengths of A's columns.
     void (*multiplyRowsInSlices)(const double* rows, int count, const double* wHigh, const double* wLow,
                                  const double* units, int n, double* buffer, double* b);
-    // A^T P (l - A x), rounded; x = high + low.
+    // A^T P (l - A x), rounded; x = high + low. Equation k goes to partial sum k % kPartialSums, which are
+    // added up in the end: one sum alone waits for itself.
     void (*misclosure)(const Equations& equations, const double* high, const double* low, double* buffer,
                        double* sums);
     // Sums of squares of `count` rows of `length` elements, a multiple of kReflectedColumns.
@@ -31,6 +32,7 @@ struct RefinementKernels {
 };
 
 constexpr int kReflectedColumns = 8;
+constexpr int kPartialSums = 8;
 constexpr int kRefinementBuffer = 48;
 
 constexpr double kSlice = 0x1p32;  // leaves 22 bits and 2^-20 of an element
