@@ -22,6 +22,8 @@ namespace {
 using Vector = std::vector<double>;
 using ExactVector = std::vector<DoubleDouble>;
 
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+
 std::size_t count(int n) { return static_cast<std::size_t>(n); }
 
 Vector kernelBuffer(int n) { return Vector(count(n + 8) * kRefinementBuffer); }
@@ -163,13 +165,12 @@ double sizeInObservations(const double* normal, int n, const ExactVector& x) {
     return size;
 }
 
-// What the corrections shrink by at least, as long as rounding does not add up: the rounding of a product
-// with the cofactors' root, enlarged by the correlations.
-double expectedRate(const double* normal, const double* inverse, int n) {
-    double correlation = 1.0;
+// Largest N_ii (N^-1)_ii.
+double correlationOf(const double* normal, const double* inverse, int n) {
+    double largest = 1.0;
     for (int i = 0; i < n; ++i)
-        correlation = std::max(correlation, normal[i * (n + 2)] * inverse[i * (n + 2)]);
-    return n * std::numeric_limits<double>::epsilon() * std::sqrt(correlation);
+        largest = std::max(largest, normal[i * (n + 2)] * inverse[i * (n + 2)]);
+    return largest;
 }
 
 // Adds corrections cofactors(A^T P (l - A x)) until they end, as measured by |A correction|, the change of
@@ -182,11 +183,9 @@ double expectedRate(const double* normal, const double* inverse, int n) {
 // kRounding of it, where the rounding of the double-double residuals begins to show, a step that does not
 // halve the last one. There, an unknown that can neither change the observations by as much nor be told from
 // the last correction is 0: else one whose true value is 0 would be left as the rest of a cancellation.
-//
-// `change`: of the step that led to `solution`, infinite when it is not known.
 template <class Cofactors>
 bool improve(const Equations& equations, const double* normal, const double* inverse, Cofactors cofactors,
-             double rate, double change, double* solution) {
+             double rate, double* solution) {
     constexpr double kUnseen = 0x1p-57;
     constexpr double kFinal = 0x1p-100;
     constexpr double kRounding = 0x1p-80;
@@ -198,7 +197,7 @@ bool improve(const Equations& equations, const double* normal, const double* inv
         x.push_back({solution[i], 0.0});
     Vector correction, buffer = kernelBuffer(n);
     const double observations = std::sqrt(squaredLength(equations));
-    double smallest = 0.0;
+    double change = std::numeric_limits<double>::infinity(), smallest = 0.0;
     bool ended = false, unseen = false;
     for (int step = 0; step < kMostSteps && !ended && !unseen; ++step) {
         const Vector sums = misclosure(equations, x, buffer);
@@ -261,7 +260,7 @@ bool refine(const Equations& equations, const double* normal, double tolerance, 
     std::copy(x.begin(), x.end(), solution);
     return improve(
         equations, normal, inverse, [&](const Vector& sums) { return timesRoots(root, n, sums); },
-        rootless ? 1.0 : expectedRate(normal, inverse, n), std::numeric_limits<double>::infinity(), solution);
+        rootless ? 1.0 : n * n * kEpsilon * std::sqrt(correlationOf(normal, inverse, n)), solution);
 }
 
 bool refineSolution(const Equations& equations, const double* normal, const double* inverse,
@@ -269,7 +268,7 @@ bool refineSolution(const Equations& equations, const double* normal, const doub
     const int n = equations.n;
     return improve(
         equations, normal, inverse, [&](const Vector& sums) { return timesSymmetric(inverse, n, sums); },
-        expectedRate(normal, inverse, n), std::numeric_limits<double>::infinity(), solution);
+        (equations.m + n) * n * kEpsilon * correlationOf(normal, inverse, n), solution);
 }
 
 }  // namespace fieldscan
