@@ -36,39 +36,20 @@ inline Exact orderedSum(Lanes a, Lanes b) {
     return {sum, b - (sum - a)};
 }
 
-// What is multiplied exactly: in halves without a fused operation.
-struct Factor {
-    Lanes whole;
-#ifndef __FMA__
-    Lanes first;
-    Lanes second;
-#endif
-};
-
-inline Factor factorOf(Lanes a) {
-#ifdef __FMA__
-    return {a};
+// The rest of a product is a double: fused or split, its bits are the same.
+inline Exact exactProduct(Lanes a, Lanes b) {
+    const Lanes product = a * b;
+#if defined(__AVX512F__)
+    return {product, _mm512_fmsub_pd(a, b, product)};
+#elif defined(__FMA__)
+    return {product, _mm256_fmsub_pd(a, b, product)};
 #else
     constexpr double kSplitter = 134217729.0;
-    const Lanes first = a * kSplitter - (a * kSplitter - a);
-    return {a, first, a - first};
+    const Lanes a1 = a * kSplitter - (a * kSplitter - a), a2 = a - a1;
+    const Lanes b1 = b * kSplitter - (b * kSplitter - b), b2 = b - b1;
+    return {product, ((a1 * b1 - product) + a1 * b2 + a2 * b1) + a2 * b2};
 #endif
 }
-
-// The rest of a product is a double: fused or split, its bits are the same.
-inline Exact exactProduct(const Factor& a, const Factor& b) {
-    const Lanes product = a.whole * b.whole;
-#if defined(__AVX512F__)
-    return {product, _mm512_fmsub_pd(a.whole, b.whole, product)};
-#elif defined(__FMA__)
-    return {product, _mm256_fmsub_pd(a.whole, b.whole, product)};
-#else
-    return {product,
-            ((a.first * b.first - product) + a.first * b.second + a.second * b.first) + a.second * b.second};
-#endif
-}
-
-inline Exact exactProduct(Lanes a, Lanes b) { return exactProduct(factorOf(a), factorOf(b)); }
 
 inline Exact operator+(Exact a, Exact b) {
     const Exact sum = exactSum(a.hi, b.hi);
@@ -285,14 +266,6 @@ void multiplyRowsInSlices(const double* rows, int count, const double* wHigh, co
 
 // ---- Misclosures ----
 
-// sum += (a + rest) b. Its low part takes what rounds off, as a plain sum, until the whole is added up
-// (Ogita, Rump, Oishi 2005): 12 operations in place of 20 for a sum as exact.
-inline void addProduct(Exact& sum, const Factor& a, Lanes rest, Lanes b) {
-    const Exact product = exactProduct(a, factorOf(b));
-    const Exact next = exactSum(sum.hi, product.hi);
-    sum = {next.hi, sum.lo + (next.lo + (product.lo + rest * b))};
-}
-
 constexpr int kBlock = kPartialSums > 2 * kLanes ? kPartialSums : 2 * kLanes;  // equations
 
 void misclosure(const Equations& equations, const double* high, const double* low, double* buffer,
@@ -312,24 +285,20 @@ void misclosure(const Equations& equations, const double* high, const double* lo
         for (int k = 0; k < count; ++k)
             weights[k] = equations.weights[first + k];
         Exact residuals[kVectors];
-        Factor factors[kVectors];
         for (int v = 0; v < kVectors; ++v)
             residuals[v] = {load(transposed + n * kBlock + v * kLanes), Lanes{}};
-        for (int i = 0; i < n; ++i) {
-            const Factor unknown = factorOf(all(-high[i]));
+        for (int i = 0; i < n; ++i)
             for (int v = 0; v < kVectors; ++v)
-                addProduct(residuals[v], unknown, all(-low[i]), load(transposed + i * kBlock + v * kLanes));
-        }
-        for (int v = 0; v < kVectors; ++v) {
-            residuals[v] = exactSum(residuals[v].hi, residuals[v].lo) * load(weights + v * kLanes);
-            factors[v] = factorOf(residuals[v].hi);
-        }
+                residuals[v] = residuals[v] +
+                               Exact{all(high[i]), all(low[i])} * -load(transposed + i * kBlock + v * kLanes);
+        for (int v = 0; v < kVectors; ++v)
+            residuals[v] = residuals[v] * load(weights + v * kLanes);
         for (int i = 0; i < n; ++i) {
             double* const of = partial + 2 * kPartialSums * i;
             for (int s = 0; s < kSums; ++s) {
                 Exact sum{load(of + s * kLanes), load(of + kPartialSums + s * kLanes)};
                 for (int v = s; v < kVectors; v += kSums)
-                    addProduct(sum, factors[v], residuals[v].lo, load(transposed + i * kBlock + v * kLanes));
+                    sum = sum + residuals[v] * load(transposed + i * kBlock + v * kLanes);
                 store(of + s * kLanes, sum.hi);
                 store(of + kPartialSums + s * kLanes, sum.lo);
             }
@@ -339,7 +308,7 @@ void misclosure(const Equations& equations, const double* high, const double* lo
         const double* const of = partial + 2 * kPartialSums * i;
         Exact sum{};
         for (int s = 0; s < kPartialSums; ++s)
-            sum = sum + exactSum(all(of[s]), all(of[kPartialSums + s]));
+            sum = sum + Exact{all(of[s]), all(of[kPartialSums + s])};
         sums[i] = sum.hi[0];
     }
 }

@@ -88,11 +88,6 @@ Vector trianglesOfLibrary(const Vector& normal, int n) {
     return u;
 }
 
-void addProduct(DoubleDouble& sum, DoubleDouble a, double b) {
-    const DoubleDouble product = exactProduct(a.hi, b), next = exactSum(sum.hi, product.hi);
-    sum = {next.hi, sum.lo + (next.lo + (product.lo + a.lo * b))};
-}
-
 // U^-1, A U^-1 rounded once, A^T P (l - A x).
 Vector exactSums(const System& s, const Vector& u, const Vector& x, const Vector& low) {
     const Index n = x.size(), length = n + 1, m = s.weights.size();
@@ -114,19 +109,18 @@ Vector exactSums(const System& s, const Vector& u, const Vector& x, const Vector
             for (Index i = 0; i <= j; ++i)
                 sum = sum + exactProduct(w[i * length + j], a[i]);
             b[k * length + j] = sum.hi;
-            addProduct(residual, {-x[j], -low[j]}, a[j]);
+            residual = residual + DoubleDouble{x[j], low[j]} * -a[j];
         }
-        residual = exactSum(residual.hi, residual.lo) * s.weights[k];
+        residual = residual * s.weights[k];
         for (Index i = 0; i < n; ++i)
-            addProduct(sums[i * kPartialSums + k % kPartialSums], residual, a[i]);
+            sums[i * kPartialSums + k % kPartialSums] =
+                sums[i * kPartialSums + k % kPartialSums] + residual * a[i];
         b[k * length + n] = a[n];
     }
     for (Index i = 0; i < n; ++i) {
         DoubleDouble sum{0.0, 0.0};
-        for (Index k = 0; k < kPartialSums; ++k) {
-            const DoubleDouble part = sums[i * kPartialSums + k];
-            sum = sum + exactSum(part.hi, part.lo);
-        }
+        for (Index k = 0; k < kPartialSums; ++k)
+            sum = sum + sums[i * kPartialSums + k];
         misclosure.push_back(sum.hi);
     }
     w.insert(w.end(), b.begin(), b.end());
