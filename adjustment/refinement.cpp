@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#ifdef TRACE
-#include <cstdio>
-#endif
 #include <limits>
 #include <numeric>
 #include <vector>
@@ -216,10 +213,6 @@ bool improve(const Equations& equations, const double* normal, const double* inv
         unseen = true;
         for (int i = 0; i < n; ++i)
             unseen = unseen && next * std::sqrt(inverse[i * (n + 2)]) <= kUnseen * std::fabs(x[count(i)].hi);
-#ifdef TRACE
-        fprintf(stderr, "T m %d n %d step %d change %.2e rel %.2e ratio %.2e rate %.2e ended %d unseen %d\n",
-                equations.m, n, step, change, change / scale, change / last, rate, ended, unseen);
-#endif
     }
     for (int i = 0; i < n; ++i)
         solution[i] = x[count(i)].hi;
@@ -240,8 +233,7 @@ bool refine(const Equations& equations, const double* normal, double tolerance, 
             double* solution, double* inverse) {
     constexpr double kMild = 1e4;     // B in double then errs by about 1e-14
     constexpr double kStrong = 1e12;  // B in slices then errs by about 1e-16
-    // Of its diagonal. Below, rounding may have made it, which S would tell: the triangle of N costs a tenth
-    // of the other one.
+    // Of its diagonal: what rounding alone has made. S tells whether the triangle is near the true one.
     constexpr double kSafePivot = 1e-11;
     const int n = equations.n;
     const Product product = correlation <= kMild                         ? Product::plain
@@ -260,7 +252,7 @@ bool refine(const Equations& equations, const double* normal, double tolerance, 
     std::copy(x.begin(), x.end(), solution);
     return improve(
         equations, normal, inverse, [&](const Vector& sums) { return timesRoots(root, n, sums); },
-        rootless ? 1.0 : n * n * kEpsilon * std::sqrt(correlationOf(normal, inverse, n)), solution);
+        rootless ? 1.0 : n * kEpsilon * std::sqrt(correlationOf(normal, inverse, n)), solution);
 }
 
 bool refineSolution(const Equations& equations, const double* normal, const double* inverse,
