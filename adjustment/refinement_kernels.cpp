@@ -205,8 +205,8 @@ void multiplyRows(const double* rows, int count, const double* w, int n, double*
 
 // In slices: c = 2^kSlice times the largest |a| makes (a + c) - c a multiple of ulp(c) / 2 with 54 - kSlice
 // bits and so few in W's slice that their products' sums are exact, for up to kMostSliced unknowns. The rest,
-// of 2^(kSlice - 52) of a, bears the rounding: by so much less than a plain sum's it errs. Half the time of
-// exact products, a fifth without fused ones.
+// of 2^(kSlice - 52) of a, bears the rounding: by so much less than a plain sum's it errs. With exact
+// products refining takes 1.6 times as long at 5000 x 30, 2.5 times without fused operations.
 //
 // Elements of row k are measured in `units`, about the lengths of the columns.
 void sliceRows(const double* transposed, const double* units, int n, double* high, double* low) {
