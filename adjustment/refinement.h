@@ -18,11 +18,12 @@ bool refineSolution(const Equations& equations, const double* normal, const doub
 // when the equations do not determine the unknowns, and the outputs are then of no use. Negative weights
 // leave the triangle of N alone, and cofactors as good as that.
 //
-// Let W be the inverse of a triangle U near to the true one (of N or, where a pivot of N is at most 1e-7 of
+// Let W be the inverse of a triangle U near to the true one (of N or, where a pivot of N is at most 1e-11 of
 // its diagonal or that one is not near enough, of the equations). The columns of B = A W are almost
 // orthonormal, so S = B^T P B is near I and known to its last digits, however bad the condition of A,
-// provided B is; it is computed in double-double where the correlation calls for it. With the triangle C of
-// S, Z = W C^-1 is a root of the cofactors: N^-1 = Z Z^T. (Compare CholeskyQR2, Yamamoto et al. 2015.)
+// provided B is; it is computed in slices or in double-double where the correlation calls for it. With the
+// triangle C of S, Z = W C^-1 is a root of the cofactors: N^-1 = Z Z^T. (Compare CholeskyQR2, Yamamoto et al.
+// 2015.)
 bool refine(const Equations& equations, const double* normal, double tolerance, double correlation,
             double* solution, double* inverse);
 

@@ -11,11 +11,16 @@ namespace fieldscan {
 struct RefinementKernels {
     // U^-1, rounded; zeros below the diagonal.
     void (*invertExactly)(const double* factor, int n, double* buffer, double* inverse);
-    // `count` rows a become rows b = a W of the same length, W an upper triangle; in double or rounded once.
+    // `count` rows a become rows b = a W of the same length, W an upper triangle;
+    // in double or rounded once. Their last elements are copied.
     void (*multiplyRows)(const double* rows, int count, const double* w, int n, double* buffer, double* b);
     void (*multiplyRowsExactly)(const double* rows, int count, const double* w, int n, double* buffer,
                                 double* b);
-    // A^T P (l - A x), rounded; x = high + low.
+    // W in slices, units about the lengths of A's columns.
+    void (*multiplyRowsInSlices)(const double* rows, int count, const double* wHigh, const double* wLow,
+                                 const double* units, int n, double* buffer, double* b);
+    // A^T P (l - A x), rounded; x = high + low. Equation k goes to partial sum k % kPartialSums, which are
+    // added up in the end: one sum alone waits for itself.
     void (*misclosure)(const Equations& equations, const double* high, const double* low, double* buffer,
                        double* sums);
     // Sums of squares of `count` rows of `length` elements, a multiple of kReflectedColumns.
@@ -27,7 +32,11 @@ struct RefinementKernels {
 };
 
 constexpr int kReflectedColumns = 8;
+constexpr int kPartialSums = 8;
 constexpr int kRefinementBuffer = 48;
+
+constexpr double kSlice = 0x1p32;  // leaves 22 bits and 2^-20 of an element
+constexpr int kMostSliced = 512;   // unknowns: 22 + 22 + 9 bits
 
 namespace baseline {
 extern const RefinementKernels refinementKernels;

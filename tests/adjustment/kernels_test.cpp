@@ -92,7 +92,7 @@ Vector trianglesOfLibrary(const Vector& normal, int n) {
 Vector exactSums(const System& s, const Vector& u, const Vector& x, const Vector& low) {
     const Index n = x.size(), length = n + 1, m = s.weights.size();
     Vector w(u.size()), b(s.rows.size()), misclosure;
-    std::vector<DoubleDouble> sums(n), column(n);
+    std::vector<DoubleDouble> sums(n * kPartialSums), column(n);
     for (Index j = 0; j < n; ++j)
         for (Index i = j + 1; i-- > 0;) {
             column[i] = {i == j ? 1.0 : 0.0, 0.0};
@@ -113,10 +113,16 @@ Vector exactSums(const System& s, const Vector& u, const Vector& x, const Vector
         }
         residual = residual * s.weights[k];
         for (Index i = 0; i < n; ++i)
-            sums[i] = sums[i] + residual * a[i];
+            sums[i * kPartialSums + k % kPartialSums] =
+                sums[i * kPartialSums + k % kPartialSums] + residual * a[i];
+        b[k * length + n] = a[n];
     }
-    for (const DoubleDouble& sum : sums)
+    for (Index i = 0; i < n; ++i) {
+        DoubleDouble sum{0.0, 0.0};
+        for (Index k = 0; k < kPartialSums; ++k)
+            sum = sum + sums[i * kPartialSums + k];
         misclosure.push_back(sum.hi);
+    }
     w.insert(w.end(), b.begin(), b.end());
     w.insert(w.end(), misclosure.begin(), misclosure.end());
     return w;
