@@ -2,8 +2,13 @@
 //
 // A kernel file includes no other header with functions in it, and has internal names alone beside its table:
 // the linker would keep one of several copies of an inline function, which another processor may not know.
+// The compiler's own header of instructions is no danger: its functions are always put where they are called.
 #ifndef FIELDSCAN_PLATFORM_FRAMEWORK_LANES_H
 #define FIELDSCAN_PLATFORM_FRAMEWORK_LANES_H
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
@@ -21,6 +26,33 @@ typedef double UnalignedLanes __attribute__((vector_size(8 * kLanes), aligned(8)
 
 static inline Lanes load(const double* from) { return *reinterpret_cast<const UnalignedLanes*>(from); }
 static inline void store(double* to, Lanes value) { *reinterpret_cast<UnalignedLanes*>(to) = value; }
+
+// Bit k is set where lane k is at most `limit`, which NaN is not.
+static inline unsigned int atMost(Lanes a, double limit) {
+#if defined(__AVX512F__)
+    return _mm512_cmp_pd_mask(a, Lanes() + limit, _CMP_LE_OQ);
+#elif defined(__AVX2__)
+    return static_cast<unsigned int>(_mm256_movemask_pd(_mm256_cmp_pd(a, Lanes() + limit, _CMP_LE_OQ)));
+#elif defined(__SSE2__)
+    return static_cast<unsigned int>(_mm_movemask_pd(_mm_cmple_pd(a, Lanes() + limit)));
+#else
+    return (a[0] <= limit ? 1u : 0u) | (a[1] <= limit ? 2u : 0u);
+#endif
+}
+
+// Of a without NaN.
+static inline double least(Lanes a) {
+#if defined(__AVX512F__)
+    const Lanes b = __builtin_shufflevector(a, a, 4, 5, 6, 7, 0, 1, 2, 3);
+    a = b < a ? b : a;
+    const Lanes c = __builtin_shufflevector(a, a, 2, 3, 0, 1, 6, 7, 4, 5);
+    a = c < a ? c : a;
+#elif defined(__AVX2__)
+    const Lanes b = __builtin_shufflevector(a, a, 2, 3, 0, 1);
+    a = b < a ? b : a;
+#endif
+    return a[1] < a[0] ? a[1] : a[0];
+}
 
 }  // namespace FIELDSCAN_KERNELS
 }  // namespace fieldscan
