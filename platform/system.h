@@ -33,10 +33,11 @@ bool flushFile(FileHandle file);
 bool closeFile(FileHandle file);
 bool isFile(const CString& path);  // an existing file, not a folder
 
-// Whether another file may take the place of `path`: a plain file under one name. False for links and devices.
+// Whether another file may take the place of `path`: a plain file under one name. False for links and
+// devices.
 bool isReplaceable(const CString& path);
-// Puts the closed file `from` in the place of `to`, with the rights that `to` has; the medium holds one of the
-// two at any time, as far as its file system goes. False when it cannot, and both are then as they were.
+// Puts the closed file `from` in the place of `to`, with the rights that `to` has; the medium holds one of
+// the two at any time, as far as its file system goes. False when it cannot, and both are then as they were.
 bool replaceFile(const CString& from, const CString& to);
 void removeFile(const CString& path);
 

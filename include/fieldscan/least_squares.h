@@ -90,8 +90,8 @@ public:
     // deviation. They have lost two or three digits then, and what forming in order lost (at most m eps).
     // Otherwise the unknowns are refined, and above g = 64 the cofactors too: residuals of the equations in
     // double-double arithmetic, orthonormal equations, a Householder triangle of the weighted equations where
-    // a pivot of N is at most 1e-11 of its diagonal. Both are then exact to the last digits that the equations
-    // as stored determine.
+    // a pivot of N is at most 1e-11 of its diagonal. Both are then exact to the last digits that the
+    // equations as stored determine.
     //
     // Refining takes the equations behind N. After SetObeq, SetWeight, SetNoeq, InitNoeq, InitParameter or
     // Create these count as unknown until the next forming, and the solver works with N alone; what is

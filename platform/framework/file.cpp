@@ -49,8 +49,8 @@ int CFile::Open(const CString& path, unsigned int mode) {
 
 bool CFile::IsOpen() const { return m_handle != system::kNoFile; }
 
-// Refills the buffer, which must have been read to its end; false at the end of the file or when that fails. A
-// medium that failed once is not asked again: what it gave next would take the place of what is missing.
+// Refills the buffer, which must have been read to its end; false at the end of the file or when that fails.
+// A medium that failed once is not asked again: what it gave next would take the place of what is missing.
 bool CFile::fill() {
     if (!IsOpen() || m_readFailed)
         return false;
