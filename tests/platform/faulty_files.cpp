@@ -11,7 +11,7 @@
 #define flushFile systemFlushFile
 #define closeFile systemCloseFile
 #define replaceFile systemReplaceFile
-#include "platform/posix/files.cpp"
+#include "platform/posix/files.cpp"  // NOLINT(bugprone-suspicious-include)
 #undef openFile
 #undef readFile
 #undef writeFile
