@@ -1,0 +1,138 @@
+// The first version of the scan-area file, the message to the operator and the log.
+#include <fieldscan/message.h>
+#include <fieldscan/scan_area.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "tests/scanarea/scan_areas.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+CString shown;
+
+class ScanAreaFile : public TempFolder {
+protected:
+    void SetUp() override {
+        TempFolder::SetUp();
+        shown.Empty();
+        before = CKTImgMsg::SetHandler([](const CString& text, const CRect&) { shown += text + u"|"; });
+    }
+    void TearDown() override {
+        CKTImgMsg::SetHandler(before);
+        TempFolder::TearDown();
+    }
+    CKTImgMsg::Handler before = nullptr;
+};
+
+TEST_F(ScanAreaFile, HasTheStatedLines) {
+    CScanArea area;
+    area.areaAngle1.SetWPK(80.5 * kRadian, 9, 350 * kRadian);
+    area.areaAngle2.SetWPK(100.25 * kRadian, 9, 20 * kRadian);
+    ASSERT_EQ(area.Write(path("job")), 1);
+    EXPECT_EQ(get("job"), "0 0\n350.000000 80.500000\n20.000000 100.250000\n");
+    fillGrid(area, 2, 1);
+    area.imageNames[1] = u"\u5cb3 1.jpg";
+    area.imageNames.Add(u"extra.jpg");
+    ASSERT_EQ(area.Write(path("job")), 1);
+    EXPECT_EQ(get("job"),
+              "2 1\n350.000000 80.500000\n20.000000 100.250000\n10.000000 80.000000 IMG0.jpg\n"
+              "11.000000 80.000000 " +
+                  kanji() + " 1.jpg\n0.000000 0.000000 extra.jpg\n");
+    CScanArea read;
+    read.headerLine = u"old";
+    addDirection(read.outlineAngles, 1, 1);
+    ASSERT_EQ(read.Read(path("job")), 1);
+    EXPECT_EQ(read.columnCount * 10 + read.rowCount, 21);
+    EXPECT_EQ(read.areaAngle1.kappa, 350 * kRadian);
+    EXPECT_EQ(read.areaAngle2.omega, 100.25 * kRadian);
+    EXPECT_EQ(read.areaAngle1.phi + read.shootAngles[1].phi, 0.0);
+    EXPECT_EQ(read.shootAngles[1].kappa, 11 * kRadian);
+    EXPECT_EQ(read.imageNames.GetSize(), 3);
+    EXPECT_EQ(read.imageNames[1], CString(kanji().c_str())) << "a name ends at its first blank";
+    EXPECT_EQ(read.headerLine.GetLength() + read.outlineAngles.GetSize(), 0);
+    EXPECT_TRUE(shown.IsEmpty());
+}
+
+TEST_F(ScanAreaFile, ReadsWhatItCan) {
+    const std::string corners = "350 80.5\r\n2e1 +100.25 // right\n";
+    const struct {
+        std::string bytes;
+        int result, shots;
+    } rows[] = {{"", 0, 0},
+                {"1 1\n", 0, 0},
+                {"1 1\n350 80\n", 0, 0},
+                {"1\n" + corners, 0, 0},
+                {"WQ_FSCAN_AREA_FORMAT_V2\n" + corners, 0, 0},
+                {"1 1\n350\n20 100\n", 0, 0},
+                {"1 1\n" + corners, 1, 0},
+                {"999999999 999999999\n" + corners + "1 2 a\n\nnonsense\n3 b\n4 5\n6 7 c", 1, 3},
+                {"1 1\n" + corners + "1 2 " + std::string(3000, 'n') + "\n", 1, 1},
+                {std::string("1 1\n") + corners + std::string("\0\0\n1 2 a\0b\n", 11), 1, 1}};
+    for (const auto& row : rows) {
+        put("job", row.bytes);
+        CScanArea area;
+        fillGrid(area, 2, 2);
+        EXPECT_EQ(area.Read(path("job")), row.result) << row.bytes;
+        EXPECT_EQ(area.imageNames.GetSize(), row.shots) << row.bytes;
+        EXPECT_EQ(area.shootAngles.GetSize(), row.shots) << row.bytes;
+        EXPECT_EQ(area.areaAngle2.kappa, row.result ? 20 * kRadian : 0.0) << row.bytes;
+    }
+    put("job", rows[8].bytes);
+    CScanArea area;
+    area.Read(path("job"));
+    EXPECT_EQ(area.imageNames[0].GetLength(), 3000);
+}
+
+TEST_F(ScanAreaFile, TellsTheOperatorWhenAccessIsDenied) {
+    CScanArea area;
+    EXPECT_EQ(area.Read(CString()) + area.Write(CString()) + area.Read(path("none")), 0);
+    EXPECT_EQ(area.Write(path("none/job")), 0);
+    EXPECT_TRUE(shown.IsEmpty()) << "other failures are silent";
+    const CString where(folder.c_str());
+    const CString message = CString(u"ﾌｧｲﾙ名：") + where +
+                            u"\n\n\nﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。|";
+    fillGrid(area, 1, 1);
+    EXPECT_EQ(area.Write(where), 0);
+    EXPECT_EQ(shown, message);
+    EXPECT_EQ(area.imageNames.GetSize(), 1);
+    EXPECT_EQ(area.Read(where), 0);
+    EXPECT_EQ(shown, message + message);
+    EXPECT_EQ(area.imageNames.GetSize(), 0) << "Init comes first";
+    EXPECT_EQ(area.Write(u"/dev/full"), 0) << "the medium is full";
+}
+
+class Derived : public CScanArea {
+public:
+    using CScanArea::GetImgCsvLine;
+    using CScanArea::kLineSize;
+    using CScanArea::WriteLogFile;
+};
+
+TEST_F(ScanAreaFile, GivesLinesAndTheLogToDerivedClasses) {
+    put("lines", "one\r\n" + std::string(600, 'x') + "\nlast");
+    CFile file;
+    file.Open(path("lines"), CFile::modeRead);
+    Derived area;
+    char buffer[Derived::kLineSize + 1];
+    buffer[Derived::kLineSize] = 'S';
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 5);
+    EXPECT_STREQ(buffer, "one\r\n");
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 511);
+    EXPECT_EQ(std::strlen(buffer), 511u);
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 4);
+    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 0);
+    EXPECT_EQ(buffer[Derived::kLineSize], 'S');
+
+    const std::filesystem::path disk = deviceRoot(folder) / "Internal Disk";
+    area.WriteLogFile(u"lost");  // no such folder: nothing happens
+    std::filesystem::create_directories(disk / "FIELD_SCAN");
+    area.WriteLogFile(u"first\n");
+    area.WriteLogFile(u"\u5cb3\n");
+    EXPECT_EQ(get((disk / "FIELD_SCAN/log.txt").string()), "first\n" + kanji() + "\n");
+    std::filesystem::remove_all(disk);
+}
+
+}  // namespace
