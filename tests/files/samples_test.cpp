@@ -3,11 +3,17 @@
 #include <fieldscan/fieldscan.h>
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "tests/temp_folder.h"
 
 namespace {
+
+// `text` with other ends of its lines.
+std::string withLineEnds(const std::string& text, const std::string& end) {
+    std::string result;
+    for (const char c : text)
+        result += c == '\n' ? end : std::string(1, c);
+    return result;
+}
 
 template <class Record>
 int rewriteRecord(CString from, CString to) {
@@ -79,7 +85,7 @@ TEST_F(Samples, AreWrittenAsTheyWereRead) {
         for (const char byte : bytes)
             if (byte != '\r')
                 lines += byte;
-        const std::string variants[] = {bytes, std::regex_replace(lines, std::regex("\n"), "\r\n"),
+        const std::string variants[] = {bytes, withLineEnds(lines, "\r\n"),
                                         lines.substr(0, lines.size() - 1)};
         for (const std::string& variant : variants) {
             put("in", variant);
@@ -89,7 +95,7 @@ TEST_F(Samples, AreWrittenAsTheyWereRead) {
             EXPECT_EQ(rewrite(name, path("in"), path(name)), !cut) << name;
             EXPECT_EQ(get(name), cut ? "" : bytes) << name;
         }
-        const std::string shown = std::regex_replace("\n" + variants[2], std::regex("\n"), "\n    ") + "\n";
+        const std::string shown = withLineEnds("\n" + variants[2], "\n    ") + "\n";
         EXPECT_NE(page.find(shown), std::string::npos) << name << " in file_formats.md";
     }
     EXPECT_EQ(samples, 12);
