@@ -44,6 +44,12 @@ private:
     std::string m_path;
 };
 
+// The one file of a target.
+inline const MemoryFile& file() {
+    static const MemoryFile memory;
+    return memory;
+}
+
 // The first byte of an input chooses a code page for files, so that all are met.
 inline void chooseCodePage(FuzzedDataProvider& input) {
     const char* const pages[] = {"UTF-8", "CP932", "CP1252", "ISO-8859-1"};

@@ -15,11 +15,6 @@ struct Versioned {
     CStringArray texts;
 };
 
-const MemoryFile& file() {
-    static const MemoryFile memory;
-    return memory;
-}
-
 // Names and numbers that a file gave are written so that they read the same again.
 void comesBack(Points& points) {
     CString path = file().path();

@@ -11,11 +11,6 @@
 
 namespace {
 
-const MemoryFile& file() {
-    static const MemoryFile memory;
-    return memory;
-}
-
 // Writing what was read from a written file gives that file again.
 template <class Read, class Write>
 void settles(Read read, Write write) {

@@ -1,6 +1,5 @@
 #include "area.h"
 
-#include "line_rules.h"
 #include "points.h"
 
 void readArea(const TextFile& file, ScanJob& job, bool needsOutline) {
@@ -13,12 +12,8 @@ void readArea(const TextFile& file, ScanJob& job, bool needsOutline) {
         if (format != Format::scanArea && format != Format::scanArea2)
             file.fail(
                 1, "expected a scan-area file, or an outline of lines name,horizontal angle,zenith angle,0");
-        const std::vector<Fault> faults = lineFaults(file, format);
-        if (!faults.empty())
-            file.fail(faults[0].line, faults[0].what);
         Contents contents;
-        if (!readContents(file, format, contents))
-            file.fail(0, "cannot be read");
+        readWhole(file, format, contents);
         if (*areaFault(contents.area))
             file.fail(0, areaFault(contents.area));
         job.area = contents.area;

@@ -2,16 +2,20 @@
 
 #include "line_rules.h"
 
+void readWhole(const TextFile& file, Format format, Contents& contents) {
+    const std::vector<Fault> faults = lineFaults(file, format);
+    if (!faults.empty())
+        file.fail(faults[0].line, faults[0].what);
+    if (!readContents(file, format, contents))
+        file.fail(0, "cannot be read");
+}
+
 Format readPoints(const TextFile& file, CArray<CXYZ, CXYZ&>& points) {
     const Format format = formatOf(file);
     if (format != Format::point && format != Format::occupied && format != Format::scanResult)
         file.fail(1, "expected lines name,x,y,z");
-    const std::vector<Fault> faults = lineFaults(file, format);
-    if (!faults.empty())
-        file.fail(faults[0].line, faults[0].what);
     Contents contents;
-    if (!readContents(file, format, contents))
-        file.fail(0, "cannot be read");
+    readWhole(file, format, contents);
     points.Swap(contents.points);
     return format;
 }

@@ -7,6 +7,9 @@
 
 #include "contents.h"
 
+// Reads a file of `format` whole; throws DataError with the first fault of its lines.
+void readWhole(const TextFile& file, Format format, Contents& contents);
+
 // The points of a point, occupied-point or scan result file. Throws DataError with the first fault of its
 // lines.
 Format readPoints(const TextFile& file, CArray<CXYZ, CXYZ&>& points);

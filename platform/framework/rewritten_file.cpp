@@ -12,8 +12,13 @@ bool RewrittenFile::open(const CString& path) {
     // Whoever may not write to the old file may not replace it either.
     if (!m_file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
         return false;
-    m_beside = system::isReplaceable(path) && m_file.Open(m_new, CFile::modeCreate | CFile::modeWrite);
-    return m_beside || m_file.Open(path, CFile::modeCreate | CFile::modeWrite);
+    if (system::isReplaceable(path)) {
+        m_beside = m_file.Open(m_new, CFile::modeCreate | CFile::modeWrite) == 1;
+        // A medium without room for a new file has none for the old one's new contents either.
+        if (m_beside || (!m_made && m_file.GetOpenFailure() != CFile::causeAccessDenied))
+            return m_beside;
+    }
+    return m_file.Open(path, CFile::modeCreate | CFile::modeWrite) == 1;
 }
 
 bool RewrittenFile::finish(bool written) {

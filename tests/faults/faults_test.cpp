@@ -106,8 +106,9 @@ TEST_F(Faults, LoseNothing) {
     int injected = 0;
     CKTImgMsg::SetHandler([](const CString&, const CRect&) {});
     for (const Operation& operation : operations()) {
-        for (const auto fault : {faults::open, faults::read, faults::write, faults::writeHalf,
-                                 faults::writeShort, faults::flush, faults::close, faults::replace}) {
+        for (const auto fault :
+             {faults::open, faults::openFull, faults::read, faults::write, faults::writeHalf,
+              faults::writeShort, faults::flush, faults::close, faults::replace}) {
             for (int call = 1;; ++call) {
                 prepare(operation);
                 const std::string before = get("file");

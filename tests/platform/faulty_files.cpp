@@ -55,8 +55,9 @@ namespace system {
 using namespace faults;
 
 FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
-    if (happens(open)) {
-        cause = CFile::causeAccessDenied;
+    const bool denied = happens(open);
+    if (denied || happens(openFull)) {
+        cause = denied ? CFile::causeAccessDenied : CFile::causeOther;
         return kNoFile;
     }
     const FileHandle file = systemOpenFile(path, mode, cause);

@@ -7,8 +7,9 @@ namespace faults {
 
 enum Fault {
     none,
-    memory,  // operator new throws
-    open,
+    memory,    // operator new throws
+    open,      // access denied
+    openFull,  // no room for another file
     read,
     write,
     writeHalf,   // half of it is written, the rest is refused
