@@ -17,8 +17,12 @@ constexpr double kHarmlessCorrelation = 64.0;
 constexpr double kHarmlessCancellation = 256.0;
 
 bool allFinite(const CArray<double, double>& array) {
-    return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
-                       [](double value) { return std::isfinite(value); });
+    const double* const values = array.GetData();
+    const int size = array.GetSize();
+    int others = 0;
+    for (int k = 0; k < size; ++k)
+        others += std::fabs(values[k]) <= std::numeric_limits<double>::max() ? 0 : 1;
+    return others == 0;
 }
 
 // How many times the correlations with the others enlarge the cofactor of an unknown: the solution and the
@@ -48,8 +52,8 @@ bool isCancelled(const Equations& equations, double observations, const double* 
     const double variance = std::max(0.0, residuals) / std::max(1, equations.m - n);
     for (int i = 0; i < n; ++i) {
         const double cofactor = inverse[i * length + i];
-        const double unknown = std::max(std::fabs(solution[i]), std::sqrt(variance * cofactor));
-        if (!(std::sqrt(observations * cofactor) <= kHarmlessCancellation * unknown))
+        const double square = std::max(solution[i] * solution[i], variance * cofactor);
+        if (!(observations * cofactor <= kHarmlessCancellation * kHarmlessCancellation * square))
             return true;
     }
     return false;
@@ -159,8 +163,7 @@ int CLeastSq::SwpMat() { return solveBy(&CLeastSq::solveBySweeping); }
 int CLeastSq::solveBy(bool (CLeastSq::*method)()) {
     if (!hasUnknowns())
         return 0;
-    const int solved = zeroIfOutOfMemory(
-        [&] { return CheckNoeq() && solveAndRefine(method) && allFinite(Bcor) && allFinite(inverse); });
+    const int solved = zeroIfOutOfMemory([&] { return CheckNoeq() && solveAndRefine(method); });
     if (!solved) {
         InitParameter(Bcor, std::numeric_limits<double>::quiet_NaN());
         InitParameter(inverse, std::numeric_limits<double>::quiet_NaN());
@@ -169,7 +172,8 @@ int CLeastSq::solveBy(bool (CLeastSq::*method)()) {
 }
 
 bool CLeastSq::solveAndRefine(bool (CLeastSq::*method)()) {
-    const bool direct = (this->*method)() && allFinite(Bcor) && allFinite(inverse);
+    const auto finite = [this] { return allFinite(Bcor) && allFinite(inverse); };
+    const bool direct = (this->*method)() && finite();
     if (m_formed < 0 || !hasEquations(m_formed))
         return direct;
     const Equations equations{Obeq.GetData(), Weight.GetData(), m_formed, parameterNumber};
@@ -177,13 +181,14 @@ bool CLeastSq::solveAndRefine(bool (CLeastSq::*method)()) {
     if (!direct) {
         InitBcor();
         const double unknown = std::numeric_limits<double>::infinity();
-        return refine(equations, normal, tolerance, unknown, Bcor.GetData(), inverse.GetData());
+        return refine(equations, normal, tolerance, unknown, Bcor.GetData(), inverse.GetData()) && finite();
     }
     const double correlation = largestCorrelation(normal, inverse.GetData(), equations.n);
     if (correlation > kHarmlessCorrelation)
-        return refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData());
+        return refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData()) &&
+               finite();
     return !isCancelled(equations, m_observations, normal, inverse.GetData(), Bcor.GetData()) ||
-           refineSolution(equations, normal, inverse.GetData(), Bcor.GetData());
+           (refineSolution(equations, normal, inverse.GetData(), Bcor.GetData()) && finite());
 }
 
 // ---- Single steps ----

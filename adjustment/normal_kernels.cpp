@@ -55,7 +55,7 @@ void addTile(const double* right, const double* left, const double* weights, int
         for (int i = 0; i < kRows; ++i) {
 #pragma GCC unroll 16
             for (int v = 0; v < vectors; ++v) {
-                const Lanes product = row[v] * (kCopies > 0 ? load(left + 2 * i) : Lanes{} + left[i]);
+                const Lanes product = row[v] * (kCopies > 0 ? load(left + 2 * i) : all(left[i]));
                 if (kind == Kind::weighted)
                     tile[i][v] += product * weights[k];
                 else if (kind == Kind::subtracted)
@@ -153,6 +153,22 @@ struct Space {
 
 // ---- Forming ----
 
+// Multiplying by 1 changes no bit, so it is left out. (Several weights at a time: a plain loop takes half as
+// long as forming 2000 x 4.)
+bool weightsAreOne(const Equations& equations) {
+    const Lanes one = all(1.0);
+    auto others = one != one;
+    int k = 0;
+    for (; k + kLanes <= equations.m; k += kLanes)
+        others |= load(equations.weights + k) != one;
+    bool all = true;
+    for (int lane = 0; lane < kLanes; ++lane)
+        all = all && !others[lane];
+    for (; k < equations.m; ++k)
+        all = all && equations.weights[k] == 1.0;
+    return all;
+}
+
 template <Kind kind>
 void addMany(const Equations& equations, double* buffer, double* normal) {
     const int n = equations.n, length = n + 1;
@@ -170,9 +186,9 @@ void addMany(const Equations& equations, double* buffer, double* normal) {
     space.writeSums(normal, n);
 }
 
-void addManyOf(const Equations& equations, bool unitWeights, double* buffer, double* normal) {
-    unitWeights ? addMany<Kind::plain>(equations, buffer, normal)
-                : addMany<Kind::weighted>(equations, buffer, normal);
+void addManyOf(const Equations& equations, double* buffer, double* normal) {
+    weightsAreOne(equations) ? addMany<Kind::plain>(equations, buffer, normal)
+                             : addMany<Kind::weighted>(equations, buffer, normal);
 }
 
 // Few unknowns: all sums in registers, the equations read where they lie. Vectors of columns end at the right
@@ -237,11 +253,11 @@ double addFew(const double* rows, const double* weights, int m, double* normal) 
 constexpr int kMostFew = kLanes == 8 ? 16 : kLanes == 4 ? 8 : 6;
 
 template <int n>
-double addFewOf(const Equations& equations, bool unitWeights, double* normal) {
+double addFewOf(const Equations& equations, double* normal) {
     if constexpr (n > 1)
         if (equations.n != n)
-            return addFewOf<n - 1>(equations, unitWeights, normal);
-    const auto add = unitWeights ? addFew<n, Kind::plain> : addFew<n, Kind::weighted>;
+            return addFewOf<n - 1>(equations, normal);
+    const auto add = weightsAreOne(equations) ? addFew<n, Kind::plain> : addFew<n, Kind::weighted>;
     return add(equations.rows, equations.weights, equations.m, normal);
 }
 

@@ -10,9 +10,9 @@ namespace fieldscan {
 struct NormalKernels {
     int most;  // unknowns that addFew is for, at least 1
     // Returns l^T |P| l.
-    double (*addFew)(const Equations& equations, bool unitWeights, double* normal);
+    double (*addFew)(const Equations& equations, double* normal);
     // Any number of unknowns; `buffer` for bufferSize(kEquationsPacked, n, n + 1) doubles.
-    void (*addMany)(const Equations& equations, bool unitWeights, double* buffer, double* normal);
+    void (*addMany)(const Equations& equations, double* buffer, double* normal);
     // `buffer` for bufferSize(n, n, n) doubles.
     double (*factor)(const double* normal, int n, double tolerance, double* buffer, double* factor);
     void (*invert)(double* factor, int n);

@@ -67,8 +67,6 @@ inline Exact operator/(Exact a, Lanes b) {
     return orderedSum(quotient, rest.hi / b);
 }
 
-inline Lanes all(double value) { return Lanes{} + value; }
-
 // ---- The inverse of a triangle ----
 
 // Columns `first` to `first` + kVectors kLanes, rows upward; `column` holds them as hi, lo of each row.

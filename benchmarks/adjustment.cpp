@@ -25,7 +25,8 @@ class Equations {
 public:
     // Four unknowns: a transformation between points, reduced to their middle or at the coordinates of a
     // national grid (m). More: coefficients at random; ill-conditioned, they leave a common one by a
-    // thousandth.
+    // thousandth. The unknowns are about as large as one another: one that is a small difference of large sums
+    // would be refined for that alone.
     Equations(int m, int n, bool illConditioned)
         : m_m(m),
           m_n(n),
@@ -51,7 +52,7 @@ public:
                 const double c = n == 4           ? pair[k % 2][j]
                                  : illConditioned ? common + around(0.01)
                                                   : around(10.0);
-                observation += c * (n != 4 ? 1.0 + j : j < 2 ? 0.8 - 0.2 * j : 300.0);
+                observation += c * (n != 4 ? 1.0 + j % 3 : j < 2 ? 0.8 - 0.2 * j : 300.0);
                 m_coefficients.data()[j * m + k] = c;
                 m_ours.SetObeq(j, c);
             }

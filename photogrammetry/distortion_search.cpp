@@ -53,7 +53,7 @@ struct Search {
         const double s = __builtin_sqrt(best.e);
         const double h = s * 0.5;
         const double left = best.u - s, bottom = best.v - s;
-        Lanes smallest = Lanes() + best.e;
+        Lanes smallest = all(best.e);
         for (int r = 0; r < kRegisters; ++r) {
             errors[r] = errorAt(left + load(kSteps.column + r * kLanes) * h,
                                 bottom + load(kSteps.row + r * kLanes) * h);

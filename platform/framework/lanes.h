@@ -27,14 +27,17 @@ typedef double UnalignedLanes __attribute__((vector_size(8 * kLanes), aligned(8)
 static inline Lanes load(const double* from) { return *reinterpret_cast<const UnalignedLanes*>(from); }
 static inline void store(double* to, Lanes value) { *reinterpret_cast<UnalignedLanes*>(to) = value; }
 
+// (0.0 + value would be an addition, since it turns -0.0 into 0.0: 1.3 times the time of forming.)
+static inline Lanes all(double value) { return value - Lanes{}; }
+
 // Bit k is set where lane k is at most `limit`, which NaN is not.
 static inline unsigned int atMost(Lanes a, double limit) {
 #if defined(__AVX512F__)
-    return _mm512_cmp_pd_mask(a, Lanes() + limit, _CMP_LE_OQ);
+    return _mm512_cmp_pd_mask(a, all(limit), _CMP_LE_OQ);
 #elif defined(__AVX2__)
-    return static_cast<unsigned int>(_mm256_movemask_pd(_mm256_cmp_pd(a, Lanes() + limit, _CMP_LE_OQ)));
+    return static_cast<unsigned int>(_mm256_movemask_pd(_mm256_cmp_pd(a, all(limit), _CMP_LE_OQ)));
 #elif defined(__SSE2__)
-    return static_cast<unsigned int>(_mm_movemask_pd(_mm_cmple_pd(a, Lanes() + limit)));
+    return static_cast<unsigned int>(_mm_movemask_pd(_mm_cmple_pd(a, all(limit))));
 #else
     return (a[0] <= limit ? 1u : 0u) | (a[1] <= limit ? 2u : 0u);
 #endif
