@@ -29,11 +29,6 @@ constexpr int kVectors = 2;
 constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
 constexpr int kPanel = kVectors * kLanes;
 
-// The baseline has no instruction that loads a double into both lanes: a panel row of it carries copies
-// (0.82 of the time at 2000 x 100, 0.92 at 500 x 12).
-constexpr int kCopies = kLanes == 2 ? 2 * kRows : 0;
-constexpr int kStride = kPanel + kCopies;
-
 enum class Kind { plain, weighted, subtracted };
 
 // sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
@@ -46,7 +41,7 @@ void addTile(const double* right, const double* left, const double* weights, int
 #pragma GCC unroll 16
         for (int v = 0; v < vectors; ++v)
             tile[i][v] = load(sums + i * length + v * kLanes);
-    for (Index k = 0; k < count; ++k, right += kStride, left += kStride) {
+    for (Index k = 0; k < count; ++k, right += kPanel, left += kPanel) {
         Lanes row[vectors];
 #pragma GCC unroll 16
         for (int v = 0; v < vectors; ++v)
@@ -55,7 +50,7 @@ void addTile(const double* right, const double* left, const double* weights, int
         for (int i = 0; i < kRows; ++i) {
 #pragma GCC unroll 16
             for (int v = 0; v < vectors; ++v) {
-                const Lanes product = row[v] * (kCopies > 0 ? load(left + 2 * i) : all(left[i]));
+                const Lanes product = row[v] * (all(left[i]));
                 if (kind == Kind::weighted)
                     tile[i][v] += product * weights[k];
                 else if (kind == Kind::subtracted)
@@ -88,41 +83,35 @@ struct Space {
 
     Space(double* buffer, int rows, int width)
         : panels(buffer),
-          sums(buffer + upTo(kPanel, width) / kPanel * kStride * rows),
+          sums(buffer + upTo(kPanel, width) / kPanel * kPanel * rows),
           height(rows),
           length(lengthOf(width)),
           columns(width) {}
 
     static Index lengthOf(int width) { return upTo(16, width) + 8; }
     static Index sizeOf(int panelRows, int rows, int width) {
-        return upTo(kPanel, width) / kPanel * kStride * panelRows + upTo(kRows, rows) * lengthOf(width);
+        return upTo(kPanel, width) / kPanel * kPanel * panelRows + upTo(kRows, rows) * lengthOf(width);
     }
 
     double* panelAt(int k, int column) const {
-        return panels + (column / kPanel * height + k) * kStride + column % kPanel;
+        return panels + (column / kPanel * height + k) * kPanel + column % kPanel;
     }
 
-    // Row k of the panels from column `begin` on. What lies behind the columns lands in sums that nobody
-    // reads; `readable` elements of the row can be read.
-    void setRow(int k, const double* row, int begin, Index readable) const {
+    // Rows `first` to `first` + `count` of the panels from column `begin` on. What lies behind the columns
+    // lands in sums that nobody reads; `readable` elements can be read from `rows` on.
+    void setRows(int first, int count, const double* rows, Index rowLength, int begin, Index readable) const {
         for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
-            double* to = panelAt(k, j);
-            for (int c = 0; c < kPanel; c += kLanes)
-                if (j + kPanel <= readable)
-                    store(to + c, load(row + j + c));
-                else
-                    for (int lane = c; lane < c + kLanes; ++lane)
-                        to[lane] = j + lane < columns ? row[j + lane] : 0.0;
-            for (int c = 0; kCopies > 0 && c < kRows; ++c)
-                to[kPanel + 2 * c] = to[kPanel + 2 * c + 1] = to[c];
+            const double* from = rows + j;
+            double* to = panelAt(first, j);
+            Index rest = readable - j;
+            for (int k = 0; k < count; ++k, from += rowLength, to += kPanel, rest -= rowLength)
+                for (int c = 0; c < kPanel; c += kLanes)
+                    if (rest >= kPanel)
+                        store(to + c, load(from + c));
+                    else
+                        for (int lane = c; lane < c + kLanes; ++lane)
+                            to[lane] = j + lane < columns ? from[lane] : 0.0;
         }
-    }
-
-    void setElement(int k, int column, double value) const {
-        double* to = panelAt(k, column);
-        *to = value;
-        if (kCopies > 0)
-            to[kPanel + column % kPanel] = to[kPanel + column % kPanel + 1] = value;
     }
 
     // The upper half, from and to rows of n + 1.
@@ -140,7 +129,7 @@ struct Space {
     // The tile at (i, j) grows by the products of rows `begin` to `end` of the panels.
     template <Kind kind>
     void add(int i, int j, const double* weights, int begin, int end) const {
-        const double* left = panelAt(begin, i) + (kCopies > 0 ? kPanel : 0);
+        const double* left = panelAt(begin, i);
         double* tile = sums + i * length + j;
         if (i >= j + kLanes)  // the first register lies below the diagonal
             addTile<kind, 1>(panelAt(begin, j + kLanes), left, weights, end - begin, tile + kLanes, length);
@@ -176,9 +165,8 @@ void addMany(const Equations& equations, double* buffer, double* normal) {
     space.readSums(normal, n);
     for (int first = 0; first < equations.m; first += kEquationsPacked) {
         const int count = smaller(kEquationsPacked, equations.m - first);
-        for (int k = 0; k < count; ++k)
-            space.setRow(k, equations.rows + static_cast<Index>(first + k) * length, 0,
-                         static_cast<Index>(equations.m - first - k) * length);
+        space.setRows(0, count, equations.rows + static_cast<Index>(first) * length, length, 0,
+                      static_cast<Index>(equations.m - first) * length);
         for (int j = 0; j < length; j += kPanel)
             for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
                 space.add<kind>(i, j, equations.weights + first, 0, count);
@@ -288,7 +276,7 @@ double choleskyFactor(const double* normal, int n, double tolerance, double* buf
                 for (int j = i; j < n; ++j)
                     row[j] -= multiple * pivotRow[j];
             }
-            space.setRow(k, pivotRow, end, space.length);
+            space.setRows(k, 1, pivotRow, 0, end, space.length);
         }
     }
     for (Index k = 0; k < n * (n + 1LL); ++k)
@@ -345,7 +333,7 @@ void multiplyByTranspose(const double* triangle, int n, double* buffer, double* 
     const Space space(buffer, n, n);
     for (int i = 0; i < upTo(kPanel, n); ++i)
         for (int k = i - i % kPanel; k < n; ++k)
-            space.setElement(k, i, i <= k ? triangle[i * (n + 1LL) + k] : 0.0);
+            *space.panelAt(k, i) = i <= k ? triangle[i * (n + 1LL) + k] : 0.0;
     for (Index k = 0; k < upTo(kRows, n) * space.length; ++k)
         space.sums[k] = 0.0;
     for (int j = 0; j < n; j += kPanel)
