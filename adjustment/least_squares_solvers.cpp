@@ -181,14 +181,17 @@ bool CLeastSq::solveAndRefine(bool (CLeastSq::*method)()) {
     if (!direct) {
         InitBcor();
         const double unknown = std::numeric_limits<double>::infinity();
-        return refine(equations, normal, tolerance, unknown, Bcor.GetData(), inverse.GetData()) && finite();
+        return refine(equations, m_observations, normal, tolerance, unknown, Bcor.GetData(),
+                      inverse.GetData()) &&
+               finite();
     }
     const double correlation = largestCorrelation(normal, inverse.GetData(), equations.n);
     if (correlation > kHarmlessCorrelation)
-        return refine(equations, normal, tolerance, correlation, Bcor.GetData(), inverse.GetData()) &&
+        return refine(equations, m_observations, normal, tolerance, correlation, Bcor.GetData(),
+                      inverse.GetData()) &&
                finite();
     return !isCancelled(equations, m_observations, normal, inverse.GetData(), Bcor.GetData()) ||
-           (refineSolution(equations, normal, inverse.GetData(), Bcor.GetData()) && finite());
+           (refineSolution(equations, m_observations, normal, inverse.GetData(), Bcor.GetData()) && finite());
 }
 
 // ---- Single steps ----

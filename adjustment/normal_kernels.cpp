@@ -348,8 +348,8 @@ long long bufferSize(int height, int rows, int columns) { return Space::sizeOf(h
 
 }  // namespace
 
-const NormalKernels normalKernels = {kMostFew,       addFewOf<kMostFew>,  addManyOf, choleskyFactor,
-                                     invertTriangle, multiplyByTranspose, bufferSize};
+const NormalKernels normalKernels = {weightsAreOne,  kMostFew,       addFewOf<kMostFew>,  addManyOf,
+                                     choleskyFactor, invertTriangle, multiplyByTranspose, bufferSize};
 
 }  // namespace FIELDSCAN_KERNELS
 }  // namespace fieldscan

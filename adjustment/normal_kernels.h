@@ -8,6 +8,8 @@ namespace fieldscan {
 
 // Each gives the same bits as its plain loop in normal_equations.h; buffers are aligned to 64 bytes.
 struct NormalKernels {
+    // Multiplying by 1 changes no bit, so it is left out.
+    bool (*weightsAreOne)(const Equations& equations);
     int most;  // unknowns that addFew is for, at least 1
     // Returns l^T |P| l.
     double (*addFew)(const Equations& equations, double* normal);

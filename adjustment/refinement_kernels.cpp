@@ -7,11 +7,7 @@
 // Zeros change no sum, so blocks are filled up with them.
 #include "adjustment/refinement_kernels.h"
 
-#include "platform/framework/lanes.h"
-
-#ifdef __FMA__
-#include <immintrin.h>
-#endif
+#include "adjustment/exact_lanes.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
@@ -19,53 +15,6 @@ namespace FIELDSCAN_KERNELS {
 namespace {
 
 using Index = long long;
-
-struct Exact {
-    Lanes hi;
-    Lanes lo;
-};
-
-inline Exact exactSum(Lanes a, Lanes b) {
-    const Lanes sum = a + b;
-    const Lanes part = sum - a;
-    return {sum, (a - (sum - part)) + (b - part)};
-}
-
-inline Exact orderedSum(Lanes a, Lanes b) {
-    const Lanes sum = a + b;
-    return {sum, b - (sum - a)};
-}
-
-// The rest of a product is a double: fused or split, its bits are the same.
-inline Exact exactProduct(Lanes a, Lanes b) {
-    const Lanes product = a * b;
-#if defined(__AVX512F__)
-    return {product, _mm512_fmsub_pd(a, b, product)};
-#elif defined(__FMA__)
-    return {product, _mm256_fmsub_pd(a, b, product)};
-#else
-    constexpr double kSplitter = 134217729.0;
-    const Lanes a1 = a * kSplitter - (a * kSplitter - a), a2 = a - a1;
-    const Lanes b1 = b * kSplitter - (b * kSplitter - b), b2 = b - b1;
-    return {product, ((a1 * b1 - product) + a1 * b2 + a2 * b1) + a2 * b2};
-#endif
-}
-
-inline Exact operator+(Exact a, Exact b) {
-    const Exact sum = exactSum(a.hi, b.hi);
-    return orderedSum(sum.hi, sum.lo + (a.lo + b.lo));
-}
-
-inline Exact operator*(Exact a, Lanes b) {
-    const Exact product = exactProduct(a.hi, b);
-    return orderedSum(product.hi, product.lo + a.lo * b);
-}
-
-inline Exact operator/(Exact a, Lanes b) {
-    const Lanes quotient = a.hi / b;
-    const Exact rest = a + exactProduct(-quotient, b);
-    return orderedSum(quotient, rest.hi / b);
-}
 
 // ---- The inverse of a triangle ----
 
@@ -111,58 +60,6 @@ void invertExactly(const double* factor, int n, double* buffer, double* inverse)
 
 // ---- A W ----
 
-template <int... lanes>
-struct Lane {};
-#if defined(__AVX512F__)
-using EachLane = Lane<0, 1, 2, 3, 4, 5, 6, 7>;
-#elif defined(__AVX2__)
-using EachLane = Lane<0, 1, 2, 3>;
-#else
-using EachLane = Lane<0, 1>;
-#endif
-
-template <int step, int... lanes>
-inline void exchange(Lanes& a, Lanes& b, Lane<lanes...>) {
-    const Lanes first = a;
-    a = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes - step : lanes)...);
-    b = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes : lanes + step)...);
-}
-
-template <int step>
-inline void exchangeAll(Lanes* tile) {
-#pragma GCC unroll 8
-    for (int k = 0; k < kLanes; ++k)
-        if (!(k & step))
-            exchange<step>(tile[k], tile[k + step], EachLane{});
-    if constexpr (2 * step < kLanes)
-        exchangeAll<2 * step>(tile);
-}
-
-// transposed[i * width + k] = row k, column i for k < count; 0 up to width, whole registers. Squares of
-// registers, the last of which fills up to kLanes - 1 columns behind; `readable` elements of the rows can be
-// read.
-void transpose(const double* rows, int count, int columns, Index length, Index readable, int width,
-               double* transposed) {
-    for (int first = 0; first < width; first += kLanes, rows += kLanes * length)
-        for (Index i = 0; i < columns; i += kLanes) {
-            double* to = transposed + i * width + first;
-            Lanes tile[kLanes] = {};
-            if ((first + kLanes - 1) * length + i + kLanes <= readable) {
-#pragma GCC unroll 8
-                for (int k = 0; k < kLanes; ++k)
-                    tile[k] = load(rows + k * length + i);
-                exchangeAll<1>(tile);
-            } else {
-                for (int k = 0; first + k < count && k < kLanes; ++k)
-                    for (int c = 0; c < kLanes && i + c < columns; ++c)
-                        tile[c][k] = rows[k * length + i + c];
-            }
-#pragma GCC unroll 8
-            for (int c = 0; c < kLanes; ++c)
-                store(to + c * width, tile[c]);
-        }
-}
-
 inline void addProduct(Exact& sum, Lanes a, double b) { sum = sum + exactProduct(all(b), a); }
 inline void addProduct(Lanes& sum, Lanes a, double b) { sum += a * b; }
 inline Lanes rounded(Exact sum) { return sum.hi; }
@@ -188,7 +85,7 @@ void multiplyRows(const double* rows, int count, const double* w, int n, double*
     const Index length = n + 1;
     for (int first = 0; first < count; first += kLanes, rows += kLanes * length, b += kLanes * length) {
         const int some = count - first < kLanes ? count - first : kLanes;
-        transpose(rows, some, n, length, (count - first) * length, kLanes, buffer);
+        transpose(rows, some, n, length, (count - first) * length, kLanes, kLanes, buffer);
         int j = 0;
         for (; j + 4 <= n; j += 4)
             multiplyColumns<Sum, 4>(buffer, w, length, j, some, b);
@@ -250,7 +147,7 @@ void multiplyRowsInSlices(const double* rows, int count, const double* wHigh, co
     double* const low = high + n * kLanes;
     for (int first = 0; first < count; first += kLanes, rows += kLanes * length, b += kLanes * length) {
         const int some = count - first < kLanes ? count - first : kLanes;
-        transpose(rows, some, n, length, (count - first) * length, kLanes, buffer);
+        transpose(rows, some, n, length, (count - first) * length, kLanes, kLanes, buffer);
         sliceRows(buffer, units, n, high, low);
         int j = 0;
         for (; j + 4 <= n; j += 4)
@@ -278,7 +175,7 @@ void misclosure(const Equations& equations, const double* high, const double* lo
     for (int first = 0; first < equations.m; first += kBlock) {
         const int count = equations.m - first < kBlock ? equations.m - first : kBlock;
         transpose(equations.rows + first * length, count, n + 1, length, (equations.m - first) * length,
-                  kBlock, transposed);
+                  kBlock, kBlock, transposed);
         double weights[kBlock] = {};
         for (int k = 0; k < count; ++k)
             weights[k] = equations.weights[first + k];
