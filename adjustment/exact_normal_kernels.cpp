@@ -17,7 +17,6 @@ using Index = long long;
 
 constexpr int kSums = 8;    // partial sums
 constexpr int kBlock = 64;  // equations
-constexpr int kStep = kSums / kLanes;
 
 // Columns left and `count` right ones; of each pair 8 high and 8 low partial sums, one pair behind the other.
 template <bool weighted, int count>
