@@ -146,7 +146,7 @@ struct Space {
 // long as forming 2000 x 4.)
 bool weightsAreOne(const Equations& equations) {
     const Lanes one = all(1.0);
-    auto others = one != one;
+    decltype(Lanes{} != one) others = {};
     int k = 0;
     for (; k + kLanes <= equations.m; k += kLanes)
         others |= load(equations.weights + k) != one;

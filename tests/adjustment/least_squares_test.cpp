@@ -177,10 +177,11 @@ TEST(LeastSquares, UnknownsAndCofactorsToTheLastDigitOnANationalGrid) {
             CLeastSq adjustment(0, 4);
             double squares = 0.0, weights = 0.0;
             for (int k = 0; k < 4 * rectangles; ++k) {
-                const double dx = (k % 2 ? -1.0 : 1.0) * (50 + 7 * (k / 4));
-                const double dy = (k / 2 % 2 ? -1.0 : 1.0) * (90 + 3 * (k / 4));
+                const int rectangle = k / 4;
+                const double dx = (k % 2 ? -1.0 : 1.0) * (50 + 7 * rectangle);
+                const double dy = (k / 2 % 2 ? -1.0 : 1.0) * (90 + 3 * rectangle);
                 const double x = east + dx, y = north + dy, residual = dx * dy > 0.0 ? 300.0 : -300.0;
-                const double p = k / 4 % 2 ? 1.0 : weight;
+                const double p = rectangle % 2 ? 1.0 : weight;
                 enter(adjustment, {{x, -y, 1, 0, 3 * x - 2 * y - 700 + residual}});
                 adjustment.SetWeight(p);
                 enter(adjustment, {{y, x, 0, 1, 3 * y + 2 * x + 5 - residual}});
