@@ -4,6 +4,7 @@ function(fieldscan_compile_options target)
         CXX_STANDARD 17
         CXX_STANDARD_REQUIRED ON
         CXX_EXTENSIONS OFF
+        UNITY_BUILD OFF  # files have the same names in their unnamed namespaces
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
 

@@ -66,8 +66,10 @@ void run(const Options& options) {
     useCodePage(options.fromPage);
     const TextFile file(options.in);
     CArray<CXYZ, CXYZ&> points;
-    if (readPoints(file, points) != Format::point)
-        file.fail(0, "expected a point file, lines of name,x,y,z alone; the rest would be lost");
+    readPoints(file, points);
+    for (std::size_t i = 0; i < file.lines().size() && static_cast<int>(i) < points.GetSize(); ++i)
+        if (fieldsOf(file.line(i)).size() != 4)
+            file.fail(static_cast<int>(i) + 1, "expected name,x,y,z alone; the rest would be lost");
     for (int i = 0; i < points.GetSize(); ++i)
         convert(points[i], options);
     useCodePage(options.toPage);

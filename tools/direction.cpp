@@ -43,22 +43,28 @@ void run(const Options& options, int& exitCode) {
     CArray<CXYZ, CXYZ&> points;
     readPoints(file, points);
     const CXYZ station = options.station.station();
-    ProgressLine progress("Computing directions");
-    for (int i = 0; i < points.GetSize(); ++i) {
-        double direction, zenith;
-        const std::string name = utf8(points[i].name);
-        if (CCalcXYZHV::XYZToHV(station, points[i], options.station.height(), zenith, direction) == 1) {
-            std::printf("%s,%s,%s\n", name.c_str(), angleText(direction, options.unit).c_str(),
-                        angleText(zenith, options.unit).c_str());
-        } else {
-            std::printf("%s,,\n", name.c_str());
-            std::fprintf(stderr,
-                         "%s: point %s: expected one that is not straight above or below the station\n",
-                         file.name().c_str(), name.c_str());
-            exitCode = kDataAreWrong;
+    std::string lines, faults;  // shown when the progress line is gone
+    {
+        ProgressLine progress("Computing directions");
+        for (int i = 0; i < points.GetSize(); ++i) {
+            double direction, zenith;
+            const std::string name = utf8(points[i].name);
+            if (CCalcXYZHV::XYZToHV(station, points[i], options.station.height(), zenith, direction) == 1) {
+                lines += name + "," + angleText(direction, options.unit) + "," +
+                         angleText(zenith, options.unit) + "\n";
+            } else {
+                lines += name + ",,\n";
+                faults += file.message(0, "point " + name +
+                                              ": expected one that is not straight above or below "
+                                              "the station\n");
+            }
+            progress(i + 1, points.GetSize());
         }
-        progress(i + 1, points.GetSize());
     }
+    std::fputs(lines.c_str(), stdout);
+    std::fputs(faults.c_str(), stderr);
+    if (!faults.empty())
+        exitCode = kDataAreWrong;
 }
 
 }  // namespace

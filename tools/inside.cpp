@@ -17,11 +17,13 @@ struct Options {
     StationOptions station;
 };
 
+constexpr char kDirection[] = "expected name,horizontal angle,zenith angle,0 in degrees (or --station)";
+
 void takeDirections(const TextFile& file, ScanJob& job) {
     for (int i = 0; i < job.points.GetSize(); ++i) {
         const CXYZ& point = job.points[i];
-        if (std::fabs(point.x) > 360.0 || point.y < 0.0 || point.y > 180.0)
-            file.fail(i + 1, "expected name,horizontal angle,zenith angle,0 in degrees (or --station)");
+        if (std::fabs(point.x) > 360.0 || point.y < 0.0 || point.y > 180.0 || point.z != 0.0)
+            file.fail(i + 1, kDirection);
         Sight sight = {point.x, point.y, 0.0, Place::outside};
         CCalcXYZHV::Angle0To360(sight.direction);
         placeSight(job, sight);
@@ -30,16 +32,20 @@ void takeDirections(const TextFile& file, ScanJob& job) {
 }
 
 void run(const Options& options) {
+    if (options.station.isHalfGiven())
+        throw CLI::RequiredError("--station or --station-file (for --height)");
     useCodePage(options.page);
     ScanJob job;
     readArea(TextFile(options.area), job, true);
     const TextFile file(options.points);
-    readPoints(file, job.points);
+    const Format format = readPoints(file, job.points);
     if (options.station.given()) {
         job.station = options.station.station();
         job.instrumentHeight = options.station.height();
         ProgressLine progress("Sighting the points");
         sightPoints(job, std::ref(progress));
+    } else if (format == Format::occupied) {  // whose points are not line by line
+        file.fail(0, kDirection);
     } else {
         takeDirections(file, job);
     }

@@ -30,7 +30,10 @@ int main(int argc, char** argv) {
     try {
         CLI::App program("Files and computations of a scanning total station.", "fieldscan");
         program.footer(
-            "A FILE may be \"-\", standard input. Exit codes: 0 fine, 1 the data are wrong, 2 wrong use.\n"
+            "One FILE may be \"-\", standard input. Without a code page files are in "
+            "FIELDSCAN_ANSI_CODEPAGE, else\n"
+            "UTF-8. Exit codes: 0 fine, 1 the data are wrong or a file cannot be read or written, 2 wrong "
+            "use.\n"
             "\"fieldscan SUBCOMMAND --help\" tells more.");
         for (const auto add : {addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw})
             add(program, exitCode);

@@ -19,11 +19,13 @@ class StationOptions {
 public:
     void addTo(CLI::App& command);
     bool given() const { return !m_coordinates.empty() || !m_file.empty(); }
+    bool isHalfGiven() const { return !given() && m_height != kNoHeight; }
     CXYZ station() const;
     double height() const;
 
 private:
-    std::string m_coordinates, m_file, m_height = "0";
+    static constexpr char kNoHeight[] = "0";
+    std::string m_coordinates, m_file, m_height = kNoHeight;
 };
 
 #endif

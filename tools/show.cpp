@@ -6,6 +6,7 @@
 #include "common/text.h"
 #include "contents.h"
 #include "options.h"
+#include "points.h"
 #include "subcommands.h"
 
 namespace {
@@ -122,8 +123,7 @@ void show(const TextFile& file, const Options& options) {
         file.fail(0, "expected one of the known formats (--as says which)");
     Contents contents;
     if (!readContents(file, format, contents))
-        file.fail(0,
-                  std::string("expected a ") + nameOf(format) + " file that is complete (check tells more)");
+        readWhole(file, format, contents);  // fails as well, and tells the line
     put("file", file.name());
     put("format", nameOf(format));
     showContents(contents, format);

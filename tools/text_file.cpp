@@ -1,11 +1,13 @@
 #include "text_file.h"
 
+#include <CLI/CLI.hpp>
 #include <charconv>
 #include <cmath>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <random>
+#include <utility>
 
 #include "common/files.h"
 #include "common/text.h"
@@ -62,6 +64,9 @@ TemporaryFolder::~TemporaryFolder() {
 TextFile::TextFile(const std::string& argument) : m_name(argument), m_path(argument) {
     std::string text;
     if (argument == "-") {
+        static bool isTaken = false;
+        if (std::exchange(isTaken, true))
+            throw CLI::ValidationError("-", "standard input gives one file only");
         m_name = "(standard input)";
         text.assign(std::istreambuf_iterator<char>(std::cin), {});
         m_path = m_folder.emplace().file();

@@ -31,7 +31,7 @@ private:
 
 class TextFile {
 public:
-    // "-" is standard input. Throws DataError.
+    // "-" is standard input. Throws DataError, and CLI::ValidationError where it is asked for again.
     explicit TextFile(const std::string& argument);
 
     const std::string& name() const { return m_name; }

@@ -75,7 +75,8 @@ void setOutline(const CArray<CXYZ, CXYZ&>& vertices, const fs::path& path, ScanJ
     job.area.Init();
     for (int i = 0; i < vertices.GetSize(); ++i) {
         const CXYZ& vertex = vertices[i];
-        if (!isFinite(vertex) || std::fabs(vertex.x) > 360.0 || vertex.y <= 0.0 || vertex.y >= 180.0)
+        if (!isFinite(vertex) || std::fabs(vertex.x) > 360.0 || vertex.y <= 0.0 || vertex.y >= 180.0 ||
+            vertex.z != 0.0)
             fail(fs::path(path) += ":" + std::to_string(i + 1), "no direction" + expected);
         CWPK angles(vertex.y / kDegreesPerRadian, 0.0, vertex.x / kDegreesPerRadian);
         job.area.NormalizeAngle(angles.kappa);
