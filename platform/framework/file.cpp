@@ -13,6 +13,9 @@ namespace {
 
 constexpr unsigned int kBufferSize = 64 * 1024;
 
+// A longer line is none: a device without end, or a damaged file, must not take all memory.
+constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
+
 bool hasZeroUnit(const CString& path) { return path.Find(static_cast<unsigned short>(0)) >= 0; }
 
 }  // namespace
@@ -130,9 +133,16 @@ bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line
             line = std::string_view(from, part);
             return true;
         }
+        file.m_readFailed = split.size() + part > kLongestLine;
+        if (file.m_readFailed)
+            break;
         split.append(from, part);
         if (feed)
             break;
+    }
+    if (file.m_readFailed) {  // what is there of the line is not the line
+        split.clear();
+        file.m_next = file.m_end;
     }
     line = split;
     return !split.empty();

@@ -25,6 +25,8 @@ TEST_F(Posix, FilesThatAreNone) {
     ASSERT_EQ(file.Open(u"/dev/full", CFile::modeWrite), 1);
     EXPECT_FALSE(file.HasReadFailed());
     EXPECT_EQ(file.Write("x", 1), 0);
+    ASSERT_EQ(file.Open(u"/dev/null", CFile::modeWrite), 1);
+    EXPECT_EQ(file.Write("x", 1) + file.Flush(), 2) << "no medium to flush to";
 }
 
 TEST_F(Posix, FindsDevicePathsBelowTheRoot) {
