@@ -89,6 +89,12 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     EXPECT_EQ(adjustment.Create(3, -1) + adjustment.Create(2147483647, 2147483646), 0);
     EXPECT_EQ(adjustment.ObeqSize + adjustment.parameterNumber + adjustment.rowLength, 0);
 
+    // Equations that were changed behind the forming do not refine the solution.
+    CLeastSq line(2, 2);
+    enter(line, {{1, 0, 3}, {0, 1, 5}});
+    ASSERT_EQ(line.Lessqu(2, 2) + line.InitParameter(line.Obeq, 0.0) + line.SwpMat(), 3);
+    EXPECT_EQ(line.GetBcor(0) * 10 + line.GetBcor(1), 35);
+
     CLeastSq single(1);
     EXPECT_EQ(single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(), 12);
 }

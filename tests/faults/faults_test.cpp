@@ -2,6 +2,7 @@
 // open.
 #include <fieldscan/camera.h>
 #include <fieldscan/helmert.h>
+#include <fieldscan/key_sort.h>
 #include <fieldscan/least_squares.h>
 #include <fieldscan/message.h>
 #include <fieldscan/panorama_files.h>
@@ -230,6 +231,7 @@ TEST_F(Faults, MemoryEnds) {
     CHelmert helmert;
     CPolyline line;
     CPolyline smooth;
+    CArray<int, int> order;
     for (int i = 0; i < 40; ++i)
         line.AddVertex(CVertex(i % 7, i % 5, i, 0));
     const auto solve = [&] {
@@ -238,19 +240,27 @@ TEST_F(Faults, MemoryEnds) {
             status = engine.SetObeq(k % 21, k * 7919 % 1000 * 0.01 + (k % 21 == k / 21 % 21)) && true;
         return status && engine.Solve() ? 1 : 0;
     };
-    all.insert(all.end(), {{"adjustment", overwrites, solve},
-                           {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
-                           {"Helmert", overwrites,
-                            [&] { return helmert.SetPoints(points, points) > 0 && helmert.CalPara(); }},
-                           {"spline", overwrites,
-                            [&] {
-                                smooth = line;
-                                return smooth.Spline(4);
-                            }},
-                           {"interpolation", overwrites, [&] {
-                                smooth = line;
-                                return smooth.InterpolateVertex(0.1);
-                            }}});
+    all.insert(
+        all.end(),
+        {{"adjustment", overwrites, solve},
+         {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
+         {"Helmert", overwrites, [&] { return helmert.SetPoints(points, points) > 0 && helmert.CalPara(); }},
+         {"adjustment made", overwrites, [&] { return CLeastSq(20).Create(30, 20); }},
+         {"key sort", overwrites,
+          [&] {
+              QuickSortKey(numbers, order, 1);
+              return order.GetSize() == numbers.GetSize() ? 1 : 0;
+          }},
+         {"shooting grid", overwrites, [&] { return CScanArea().CalShootAng(CWPK(1, 0, 1), CWPK(2, 0, 3)); }},
+         {"spline", overwrites,
+          [&] {
+              smooth = line;
+              return smooth.Spline(4);
+          }},
+         {"interpolation", overwrites, [&] {
+              smooth = line;
+              return smooth.InterpolateVertex(0.1);
+          }}});
     for (const Operation& operation : all) {
         for (int call = 1, present = 1; present >= 0; call += 1 + call / 8) {
             prepare(operation, present);

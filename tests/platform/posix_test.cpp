@@ -85,4 +85,10 @@ TEST_F(Posix, TheEnvironmentNamesTheCodePage) {
     EXPECT_EQ(seam::ansiCodePage(), seam::kUtf8);
 }
 
+TEST_F(Posix, ShowsMessagesAsStandardErrors) {
+    testing::internal::CaptureStderr();
+    seam::showMessage(u"card \u5cb3", CRect());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "card \xE5\xB2\xB3\n");
+}
+
 }  // namespace
