@@ -60,7 +60,7 @@ bool CFile::fill() {
     if (!m_buffer)
         m_buffer = new (std::nothrow) char[kBufferSize];
     const long long got = m_buffer ? system::readFile(m_handle, m_buffer, kBufferSize) : -1;
-    m_readFailed = m_readFailed || got < 0;
+    m_readFailed = got < 0;
     m_next = 0;
     m_end = got > 0 ? static_cast<unsigned int>(got) : 0;
     return m_end > 0;

@@ -94,6 +94,7 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     enter(line, {{1, 0, 3}, {0, 1, 5}});
     ASSERT_EQ(line.Lessqu(2, 2) + line.InitParameter(line.Obeq, 0.0) + line.SwpMat(), 3);
     EXPECT_EQ(line.GetBcor(0) * 10 + line.GetBcor(1), 35);
+    EXPECT_TRUE(line.Solve() == 0 && line.GetComputationTime() >= 0.0);
 
     CLeastSq single(1);
     EXPECT_EQ(single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(), 12);

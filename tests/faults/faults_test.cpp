@@ -207,7 +207,7 @@ TEST_F(Faults, FolderWithoutRights) {
 }
 
 TEST_F(Faults, FullMedium) {
-    if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+    if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) != 0 ||
         mount("none", folder.c_str(), "tmpfs", 0, "size=64k") != 0)
         GTEST_SKIP() << "no right to mount a small medium";
     for (const Operation& operation : operations()) {

@@ -64,6 +64,7 @@ TEST_F(ValueFiles, UnitSettingsOfBothVersions) {
         {"FIELD_SCAN_UNI_FILEVER1.1\nx\ny\nz", "1 0 0 1"},
         {v11, "0 2 -1 1"},
         {"FIELD_SCAN_UNI_FILEVER1.0\n2\n", "0 2 0 1"},
+        {"FIELD_SCAN_UNI_FILEVER1.0\n", "0 0 0 1"},
         {"\n2\n3\n", "0 0 0 1"}};
     for (const auto& [bytes, expected] : rows) {
         put("in", bytes);

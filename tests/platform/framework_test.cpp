@@ -184,6 +184,9 @@ TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
     array.SetAtGrow(-1, u"");
     array.RemoveAt(5, 99);
     EXPECT_EQ(array.GetSize(), 5);
+    array.Reserve(100);
+    array.FreeExtra();
+    EXPECT_EQ(array.GetCapacity(), 5);
     array.SetAtGrow(6, array[0]);
     EXPECT_EQ(array[6].GetLength(), kLong.Left(27).GetLength());
 }
