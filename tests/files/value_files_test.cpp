@@ -123,6 +123,7 @@ TEST_F(Range, FileInEveryUnit) {
     EXPECT_FALSE(range.Write(path("f"), static_cast<RANGE_AXES>(2), RANGE_METRE) ||
                  range.Write(path("f"), RANGE_MATH, static_cast<RANGE_UNIT>(3)) || get("f").empty());
     EXPECT_TRUE(!range.Read(path("none")) && range.count == 0);
+    range.count = -3;
     EXPECT_TRUE(range.Write(path("f"), RANGE_MATH, RANGE_METRE) && range.Read(path("f"))) << "empty";
 }
 

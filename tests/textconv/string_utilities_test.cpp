@@ -108,7 +108,7 @@ TEST_F(StringUtilities, DoubleByteCharacters) {
 }
 
 TEST(FileNames, ThatACardTakes) {
-    for (const char16_t* good : {u"JOB 1.csv", u"CONE.txt", u"COM0", u"COM10", u"x.CON"})
+    for (const char16_t* good : {u"JOB 1.csv", u"CONE.txt", u"COM0", u"COMA", u"COM10", u"ABC1", u"x.CON"})
         EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(good), 1) << CString(good)[0];
     for (const char16_t* bad : {u"", u"a ", u"..", u"con", u"Nul.a.b", u"PRN .x", u"aux", u"lpt9", u"COM1"})
         EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(bad), 0) << CString(bad)[0];
