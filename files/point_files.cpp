@@ -107,12 +107,6 @@ bool fieldscan::openForReading(CFile& file, const CString* path, int mustExist) 
            file.Close() && file.Open(*path, CFile::modeRead);
 }
 
-bool fieldscan::openForWriting(CFile& file, const CString& path, int append) {
-    if (append == 1)
-        return openBehindLines(file, path, CFile::modeWrite);
-    return file.Open(path, CFile::modeCreate | CFile::modeWrite) == 1;
-}
-
 int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
     points.SetSize(0);
     return zeroIfOutOfMemory([&] {
@@ -137,17 +131,7 @@ int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append) {
     };
     if (!path)
         return 0;
-    if (append != 1)
-        return writeNewFile(*path, write);
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!openForWriting(file, *path, append))
-            return 0;
-        LineWriter lines(file);
-        write(lines);
-        const bool written = lines.finish();
-        return file.Close() && written ? 1 : 0;
-    });
+    return append == 1 ? appendToFile(*path, CFile::modeWrite, "", write) : writeNewFile(*path, write);
 }
 
 int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {

@@ -33,21 +33,23 @@ bool readNamedPoint(CFile& file, unsigned int codePage, CXYZ& point);
 // Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
 bool openForReading(CFile& file, const CString* path, int mustExist);
 
-// Opens for writing: append 1 an existing file, behind its end; else made or emptied.
-bool openForWriting(CFile& file, const CString& path, int append);
-
 // What is written is on the medium when this returns true; the file is closed either way.
 bool closeOnMedium(CFile& file);
 
-// Opens the file for appending, lets `write` fill lines, closes it on the medium: 1, or 0 when a step fails.
+constexpr unsigned int kMadeIfMissing = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite;
+
+// Opens the file for appending (openBehindLines), lets `write` fill lines behind what is missing, closes it
+// on the medium: 1, or 0 when a step fails.
 template <class Write>
-int appendToFile(const CString& path, Write write) {
+int appendToFile(const CString& path, unsigned int mode, std::string_view header, Write write) {
     return zeroIfOutOfMemory([&] {
         CFile file;
-        if (!openBehindLines(file, path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
-            return 0;
         LineWriter lines(file);
-        write(lines, file);
+        std::string_view missing;
+        if (!openBehindLines(file, path, mode, header, missing))
+            return 0;
+        lines.text() = missing;
+        write(lines);
         const bool written = lines.finish();
         return closeOnMedium(file) && written ? 1 : 0;
     });

@@ -71,7 +71,7 @@ int readRange(const CString& path, CRange& range) {
         !isKnown(axes, unit) || count < 0)
         return 0;
     CXYZ lower, upper;
-    if (!readCorner(file, axes, unit, lower) || !readCorner(file, axes, unit, upper) || file.HasReadFailed())
+    if (!readCorner(file, axes, unit, lower) || !readCorner(file, axes, unit, upper))
         return 0;
     if (!(lower.x <= upper.x && lower.y <= upper.y && lower.z <= upper.z))  // nor is NaN a corner
         return 0;

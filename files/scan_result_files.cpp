@@ -41,18 +41,18 @@ int ScanFileClose(CFile* file) {
 }
 
 int ScanFileAdd(CString path, CXYZ point, CString extra) {
-    return appendToFile(path, [&](LineWriter& lines, CFile&) {
+    return appendToFile(path, kMadeIfMissing, "", [&](LineWriter& lines) {
         appendScanPoint(lines, point, extra);
         lines.endLine();
     });
 }
 
 int ScanFileAdd(CString path, CXYZ point) {
-    return appendToFile(path, [&](LineWriter& lines, CFile&) { appendWithCode(lines, point); });
+    return appendToFile(path, kMadeIfMissing, "", [&](LineWriter& lines) { appendWithCode(lines, point); });
 }
 
 int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points) {
-    return appendToFile(path, [&](LineWriter& lines, CFile&) {
+    return appendToFile(path, kMadeIfMissing, "", [&](LineWriter& lines) {
         for (int i = 0; i < points.GetSize(); ++i)
             appendWithCode(lines, points[i]);
     });

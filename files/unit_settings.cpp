@@ -46,9 +46,7 @@ int CTSUnit::Read(CString path) {
         version = word.c_str();
         if (!readInteger(file, meterFeet) || !readInteger(file, feet))
             return 0;
-        if (version == kVersion11 && !readInteger(file, angle))
-            return 0;
-        return file.HasReadFailed() ? 0 : 1;
+        return version != kVersion11 || readInteger(file, angle) ? 1 : 0;
     });
 }
 

@@ -12,7 +12,8 @@ using namespace fieldscan;
 
 namespace {
 
-const char16_t kVersionLine[] = u"FIELD_SCAN_MPT_FILEVER1.0";
+const char kVersion[] = "FIELD_SCAN_MPT_FILEVER1.0";
+const char kVersionLine[] = "FIELD_SCAN_MPT_FILEVER1.0\r\n";
 
 // The fields of a line behind name, x, y, z, in their order.
 enum Field { kCode, kAttribute, kText, kFirst, kSecond, kFields };
@@ -33,18 +34,14 @@ Element elementOr(const Array& array, int i, const Element& missing) {
     return i < array.GetSize() ? array[i] : missing;
 }
 
-void appendHeader(LineWriter& lines, const CString& header) {
-    lines.append(header);
-    lines.text() += '\r';
-    lines.endLine();
-}
-
 }  // namespace
 
 int WriteHeader(CFile* file, CString header) {
     zeroIfOutOfMemory([&] {
         LineWriter lines(*file);
-        appendHeader(lines, header);
+        lines.append(header);
+        lines.text() += '\r';
+        lines.endLine();
         return lines.finish() ? 1 : 0;
     });
     return 1;
@@ -62,29 +59,34 @@ int ReadHeader(CFile* file, CString header) {
 
 int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
                         CArray<double, double>& second, CStringArray& texts, int append) {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!openForWriting(file, path, append))
-            return 0;
-        LineWriter lines(file);
-        if (append != 1)
-            appendHeader(lines, kVersionLine);
+    const auto write = [&](LineWriter& lines) {
         for (int i = 0; i < points.GetSize(); ++i)
             appendVersioned(lines, points[i], elementOr(texts, i, CString()), elementOr(first, i, 0.0),
                             elementOr(second, i, 0.0));
+    };
+    if (append == 1)
+        return appendToFile(path, CFile::modeWrite, kVersionLine, [&](LineWriter& lines) {
+            if (lines.text() == kVersionLine)  // an empty file gets no version line here
+                lines.text().clear();
+            write(lines);
+        });
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        LineWriter lines(file);
+        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite))
+            return 0;
+        lines.text() = kVersionLine;
+        write(lines);
         const bool written = lines.finish();
         return closeOnMedium(file) && written ? 1 : 0;
     });
 }
 
-// The version line and the point go to the medium together: an interrupted call leaves no file that lacks the
-// line, and one that is empty gets it.
+// The version line and the point go to the medium together. Where a recording was cut off in the version
+// line, the next point's call completes it: without it no reader takes the file.
 int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text) {
-    return appendToFile(path, [&](LineWriter& lines, CFile& file) {
-        if (file.GetLength() == 0)
-            appendHeader(lines, kVersionLine);
-        appendVersioned(lines, point, text, first, second);
-    });
+    return appendToFile(path, kMadeIfMissing, kVersionLine,
+                        [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
 }
 
 int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
@@ -95,7 +97,7 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
     texts.SetSize(0);
     const int result = zeroIfOutOfMemory([&] {
         CFile file;
-        if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, kVersionLine) != 1)
+        if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, kVersion) != 1)
             return 0;
         const unsigned int codePage = system::ansiCodePage();
         std::string_view fields[kFields];

@@ -89,8 +89,8 @@ int CCalcXYZHV::IsPolyInside(const CPolyline& outline, double h, double v) {
         if ((dp <= 0.0 && dq > 0.0) || (dp > 0.0 && dq <= 0.0)) {
             const double xp = upwardDifferenceInTurn(left, inTurn(p->x));
             const double xq = upwardDifferenceInTurn(left, inTurn(q->x));
-            const double width = (dq - dp) * -1.0;
-            const double crossing = width == 0.0 ? xp : (xq - xp) / width * dp + xp;
+            const double width = (dq - dp) * -1.0;  // not 0: of dp and dq one is positive
+            const double crossing = (xq - xp) / width * dp + xp;
             if (crossing >= point)
                 ++crossings;
         }

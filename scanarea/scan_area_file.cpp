@@ -339,7 +339,7 @@ int CScanArea::Read2(CString path) {
             reserveDouble(outlineAngles);
             outlineAngles.Add(vertex);
         }
-        return file.HasReadFailed() ? 0 : 1;
+        return 1;
     });
 }
 
@@ -357,10 +357,8 @@ int CScanArea::GetImgCsvLine(CFile* file, char* buffer) {
 void CScanArea::WriteLogFile(CString text) {
     zeroIfOutOfMemory([&] {
         CFile file;
-        if (!openForAppending(file, kLogFile))
-            return 0;
         LineWriter lines(file);
         lines.append(text);
-        return lines.finish() ? 1 : 0;
+        return openForAppending(file, kLogFile) && lines.finish() ? 1 : 0;
     });
 }

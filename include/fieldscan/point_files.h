@@ -12,10 +12,11 @@
 // and 0 for failure; nothing is shown and nothing is thrown. A null path counts as an empty one, which fails.
 //
 // Readers empty the list first. A missing file fails when mustExist is 1; otherwise it is made, empty, and
-// read. Names and lines may have any length; blanks at both ends of a field go. A number is read as atof
-// reads it: what is none is 0.
+// read. Names may have any length, lines up to 16 MiB; blanks at both ends of a field go. A number is read as
+// atof reads it: what is none is 0.
 
-// When the medium fails before the end of the file, readers keep what they read and return 0.
+// When the medium fails before the end of the file, or a line is longer, readers keep what they read and
+// return 0.
 
 // "name,x,y,z" lines. Each line gives a point, from its first four fields; missing ones count as empty, those
 // beyond do not count. An empty line ends the file. Returns 0 when the file cannot be made or opened.

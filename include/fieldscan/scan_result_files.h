@@ -40,13 +40,15 @@ FIELDSCAN_API int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points);
 // ---- Versioned scan files: the line "FIELD_SCAN_MPT_FILEVER1.0", then
 //      "name,x,y,z,code,attr[2],text,first,second" lines, the last two with four decimals ----
 
-// append 1 adds to a file that must exist, without another version line; any other value makes or replaces
-// the file. `first`, `second` and `texts` go along with `points`; where one is shorter, 0 or the empty text
-// stands in. Returns 0 when the path is empty, the file cannot be opened, or writing or closing fails.
+// append 1 adds to a file that must exist, without another version line (one that was cut off is completed);
+// any other value makes or replaces the file. `first`, `second` and `texts` go along with `points`; where one
+// is shorter, 0 or the empty text stands in. Returns 0 when the path is empty, the file cannot be opened, or
+// writing or closing fails.
 FIELDSCAN_API int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points,
                                       CArray<double, double>& first, CArray<double, double>& second,
                                       CStringArray& texts, int append);
-// Appends one point; a missing file is made with its version line first, an empty one gets it.
+// Appends one point; a missing file is made with its version line first, and what an interrupted call left of
+// that line (an empty file, the line's beginning) is completed.
 FIELDSCAN_API int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text);
 // Empties the four lists, then reads. Lines with fewer than nine fields are skipped, fields beyond the ninth
 // do not count; blanks at both ends of a field go. Returns 0 when the file cannot be opened or read to

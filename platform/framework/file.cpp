@@ -13,6 +13,9 @@ namespace {
 
 constexpr unsigned int kBufferSize = 64 * 1024;
 
+// A longer line is none: a device without end, or a damaged file, must not take all memory.
+constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
+
 bool hasZeroUnit(const CString& path) { return path.Find(static_cast<unsigned short>(0)) >= 0; }
 
 }  // namespace
@@ -57,7 +60,7 @@ bool CFile::fill() {
     if (!m_buffer)
         m_buffer = new (std::nothrow) char[kBufferSize];
     const long long got = m_buffer ? system::readFile(m_handle, m_buffer, kBufferSize) : -1;
-    m_readFailed = m_readFailed || got < 0;
+    m_readFailed = got < 0;
     m_next = 0;
     m_end = got > 0 ? static_cast<unsigned int>(got) : 0;
     return m_end > 0;
@@ -130,9 +133,16 @@ bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line
             line = std::string_view(from, part);
             return true;
         }
+        file.m_readFailed = split.size() + part > kLongestLine;
+        if (file.m_readFailed)
+            break;
         split.append(from, part);
         if (feed)
             break;
+    }
+    if (file.m_readFailed) {  // what is there of the line is not the line
+        split.clear();
+        file.m_next = file.m_end;
     }
     line = split;
     return !split.empty();

@@ -9,6 +9,7 @@ namespace fieldscan {
 namespace {
 
 constexpr std::size_t kPieceSize = 64 * 1024;
+constexpr std::size_t kLongestHeader = 64;
 
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
@@ -24,25 +25,37 @@ bool openForAppending(CFile& file, const CString& path) {
 }
 
 // Leaves the position at the end.
-bool seekBehindLines(CFile& file, bool& cut) {
-    char last = '\n';
-    if (system::seekFile(file.m_handle, -1, true) < 0)  // nothing in it
+bool seekBehindLines(CFile& file, std::string_view header, std::string_view& missing) {
+    char bytes[kLongestHeader];
+    const long long length = system::fileLength(file.m_handle);
+    if (length == 0) {
+        missing = header;
         return file.SeekToEnd() == 1;
-    if (system::readFile(file.m_handle, &last, 1) != 1)
+    }
+    const long long count = std::min(length, std::max<long long>(1, static_cast<long long>(header.size())));
+    if (length < 0 || system::seekFile(file.m_handle, -count, true) < 0 ||
+        system::readFile(file.m_handle, bytes, static_cast<std::size_t>(count)) != count)
         return false;
-    cut = last != '\n';
+    const std::string_view last(bytes, static_cast<std::size_t>(count));
+    if (count == length && header.substr(0, last.size()) == last)
+        missing = header.substr(last.size());
+    else
+        missing = last.back() == '\n' ? "" : "\n";
     return true;
 }
 
-bool openBehindLines(CFile& file, const CString& path, unsigned int mode) {
-    bool cut = false;
+bool openBehindLines(CFile& file, const CString& path, unsigned int mode, std::string_view header,
+                     std::string_view& missing) {
     const unsigned int reading = (mode ^ CFile::modeWrite) | CFile::modeReadWrite;
-    const bool readable = file.Open(path, reading) == 1;
-    // A file that may be written to and not read.
-    if (!readable && (file.GetOpenFailure() != CFile::causeAccessDenied || !file.Open(path, mode)))
-        return false;
-    if ((readable ? seekBehindLines(file, cut) : file.SeekToEnd() == 1) && (!cut || file.Write("\n", 1)))
-        return true;
+    if (file.Open(path, reading)) {
+        if (seekBehindLines(file, header, missing))
+            return true;
+    } else if (file.GetOpenFailure() == CFile::causeAccessDenied && file.Open(path, mode)) {
+        // A file that may be written to and not read.
+        missing = file.GetLength() == 0 ? header : "";
+        if (file.SeekToEnd())
+            return true;
+    }
     file.Close();
     return false;
 }
@@ -88,7 +101,9 @@ int splitAtCommas(std::string_view line, std::string_view* fields, int most) {
     }
 }
 
-LineWriter::LineWriter(CFile& file) : m_file(file), m_codePage(system::ansiCodePage()), m_good(true) {}
+LineWriter::LineWriter(CFile& file) : m_file(file), m_codePage(system::ansiCodePage()), m_good(true) {
+    m_text.reserve(kPieceSize + 4096);  // the line that fills a piece goes beyond it
+}
 
 void LineWriter::append(const CString& wide) {
     system::appendAnsi(m_codePage, wide.GetString(), wide.GetLength(), m_text);

@@ -12,7 +12,8 @@
 
 namespace fieldscan {
 
-// The next line with its line feed (the last line of a file may lack it), however long; false at the end.
+// The next line with its line feed (the last line of a file may lack it); false at the end, when its end
+// cannot be read, and when it is longer than 16 MiB, which counts as a failure of the medium.
 bool readLine(CFile& file, std::string& line);
 // The same without a copy: the line lies in the buffer of the file, or in `split` where the end of the buffer
 // cuts it, until the next operation on the file.
@@ -21,9 +22,12 @@ bool readLine(CFile& file, std::string& split, std::string_view& line);
 // Opens for appending, behind the end of the file, which is made if it is missing.
 bool openForAppending(CFile& file, const CString& path);
 
-// Opens a file of lines for appending, with a mode of CFile that keeps its contents. A last line without line
-// feed, which was cut off while it was written, is ended first: it shall cost the next line nothing.
-bool openBehindLines(CFile& file, const CString& path, unsigned int mode);
+// Opens a file of lines for appending, with a mode of CFile that keeps its contents. `missing` is what has to
+// be written before the next line: the line feed of a last line that was cut off while it was written, which
+// shall cost the next one nothing; or, of the line `header` that every such file begins with, what the file
+// lacks of it.
+bool openBehindLines(CFile& file, const CString& path, unsigned int mode, std::string_view header,
+                     std::string_view& missing);
 
 // `text` without white space of ASCII at both ends.
 std::string_view trimmed(std::string_view text);
@@ -38,6 +42,8 @@ int splitAtCommas(std::string_view line, std::string_view* fields, int most);
 
 // Collects text and writes it in large pieces. What is left is written by finish, which tells whether all
 // writes succeeded.
+//
+// Made before its file is opened: where no memory is left for a first piece, no file is touched.
 class LineWriter {
 public:
     explicit LineWriter(CFile& file);

@@ -26,14 +26,15 @@ bool RewrittenFile::finish(bool written) {
         return false;
     const bool flushed = written && m_file.Flush() == 1;
     const bool complete = m_file.Close() == 1 && flushed;
-    if (!m_beside)
-        return complete;
-    const auto replaced = [&] { return complete && system::replaceFile(m_new, m_path) ? 1 : 0; };
-    if (zeroIfOutOfMemory(replaced))
+    const auto inPlace = [&] {
+        return complete && (!m_beside || system::replaceFile(m_new, m_path)) ? 1 : 0;
+    };
+    if (zeroIfOutOfMemory(inPlace))
         return true;
     zeroIfOutOfMemory([&] {
-        system::removeFile(m_new);
-        if (m_made)
+        if (m_beside)
+            system::removeFile(m_new);
+        if (m_made && system::isReplaceable(m_path))
             system::removeFile(m_path);
         return 1;
     });

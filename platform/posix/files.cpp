@@ -115,7 +115,7 @@ long long fileLength(FileHandle file) {
 }
 
 bool flushFile(FileHandle file) {
-    return uninterrupted([&] { return ::fsync(descriptor(file)); }) == 0;
+    return uninterrupted([&] { return ::fsync(descriptor(file)); }) == 0 || errno == EINVAL;  // has no medium
 }
 
 // Not repeated when interrupted: the descriptor is gone then, and may already be another file's.

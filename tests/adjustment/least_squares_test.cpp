@@ -89,6 +89,13 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     EXPECT_EQ(adjustment.Create(3, -1) + adjustment.Create(2147483647, 2147483646), 0);
     EXPECT_EQ(adjustment.ObeqSize + adjustment.parameterNumber + adjustment.rowLength, 0);
 
+    // Equations that were changed behind the forming do not refine the solution.
+    CLeastSq line(2, 2);
+    enter(line, {{1, 1, 3}, {1, 1.0001, 3.0001}});
+    ASSERT_EQ(line.Lessqu(2, 2) + line.InitParameter(line.Obeq, 1.0) + line.SwpMat(), 3);
+    EXPECT_NEAR(line.GetBcor(0), 2, 1e-3);
+    EXPECT_TRUE(line.Solve() == 0 && line.GetComputationTime() >= 0.0);
+
     CLeastSq single(1);
     EXPECT_EQ(single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(), 12);
 }

@@ -2,6 +2,7 @@
 // open.
 #include <fieldscan/camera.h>
 #include <fieldscan/helmert.h>
+#include <fieldscan/key_sort.h>
 #include <fieldscan/least_squares.h>
 #include <fieldscan/message.h>
 #include <fieldscan/panorama_files.h>
@@ -11,6 +12,9 @@
 #include <fieldscan/scan_result_files.h>
 #include <fieldscan/unit_settings.h>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <unistd.h>
 
 #include <functional>
 #include <string>
@@ -43,18 +47,34 @@ protected:
         }
         camera.marks.Copy(points);
         range.AddPoint(points[0]);
+        file = path("file");
+        CKTImgMsg::SetHandler([](const CString&, const CRect&) {});
     }
-    // A file of each operation, in its place as "file".
-    void prepare(const Operation& operation) {
+    void TearDown() override {
+        CKTImgMsg::SetHandler(nullptr);
+        TempFolder::TearDown();
+    }
+    // A file of each operation, in its place as "file", or none there.
+    void prepare(const Operation& operation, bool present) {
         faults::arm(faults::none, 0);
         std::filesystem::remove(folder / "file");
-        if (operation.kind == reads) {
+        if (!present) {
+        } else if (operation.kind == reads) {
             for (const Operation& writer : operations())
                 if (writer.kind != reads && std::string(writer.name) == operation.name && writer.run() != 1)
                     FAIL() << writer.name;
         } else {
             put("file", old);
         }
+        before = get("file");
+    }
+    // Whether a call that failed left what it may leave, and no file open.
+    bool kept(const Operation& operation, bool present, int result) const {
+        const std::string after = get("file");
+        return faults::openCount() == 0 && !exists("file.new~") &&
+               (operation.kind == overwrites || (after == before && exists("file") == present) ||
+                (operation.kind == rewrites && result == 1) ||
+                (operation.kind == appends && after.compare(0, before.size(), before) == 0));
     }
     std::vector<Operation> operations() {
         static double v[6];
@@ -91,6 +111,7 @@ protected:
     }
 
     const std::string old = "what was there before\n";
+    std::string before;
     CString file, name = u"image";
     CSize size;
     CArray<CXYZ, CXYZ&> points, back;
@@ -102,60 +123,115 @@ protected:
 };
 
 TEST_F(Faults, LoseNothing) {
-    file = path("file");
     int injected = 0;
-    CKTImgMsg::SetHandler([](const CString&, const CRect&) {});
     for (const Operation& operation : operations()) {
-        for (const auto fault :
-             {faults::open, faults::openFull, faults::read, faults::write, faults::writeHalf,
-              faults::writeShort, faults::flush, faults::close, faults::replace}) {
-            for (int call = 1;; ++call) {
-                prepare(operation);
-                const std::string before = get("file");
-                faults::arm(fault, call);
-                const int result = operation.run();
-                const bool happened = faults::hasHappened();
-                faults::arm(faults::none, 0);
-                if (!happened)
-                    break;
-                ++injected;
-                const auto where = [&] {
-                    return std::string(operation.name) + ", fault " + std::to_string(fault) + ", call " +
-                           std::to_string(call);
-                };
-                // A file that was read is closed without asking for more; nor is what rewriting opens first,
-                // to see whether it may, and where no file can be made beside it the old one is written. A
-                // file that may not be read may be appended to.
-                const bool harmless = fault == faults::writeShort ||
-                                      (fault == faults::close && operation.kind == reads) ||
-                                      (fault == faults::close && operation.kind == rewrites && call == 1) ||
-                                      (fault == faults::open && operation.kind == rewrites && call == 2) ||
-                                      (fault == faults::open && operation.kind == appends);
-                EXPECT_EQ(result, harmless ? 1 : 0) << where();
-                const std::string after = get("file");
-                const bool kept = operation.kind == overwrites || after == before ||
-                                  (operation.kind == rewrites && result == 1) ||
-                                  (operation.kind == appends && after.compare(0, before.size(), before) == 0);
-                EXPECT_TRUE(kept) << where();
-                EXPECT_EQ(faults::openCount(), 0) << where();
-                EXPECT_FALSE(exists("file.new~")) << where();
-                ASSERT_LT(call, 10000);
+        for (const bool present : {true, false}) {
+            prepare(operation, present);
+            if (operation.kind != appends && operation.kind != rewrites ? !present : operation.run() != 1)
+                continue;  // a list is added to an existing file alone
+            for (const auto fault :
+                 {faults::open, faults::openFull, faults::read, faults::write, faults::writeHalf,
+                  faults::writeShort, faults::flush, faults::close, faults::replace}) {
+                for (int call = 1;; ++call) {
+                    prepare(operation, present);
+                    faults::arm(fault, call);
+                    const int result = operation.run();
+                    const bool happened = faults::hasHappened();
+                    faults::arm(faults::none, 0);
+                    if (!happened)
+                        break;
+                    ++injected;
+                    // A file that was read is closed without asking for more; nor is what rewriting opens
+                    // first, to see whether it may, and where no file can be made beside it the old one is
+                    // written. A file that may not be read may be appended to.
+                    const bool harmless =
+                        fault == faults::writeShort || (fault == faults::close && operation.kind == reads) ||
+                        (fault == faults::close && operation.kind == rewrites && call == 1) ||
+                        (fault == faults::open && operation.kind == rewrites && call == 2) ||
+                        (fault == faults::openFull && operation.kind == rewrites && call == 2 && !present) ||
+                        (fault == faults::open && operation.kind == appends);
+                    EXPECT_TRUE(result == harmless && kept(operation, present, result))
+                        << operation.name << ", fault " << fault << ", call " << call << ", result " << result
+                        << (present ? "" : ", no file before");
+                    ASSERT_LT(call, 10000);
+                }
             }
         }
     }
-    CKTImgMsg::SetHandler(nullptr);
     RecordProperty("injected", injected);
-    EXPECT_GT(injected, 150);
+    EXPECT_GT(injected, 200);
+}
+
+// Places that every system has, by every operation.
+TEST_F(Faults, PlacesThatRefuse) {
+    const struct {
+        CString place;
+        bool read, written;
+    } rows[] = {{u"/dev/full", false, true},
+                {u"/dev/zero", true, false},  // a line without end
+                {CString(folder.c_str()), true, true},
+                {CString(folder.c_str()) + u"/" + CString('a', 5000), true, true},
+                {path("none/file"), true, true}};
+    for (const auto& row : rows) {
+        file = row.place;
+        for (const Operation& operation : operations()) {
+            if (operation.kind == reads ? row.read : row.written) {
+                EXPECT_EQ(operation.run() + faults::openCount(), 0) << operation.name;
+            }
+        }
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+// In a folder where no file can be made, what may be written is written; nothing else is touched.
+TEST_F(Faults, FolderWithoutRights) {
+    namespace fs = std::filesystem;
+    const bool root = geteuid() == 0;
+    for (const Operation& operation : operations()) {
+        for (const int rights : {0666, 0444, 0}) {  // 0: no file
+            if (operation.kind == reads)
+                continue;
+            prepare(operation, rights != 0);
+            if (rights)
+                fs::permissions(folder / "file", static_cast<fs::perms>(rights));
+            fs::permissions(folder, static_cast<fs::perms>(0555));
+            ASSERT_EQ(root ? seteuid(65534) : 0, 0);
+            const int result = operation.run();
+            ASSERT_EQ(root ? seteuid(0) : 0, 0);
+            fs::permissions(folder, static_cast<fs::perms>(0755));
+            EXPECT_EQ(result, rights == 0666) << operation.name;
+            EXPECT_EQ(get("file") != before, rights == 0666) << operation.name;
+            EXPECT_TRUE(kept(operation, rights != 0, result)) << operation.name;
+        }
+    }
+}
+
+TEST_F(Faults, FullMedium) {
+    if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) != 0 ||
+        mount("none", folder.c_str(), "tmpfs", 0, "size=64k") != 0)
+        GTEST_SKIP() << "no right to mount a small medium";
+    for (const Operation& operation : operations()) {
+        if (operation.kind == reads)
+            continue;
+        prepare(operation, true);
+        put("rest", std::string(65536, 'x'));
+        const int result = operation.run();
+        const bool fits = operation.kind == appends && get("file").size() < 4096;  // into the page of the old
+        EXPECT_EQ(result, fits) << operation.name;
+        EXPECT_TRUE(kept(operation, true, result)) << operation.name;
+        std::filesystem::remove(folder / "rest");
+    }
+    umount2(folder.c_str(), MNT_DETACH);
 }
 
 // What throws here is a caller's own copy of an argument, or a list that the caller lets grow.
 TEST_F(Faults, MemoryEnds) {
-    file = path("file");
     std::vector<Operation> all = operations();
     CLeastSq engine, spoiled;
     CHelmert helmert;
     CPolyline line;
     CPolyline smooth;
+    CArray<int, int> order;
     for (int i = 0; i < 40; ++i)
         line.AddVertex(CVertex(i % 7, i % 5, i, 0));
     const auto solve = [&] {
@@ -164,24 +240,30 @@ TEST_F(Faults, MemoryEnds) {
             status = engine.SetObeq(k % 21, k * 7919 % 1000 * 0.01 + (k % 21 == k / 21 % 21)) && true;
         return status && engine.Solve() ? 1 : 0;
     };
-    all.insert(all.end(), {{"adjustment", overwrites, solve},
-                           {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
-                           {"Helmert", overwrites,
-                            [&] { return helmert.SetPoints(points, points) > 0 && helmert.CalPara(); }},
-                           {"spline", overwrites,
-                            [&] {
-                                smooth = line;
-                                return smooth.Spline(4);
-                            }},
-                           {"interpolation", overwrites, [&] {
-                                smooth = line;
-                                return smooth.InterpolateVertex(0.1);
-                            }}});
-    CKTImgMsg::SetHandler([](const CString&, const CRect&) {});
+    all.insert(
+        all.end(),
+        {{"adjustment", overwrites, solve},
+         {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
+         {"Helmert", overwrites, [&] { return helmert.SetPoints(points, points) > 0 && helmert.CalPara(); }},
+         {"adjustment made", overwrites, [&] { return CLeastSq(20).Create(30, 20); }},
+         {"key sort", overwrites,
+          [&] {
+              QuickSortKey(numbers, order, 1);
+              return order.GetSize() == numbers.GetSize() ? 1 : 0;
+          }},
+         {"shooting grid", overwrites, [&] { return CScanArea().CalShootAng(CWPK(1, 0, 1), CWPK(2, 0, 3)); }},
+         {"spline", overwrites,
+          [&] {
+              smooth = line;
+              return smooth.Spline(4);
+          }},
+         {"interpolation", overwrites, [&] {
+              smooth = line;
+              return smooth.InterpolateVertex(0.1);
+          }}});
     for (const Operation& operation : all) {
-        for (int call = 1;; call += 1 + call / 8) {
-            prepare(operation);
-            const std::string before = get("file");
+        for (int call = 1, present = 1; present >= 0; call += 1 + call / 8) {
+            prepare(operation, present);
             spoiled.Create(1, 1);
             faults::arm(faults::memory, call);
             int result = 0;
@@ -190,17 +272,17 @@ TEST_F(Faults, MemoryEnds) {
             } catch (const std::bad_alloc&) {}
             const bool happened = faults::hasHappened();
             faults::arm(faults::none, 0);
-            if (!happened)
-                break;
-            const std::string after = get("file");
-            const bool kept = operation.kind == overwrites || after == before ||
-                              (operation.kind == rewrites && result == 1) ||
-                              (operation.kind == appends && after.compare(0, before.size(), before) == 0);
-            EXPECT_TRUE(kept && faults::openCount() == 0) << operation.name << ", allocation " << call;
+            if (!happened) {  // once more where no file was before
+                present = operation.kind == appends || operation.kind == rewrites ? present - 1 : -1;
+                call = 0;
+                continue;
+            }
+            EXPECT_TRUE(kept(operation, present, result)) << operation.name << ", allocation " << call;
+            EXPECT_TRUE(present || result == 1 || !exists("file"))
+                << operation.name << ", allocation " << call;
             EXPECT_TRUE(result == 0 || operation.kind != reads) << operation.name << ", allocation " << call;
         }
     }
-    CKTImgMsg::SetHandler(nullptr);
     EXPECT_EQ(solve(), 1) << "objects that saw failures work on";
 }
 

@@ -104,9 +104,17 @@ TEST_F(ScanFiles, VersionedFilesComeBack) {
     EXPECT_EQ(KVX4NP_CSVFileAdd(path("added"), points[1], 0, 0, u""), 1);
     EXPECT_EQ(get("added"), kVersion + lines);
 
-    put("empty", "");
-    EXPECT_EQ(KVX4NP_CSVFileAdd(path("empty"), points[1], 0, 0, u""), 1);
-    EXPECT_EQ(get("empty"), kVersion + lines.substr(lines.find('\n') + 1)) << "an interrupted first call";
+    for (std::size_t cut = 0; cut <= kVersion.size(); ++cut) {  // an interrupted first call
+        put("cut", kVersion.substr(0, cut));
+        EXPECT_EQ(KVX4NP_CSVFileAdd(path("cut"), points[1], 0, 0, u""), 1);
+        EXPECT_EQ(get("cut"), kVersion + lines.substr(lines.find('\n') + 1)) << cut;
+        put("cut", kVersion.substr(0, cut));
+        EXPECT_EQ(KVX4NP_CSVFileWrite(path("cut"), points, first, second, texts, 1), 1);
+        EXPECT_EQ(get("cut"), (cut > 0 ? kVersion : "") + lines) << cut;
+    }
+    put("cut", "FIELD_SCAN_X");
+    EXPECT_EQ(KVX4NP_CSVFileAdd(path("cut"), points[0], 359.99994, 90, u"a text"), 1);
+    EXPECT_EQ(get("cut"), "FIELD_SCAN_X\n" + lines.substr(0, lines.find('\n') + 1)) << "another file's line";
 
     ASSERT_EQ(KVX4NP_ReadCSVFile(path("v"), readPoints, readFirst, readSecond, readTexts), 1);
     ASSERT_EQ(readPoints.GetSize(), 4);

@@ -63,6 +63,8 @@ TEST_F(ValueFiles, UnitSettingsOfBothVersions) {
         {" 1.0 any\r\n 2 x\r\n99999999999", "1 2 2147483647 1"},
         {"FIELD_SCAN_UNI_FILEVER1.1\nx\ny\nz", "1 0 0 1"},
         {v11, "0 2 -1 1"},
+        {"FIELD_SCAN_UNI_FILEVER1.0\n2\n", "0 2 0 1"},
+        {"FIELD_SCAN_UNI_FILEVER1.0\n", "0 0 0 1"},
         {"\n2\n3\n", "0 0 0 1"}};
     for (const auto& [bytes, expected] : rows) {
         put("in", bytes);
@@ -93,6 +95,9 @@ TEST_F(Range, GrowsWithItsPoints) {
                           range.IsInside(CXYZ(0, corner->y + off, 20)) +
                           range.IsInside(CXYZ(0, 0, corner->z + off)),
                       off == 0 || (off > 0) == (corner == &range.lower) ? 3 : 0);
+    const CRange copy(range);
+    range = CRange();
+    EXPECT_TRUE(!range.IsInside(CXYZ(0, 0, 20)) && (range = copy).IsInside(CXYZ(0, 0, 20)));
     range.count = 2147483647;
     EXPECT_TRUE(range.AddPoint(CXYZ()) && range.count == 2147483647);
     range.Init();
@@ -118,6 +123,7 @@ TEST_F(Range, FileInEveryUnit) {
     EXPECT_FALSE(range.Write(path("f"), static_cast<RANGE_AXES>(2), RANGE_METRE) ||
                  range.Write(path("f"), RANGE_MATH, static_cast<RANGE_UNIT>(3)) || get("f").empty());
     EXPECT_TRUE(!range.Read(path("none")) && range.count == 0);
+    range.count = -3;
     EXPECT_TRUE(range.Write(path("f"), RANGE_MATH, RANGE_METRE) && range.Read(path("f"))) << "empty";
 }
 

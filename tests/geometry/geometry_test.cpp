@@ -67,6 +67,11 @@ TEST(Points, OperatorsKeepOrDropTheName) {
     expectPoint(moved, 1.5, 2.5, 1, u"ST1", u"NAIL");
     moved.Init();
     expectPoint(moved, 0, 0, 0, u"", u"");
+    CXYF flat, other;
+    flat.SetXY(1.5f, -2.5f);
+    other = flat;
+    flat.Init();
+    EXPECT_TRUE(CXYF(other).x == 1.5f && other.y == -2.5f && flat.x == 0.0f && flat.y == 0.0f);
 }
 
 TEST(Points, SumsInTheStatedOrder) {

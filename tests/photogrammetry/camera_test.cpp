@@ -104,6 +104,7 @@ TEST(InstrumentCamera, ImagesInAnArrayBeginAtZero) {
         CImgVH& last = instrument.images[size - 1];
         EXPECT_EQ(last.v + last.h, size == 1 ? 10 : 0);
         instrument.images[0].v = instrument.images[0].h = last.v = last.h = 5;
+        EXPECT_EQ(CImgVH(last).h, 5);
     }
 }
 

@@ -84,6 +84,8 @@ TEST(Distortion, TableAndParameters) {
     EXPECT_EQ(dist.DistToPara(), 0) << "radius 0 and three others determine no four unknowns";
     EXPECT_NEAR(dist.para[0], 2, 1e-9);
     EXPECT_EQ(dist.AddDist(2, 3), 5);
+    const CDist copy(dist);
+    EXPECT_TRUE(copy.radius.GetSize() == 5 && copy.dist[4] == 3 && copy.para[0] == dist.para[0]);
     dist.dist.SetSize(4);
     EXPECT_EQ(dist.DistToPara(), 0);
     EXPECT_TRUE(dist.ParaToDist(0.5, -1) && dist.radius.IsEmpty() && dist.dist.IsEmpty());

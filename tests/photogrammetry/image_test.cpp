@@ -99,6 +99,7 @@ TEST(Image, FitsFiducialMarks) {
         EXPECT_EQ(image.ImcToPhc(point, point, 0), 0) << "no fit";
         CImage copy(image);
         EXPECT_EQ(copy.ImcToPhc(0), best != 0);
+        EXPECT_TRUE(CImage(copy).PhcToImc(0, 0) == (best != 0));
         EXPECT_EQ((image = copy).innOri, best);
         if (!best)
             continue;

@@ -88,6 +88,18 @@ TEST_F(File, ReadsWhatWasWrittenWhereverTheBufferEnds) {
         lines += line;
     EXPECT_EQ(lines, bytes);
 
+    for (const bool over : {false, true}) {
+        const std::size_t longest = 16 * 1024 * 1024;
+        put("long", "first\n" + std::string(longest - 1 + over, 'x') + "\nnext\n");
+        CFile longFile;
+        ASSERT_EQ(longFile.Open(path("long"), CFile::modeRead), 1);
+        EXPECT_TRUE(fieldscan::readLine(longFile, line));
+        EXPECT_EQ(fieldscan::readLine(longFile, line), !over);
+        EXPECT_EQ(line.size(), over ? 0 : longest);
+        EXPECT_EQ(fieldscan::readLine(longFile, line), !over);
+        EXPECT_EQ(longFile.HasReadFailed(), over);
+    }
+
     // Writing goes on where the caller has read to, not where the buffer ends.
     file.SeekToBegin();
     char three[3];

@@ -14,6 +14,7 @@
 #include "platform/framework/arithmetic.h"
 #include "platform/framework/calendar.h"
 #include "platform/framework/line_text.h"
+#include "platform/system.h"
 
 namespace {
 
@@ -167,6 +168,8 @@ TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
     array.RemoveAt(2, 2);
     array.RemoveAt(99);
     array.RemoveAt(-1);
+    array.InsertAt(-1, u"x");
+    array.InsertAt(0, u"x", 0);
     CString all;
     for (int i = 0; i < array.GetSize(); ++i)
         all += array[i].Left(3) + u"|";
@@ -181,6 +184,9 @@ TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
     array.SetAtGrow(-1, u"");
     array.RemoveAt(5, 99);
     EXPECT_EQ(array.GetSize(), 5);
+    array.Reserve(100);
+    array.FreeExtra();
+    EXPECT_EQ(array.GetCapacity(), 5);
     array.SetAtGrow(6, array[0]);
     EXPECT_EQ(array[6].GetLength(), kLong.Left(27).GetLength());
 }
@@ -264,6 +270,9 @@ TEST(Card, GivesTheTitleOfAPath) {
         EXPECT_EQ(CRTCard().GetFileTitle(row.path, title), *row.title ? 1 : 0);
         EXPECT_EQ(title, CString(row.title));
     }
+    CString program;
+    ASSERT_TRUE(fieldscan::system::modulePath(program));
+    EXPECT_TRUE(CRTCard().IsFile(program) && !CRTCard().IsFile(program + u"x"));
 }
 
 CString shown;

@@ -25,6 +25,19 @@ TEST_F(Posix, FilesThatAreNone) {
     ASSERT_EQ(file.Open(u"/dev/full", CFile::modeWrite), 1);
     EXPECT_FALSE(file.HasReadFailed());
     EXPECT_EQ(file.Write("x", 1), 0);
+    ASSERT_EQ(file.Open(u"/dev/null", CFile::modeWrite), 1);
+    EXPECT_EQ(file.Write("x", 1) + file.Flush(), 2) << "no medium to flush to";
+}
+
+TEST_F(Posix, ReplacesInTheCurrentFolder) {
+    const fs::path before = fs::current_path();
+    fs::current_path(folder);
+    put("new", "new");
+    put("old", "old");
+    EXPECT_TRUE(seam::replaceFile(u"new", u"old"));
+    EXPECT_TRUE(get("old") == "new" && !exists("new"));
+    EXPECT_FALSE(seam::replaceFile(u"new", u"old"));
+    fs::current_path(before);
 }
 
 TEST_F(Posix, FindsDevicePathsBelowTheRoot) {
@@ -49,6 +62,9 @@ TEST_F(Posix, ReadsTheRegistryFile) {
     EXPECT_FALSE(lookUp(u"Folder")) << "no file named";
     setenv("FIELDSCAN_REGISTRY", (folder / "device.reg").c_str(), 1);
     EXPECT_FALSE(lookUp(u"Folder")) << "no such file";
+    setenv("FIELDSCAN_REGISTRY", "/dev/zero", 1);
+    EXPECT_FALSE(lookUp(u"Folder")) << "a line without end";
+    setenv("FIELDSCAN_REGISTRY", (folder / "device.reg").c_str(), 1);
     std::string wide = "\xFF\xFE";
     for (const char c : text)
         wide += std::string(1, c) + '\0';
@@ -81,6 +97,12 @@ TEST_F(Posix, TheEnvironmentNamesTheCodePage) {
     }
     clearEnvironment();
     EXPECT_EQ(seam::ansiCodePage(), seam::kUtf8);
+}
+
+TEST_F(Posix, ShowsMessagesAsStandardErrors) {
+    testing::internal::CaptureStderr();
+    seam::showMessage(u"card \u5cb3", CRect());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "card \xE5\xB2\xB3\n");
 }
 
 }  // namespace

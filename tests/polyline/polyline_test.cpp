@@ -140,6 +140,7 @@ TEST(Polyline, TurnsByTheStatedSum) {
     EXPECT_EQ(line.CheckTurn(), 0);
     line.Normalize();
     EXPECT_EQ(xs(line), (std::vector<double>{2, 1})) << "degenerate ones are reversed";
+    EXPECT_EQ(ring({{0, 0}, {1, 1}, {2, 2}}).CheckTurn(), 0);
     // Counter-clockwise; the triple that is left out (last, first, second) would have made it -1.
     EXPECT_EQ(ring({{0, 1}, {6, 3}, {1, 2}, {1, 5}}).CheckTurn(), 1);
     EXPECT_EQ(ring({{1, 4}, {0, 3}, {4, 0}, {1, 1}}).CheckTurn(), 1) << "-7 + 5 + 9: the last term decides";

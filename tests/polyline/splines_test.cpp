@@ -123,7 +123,8 @@ TEST(Splines, RefuseDegenerateInput) {
         for (CPolyline bad : {polylineOf({}, true), polylineOf({{0, 0, 0}, {1, 1, 1}}, true),
                               polylineOf({{0, 0, 0}, {1, 1, 1}, {1, 1, 1}}, false),
                               polylineOf({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 0, 0}}, true),
-                              polylineOf({{0, 0, 0}, {1, inf, 1}, {2, 0, 0}}, false)}) {
+                              polylineOf({{0, 0, 0}, {1, inf, 1}, {2, 0, 0}}, false),
+                              polylineOf({{0, 0, 0}, {1, 0, 1e308}, {2, 0, -1e308}, {3, 0, 1e308}}, false)}) {
             EXPECT_EQ((bad.*smooth)(4) + bad.GetSplineFlag(), 0);
             EXPECT_TRUE(bad.vertices.IsEmpty() || at(bad, 0).flag == 0x41) << "as it was";
         }

@@ -64,6 +64,9 @@ TEST_F(ScanAreaFile2, IsWrittenAndRead) {
     bad.shootAngles[1].omega = NAN;
     EXPECT_EQ(bad.Write2(path("v2")), 0);
     bad = sample();
+    bad.areaAngle2.kappa = INFINITY;
+    EXPECT_EQ(bad.Write2(path("v2")), 0);
+    bad = sample();
     bad.imageNames[1] = u"two\nlines";
     EXPECT_EQ(bad.Write2(path("v2")) + bad.Write2(u"/dev/full") + bad.Write2(path("none/x")), 0);
     EXPECT_EQ(get("v2"), kSample) << "untouched";
@@ -96,7 +99,12 @@ TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
                                                            {"5110", "51a0"},
                                                            {"90.50000", "x"},
                                                            {",0,360", "360"},
-                                                           {"350.000 80", "350.000 x"}};
+                                                           {"350.000 80", "350.000 x"},
+                                                           {"350.000 80", "350.000,80"},
+                                                           {"shots,2", "shots,-1"},
+                                                           {"Wall", "Wa\rll"},
+                                                           {"5110", "51/0"},
+                                                           {"5110", "5100"}};
     for (const auto& [from, to] : changes) {
         std::string text = whole;
         put("bad", text.replace(text.find(from), std::string(from).size(), to));

@@ -188,6 +188,8 @@ TEST(Observations, DirectionsInEveryQuadrant) {
         const double z = height(random);
         S::CalcXYZToVH(CXYZ(5, 5, z + 30.7), CXYZ(5, 5, z), height(random) * 0.01, zenith, direction);
         ASSERT_NEAR(zenith, 0.0, 1e-5) << i;  // not NaN
+        S::CalcXYZToVH(CXYZ(5, 5, z - 30.7), CXYZ(5, 5, z), height(random) * 0.01, zenith, direction);
+        ASSERT_NEAR(zenith, -180.0, 1e-5) << i;
     }
 }
 
@@ -195,6 +197,7 @@ TEST(Observations, CoordinatesFromAnObservation) {
     const CXYZ station(u"ST", 1000, 2000, 50);
     CXYZ out(u"T", 1, 2, 3);
     EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, 5, station, 0.25, 1, 1e-13), 0);
+    EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, station, 0.25, 1, 1e-13), 0);
     EXPECT_EQ(out.x + out.attr[0], 1);
     EXPECT_EQ(S::CalcXYZ(out, 29, 200, 80, 5, station, 0.25, 1, 2), 1);
     EXPECT_EQ(out.x, 1086.6025);

@@ -55,6 +55,16 @@ TEST_F(StringUtilities, FieldsHoldWholeCharacters) {
     } rows[] = {{65001, 5, "P1 \t CODE", "2P1", "5P1   ", "5P1 \t "},
                 {65001, 4, "\xE5\xB2\xB3\xC3\xA9", "3\xE5\xB2\xB3", "4\xE5\xB2\xB3 ", "3\xE5\xB2\xB3"},
                 {65001, 4, blank8 + "\xC3", "4" + blank8 + "\xC3", "4" + blank8 + "\xC3", "3" + blank8},
+                {65001, 5,
+                 "\xF0\x9F\x98\x80"
+                 "ab",
+                 "5\xF0\x9F\x98\x80"
+                 "a",
+                 "5\xF0\x9F\x98\x80"
+                 "a",
+                 "5\xF0\x9F\x98\x80"
+                 "a"},
+                {65001, 2, "\xFF\xF5 ", "2\xFF\xF5", "2\xFF\xF5", "2\xC3\xBF"},
                 {932, 3, "\x8A\x78\x8A\x78", "2\x8A\x78", "3\x8A\x78 ", "2\x8A\x78"},
                 {932, 4, "\xB1" + blank932, "1\xB1", "4\xB1   ", "3\xB1" + blank932},
                 {1252, 2, "\xE9\x8A\x78", "2\xE9\x8A", "2\xE9\x8A", "2\xE9\x8A"},
@@ -98,7 +108,7 @@ TEST_F(StringUtilities, DoubleByteCharacters) {
 }
 
 TEST(FileNames, ThatACardTakes) {
-    for (const char16_t* good : {u"JOB 1.csv", u"CONE.txt", u"COM0", u"COM10", u"x.CON"})
+    for (const char16_t* good : {u"JOB 1.csv", u"CONE.txt", u"COM0", u"COMA", u"COM10", u"ABC1", u"x.CON"})
         EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(good), 1) << CString(good)[0];
     for (const char16_t* bad : {u"", u"a ", u"..", u"con", u"Nul.a.b", u"PRN .x", u"aux", u"lpt9", u"COM1"})
         EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(bad), 0) << CString(bad)[0];

@@ -11,7 +11,7 @@ class CFile;
 
 namespace fieldscan {
 bool readLine(CFile& file, std::string& split, std::string_view& line);
-bool seekBehindLines(CFile& file, bool& cut);
+bool seekBehindLines(CFile& file, std::string_view header, std::string_view& missing);
 }  // namespace fieldscan
 
 // A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
@@ -59,7 +59,8 @@ public:
     // Up to `count` bytes from the position on; returns how many were read, less than `count` only at the
     // end of the file or when the medium fails.
     unsigned int Read(void* buffer, unsigned int count);
-    // Whether a read since Open failed, other than by the end of the file. No later one succeeds then.
+    // Whether a read since Open failed, other than by the end of the file; a reader of lines that met one of
+    // more than 16 MiB counts. No later one succeeds then.
     bool HasReadFailed() const { return m_readFailed; }
     // All `count` bytes, or 0: part of them may then be on the medium.
     int Write(const void* buffer, unsigned int count);
@@ -76,7 +77,7 @@ public:
 
 private:
     friend bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line);
-    friend bool fieldscan::seekBehindLines(CFile& file, bool& cut);
+    friend bool fieldscan::seekBehindLines(CFile& file, std::string_view header, std::string_view& missing);
 
     bool fill();
     bool dropBuffer();
