@@ -175,19 +175,21 @@ TEST(Observations, DirectionsInEveryQuadrant) {
     EXPECT_EQ(S::CalcXYZToVH(CXYZ(1000, 0, 0), CXYZ(0, 0, 0), 0, zenith, direction), 1);
     EXPECT_EQ(direction, 90.0);
     EXPECT_EQ(zenith, 90.0);
-    S::CalcXYZToVH(CXYZ(-1000, 0, 1000), CXYZ(0, 0, 0), 0, zenith, direction);
+    S::CalcXYZToVH(CXYZ(-1000, 0, 1001.5), CXYZ(0, 0, 0), 1.5, zenith, direction);
     EXPECT_EQ(direction, 270.0);
     EXPECT_NEAR(zenith, 45, 1e-12);
     S::CalcXYZToVH(CXYZ(0, 1000, -1000 * std::tan(10 / 57.29577951308232)), CXYZ(0, 0, 0), 0, zenith,
                    direction);
     EXPECT_NEAR(zenith, -260, 1e-12);
-    // Straight up at heights whose two differences are rounded apart.
+    // Straight up and down at heights whose two differences are rounded apart.
     std::mt19937_64 random(3);
     std::uniform_real_distribution<double> height(0, 1000);
     for (int i = 0; i < 10000; ++i) {
         const double z = height(random);
         S::CalcXYZToVH(CXYZ(5, 5, z + 30.7), CXYZ(5, 5, z), height(random) * 0.01, zenith, direction);
         ASSERT_NEAR(zenith, 0.0, 1e-5) << i;  // not NaN
+        S::CalcXYZToVH(CXYZ(5, 5, z - 30.7), CXYZ(5, 5, z), height(random) * 0.01, zenith, direction);
+        ASSERT_NEAR(zenith, -180.0, 1e-5) << i;  // 90 - 270
     }
 }
 
@@ -196,6 +198,7 @@ TEST(Observations, CoordinatesFromAnObservation) {
     CXYZ out(u"T", 1, 2, 3);
     EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, 5, station, 0.25, 1, 1e-13), 0);
     EXPECT_EQ(out.x + out.attr[0], 1);
+    EXPECT_EQ(S::CalcXYZ(out, 29, 0, 80, 5, station, 0.25, 1, 1e-12), 1) << "the least scale";
     EXPECT_EQ(S::CalcXYZ(out, 29, 200, 80, 5, station, 0.25, 1, 2), 1);
     EXPECT_EQ(out.x, 1086.6025);
     EXPECT_EQ(out.y, 2050.0);
