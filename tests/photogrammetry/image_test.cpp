@@ -61,12 +61,16 @@ TEST(Image, ConvertsWithoutMarks) {
     image.innOri = INNORI_FIDUCIAL_LSQ;
     image.phc.Add(point);
     image.imc.Add(point);
+    image.helmert.parameters.SetSize(4);
+    image.planeTrans.parameters.SetSize(6);
     image.Init();
     EXPECT_EQ(image.markImc.GetSize() + image.imc.GetSize() + image.phc.GetSize() + image.word1 +
                   image.word2 + image.innOri,
               0);
     EXPECT_EQ(image.center.Len() + image.wpk.omega + image.camera.pp.x, 0);
-    EXPECT_EQ(image.rot.m[0][0] + image.res.y, 2);
+    EXPECT_EQ(image.rot.m[0][0] + image.res.y + image.helmert.parameters.GetSize() +
+                  image.planeTrans.parameters.GetSize(),
+              2);
 }
 
 TEST(Image, FitsFiducialMarks) {
