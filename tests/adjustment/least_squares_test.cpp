@@ -96,7 +96,7 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     EXPECT_EQ(single.rowLength * 100 + single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(),
               212);
     single.Bcor[0] = single.Weight[0] = 5.0;
-    EXPECT_EQ(single.Create(1, 1) + single.Bcor[0] + single.Weight[0], 2.0) << "as new";
+    EXPECT_EQ(single.Create(1, 2) + single.rowLength + single.Bcor[0] + single.Weight[0], 5.0) << "as new";
 }
 
 // Laeuchli's equations: N is singular in double, the equations are not.
@@ -171,7 +171,7 @@ TEST(LeastSquares, KeepsSmallUnknownsBesideLargeOnes) {
     CLeastSq correlated(4, 2);  // x1 = 1, x0 = -1 / e, which hides in a column of small numbers
     const double e = std::ldexp(1.0, -20);
     for (int k = 0; k < 4; ++k)
-        enter(correlated, {{e, 1 + k * e, k * e}});
+        enter(correlated, {{e, 1 + 0.7 * k * e, (1 + 0.7 * k * e) - 1}});
     ASSERT_EQ(correlated.Solve(), 1);
     EXPECT_EQ(correlated.GetBcor(0) * e, -1.0);
     EXPECT_EQ(correlated.GetBcor(1), 1.0);

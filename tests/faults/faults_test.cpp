@@ -167,7 +167,11 @@ TEST_F(Faults, MemoryEnds) {
     all.insert(all.end(), {{"adjustment", overwrites, solve},
                            {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
                            {"Helmert", overwrites,
-                            [&] { return helmert.SetPoints(points, points) > 0 && helmert.CalPara(); }},
+                            [&] {
+                                const int pairs = helmert.SetPoints(points, points);
+                                EXPECT_EQ(pairs, helmert.targetPoints.GetSize());
+                                return pairs > 0 && helmert.CalPara();
+                            }},
                            {"spline", overwrites,
                             [&] {
                                 smooth = line;
