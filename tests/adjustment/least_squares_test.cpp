@@ -95,7 +95,9 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     CLeastSq single(1);
     EXPECT_EQ(single.rowLength * 100 + single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(),
               212);
-    single.Bcor[0] = single.Weight[0] = 5.0;
+    EXPECT_EQ(CLeastSq(-1).GetCurrentObeqNumber(), 0) << "refused";
+    EXPECT_EQ(single.SetObeq(0, 1.0) + single.SetWeight(3.0) + single.Weight[0], 5.0);
+    single.Bcor[0] = 5.0;
     EXPECT_EQ(single.Create(1, 2) + single.rowLength + single.Bcor[0] + single.Weight[0], 5.0) << "as new";
 }
 
