@@ -99,7 +99,7 @@ TEST(PackedAngles, CarryAndCut) {
                 {-12.5, 0, 0, -12.3},          {-12.5, 1, 0, 347.3},
                 {1.0 / 3600, 0, 0, 0.0001},    {359.99999, 1, 0, 360.0},
                 {0.99972222222, 0, 0, 0.5959}, {12.345678, 0, 1, 12.20444408},
-                {12.345678, 0, 0, 12.2044}};
+                {12.345678, 0, 0, 12.2044},    {1.0085, 0, 0, 1.0031}};
     for (const auto& row : rows)
         EXPECT_NEAR(S::Angle100To60(row.degrees, row.normalize, row.keep), row.packed, 1e-11) << row.degrees;
     EXPECT_EQ(S::Angle60To100(12.3, 0), 12.5);
