@@ -126,7 +126,7 @@ TEST(Image, ProjectsInMillimetresAndInMetres) {
     rot.SetMatrix(ROT_KPW, image.wpk);
     const CXYZ q = rot * CXYZ(0.2, -0.3, -2), inCamera = q * (-50 / q.z), millimetres(u"T", 1200, 1700, 1000);
     CXYZ phc(0, 0, 9), imc;
-    EXPECT_TRUE(image.ObjToPhc(millimetres, phc) && phc.z == 0 && phc.name == millimetres.name);
+    EXPECT_TRUE(image.ObjToPhc(millimetres, phc) == 1 && phc.z == 0 && phc.name == millimetres.name);
     EXPECT_TRUE(isNear(phc, 5, -7.5)) << "by the identity";
     CImage(image).ObjToPhc(millimetres, phc);
     EXPECT_TRUE(isNear(phc, inCamera.x, inCamera.y)) << "by the matrix that the first call left";

@@ -154,8 +154,8 @@ TEST(Display, FormatsAnglesAndTimes) {
 TEST(Observations, DirectionsInEveryQuadrant) {
     const struct {
         double dx, dy, direction;
-    } rows[] = {{1, 0, 0},       {1, 1, 45},    {0, 1, 90},   {-1, 1, 135}, {-1, 0, 180},
-                {-1, -0.0, 180}, {-1, -1, 225}, {0, -1, 270}, {1, -1, 315}, {1, -0.0, -0.0}};
+    } rows[] = {{1, 0, 0},       {2, 2, 45},    {0, 1, 90},   {-2, 2, 135}, {-1, 0, 180},
+                {-1, -0.0, 180}, {-2, -2, 225}, {0, -1, 270}, {2, -2, 315}, {1, -0.0, -0.0}};
     for (const auto& row : rows) {
         double zenith = 0, direction = -1;
         EXPECT_EQ(
@@ -196,7 +196,9 @@ TEST(Observations, DirectionsInEveryQuadrant) {
 TEST(Observations, CoordinatesFromAnObservation) {
     const CXYZ station(u"ST", 1000, 2000, 50);
     CXYZ out(u"T", 1, 2, 3);
-    EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, 5, station, 0.25, 1, 1e-13), 0);
+    EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, 5, station, 0.25, 1, 1e-13) +
+                  S::CalcXYZ(out, 30, 100, 80, station, 0.25, 1, 1e-13),
+              0);
     EXPECT_EQ(out.x + out.attr[0], 1);
     EXPECT_EQ(S::CalcXYZ(out, 29, 0, 80, 5, station, 0.25, 1, 1e-12), 1) << "the least scale";
     EXPECT_EQ(S::CalcXYZ(out, 29, 200, 80, 5, station, 0.25, 1, 2), 1);
