@@ -138,7 +138,6 @@ bool CLeastSq::solveBySweeping() {
                 continue;
             double* row = matrix + i * length;
             const double multiple = row[k] / pivot;
-            row[k] = 0.0;
             for (int j = 0; j <= n; ++j)
                 row[j] -= multiple * pivotRow[j];
             row[k] = -multiple;

@@ -104,7 +104,8 @@ TEST(Helmert, ParametersAndResiduals) {
     copy.parameters[0] = copy.parameters[1] = 0.0;
     EXPECT_EQ(copy.Transform(out, out, 0), 0);
     copy.Init();
-    EXPECT_EQ(copy.parameters.GetSize() + copy.residuals.GetSize() + copy.CalPara(), 0);
+    EXPECT_EQ(copy.parameters.GetSize() + copy.residuals.GetSize() + copy.sourcePoints.GetSize(), 0);
+    EXPECT_EQ(copy.CalPara() + copy.RMS.x + copy.RMS.y, -2.0);
 }
 
 TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {

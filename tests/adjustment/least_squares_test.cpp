@@ -78,8 +78,11 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     adjustment.SetNoeq(1, 2, 8.0);
     EXPECT_EQ(adjustment.GetBcor(1), 8.0);
     EXPECT_EQ(adjustment.GetNoeq(1, 2), 8.0);
+    adjustment.computationTime = adjustment.formTime = 9.0;
     EXPECT_EQ(adjustment.InitNoeq() + adjustment.InitBcor(), 2);
-    EXPECT_EQ(adjustment.GetNoeq(1, 2) + adjustment.GetBcor(1), 0.0);
+    EXPECT_EQ(adjustment.GetNoeq(1, 2) + adjustment.GetBcor(1) + adjustment.GetComputationTime() +
+                  adjustment.formTime,
+              0.0);
     EXPECT_EQ(
         adjustment.GetBcor(-1) + adjustment.GetNoeq(9, 9) + adjustment.GetVar(7) + adjustment.GetCovar(-1, 0),
         0.0);
@@ -97,7 +100,12 @@ TEST(LeastSquares, EntersEquationsAndGrows) {
     EXPECT_TRUE(line.Solve() == 0 && line.GetComputationTime() >= 0.0);
 
     CLeastSq single(1);
-    EXPECT_EQ(single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(), 12);
+    EXPECT_EQ(single.rowLength * 100 + single.ObeqSize * 10 + single.Obeq.GetSize() + single.Var.GetSize(),
+              212);
+    EXPECT_EQ(CLeastSq(-1).GetCurrentObeqNumber(), 0) << "refused";
+    EXPECT_EQ(single.SetObeq(0, 1.0) + single.SetWeight(3.0) + single.Weight[0], 5.0);
+    single.Bcor[0] = 5.0;
+    EXPECT_EQ(single.Create(1, 2) + single.rowLength + single.Bcor[0] + single.Weight[0], 5.0) << "as new";
 }
 
 // Laeuchli's equations: N is singular in double, the equations are not.
@@ -115,7 +123,8 @@ TEST(LeastSquares, SolversAgreeWhereNormalEquationsFail) {
         }
         // With an equation changed it is N alone that counts.
         for (const bool weight : {false, true}) {
-            ASSERT_EQ(adjustment.Lessqu(4, 3) + adjustment.NewChores(), 2);
+            ASSERT_EQ(adjustment.Lessqu(4, 3) + adjustment.InitParameter(adjustment.Bcor, 7.0), 2);
+            ASSERT_EQ(adjustment.NewChores(), 1);
             EXPECT_EQ(weight ? adjustment.SetWeight(0, 1.0) : adjustment.SetObeq(3, 3 * e / 256), 1);
             EXPECT_EQ(adjustment.NewChores(), 0);
         }
@@ -139,21 +148,21 @@ TEST(LeastSquares, RefusesWhatIsSingularAtAnyScale) {
             << scale;
         for (const auto& solver : {&CLeastSq::NewChores, &CLeastSq::PIChores, &CLeastSq::SwpMat}) {
             for (const double more : {1e-15, 1e-10}) {
-                CLeastSq normal(0, 2);
+                CLeastSq normal(1, 2);
                 const double n[] = {1, 1, 1, 1 + more};
                 for (int i = 0; i < 4; ++i)
-                    normal.SetNoeq(i / 2, i % 2, n[i] * scale);
+                    normal.Noeq[i / 2 * 3 + i % 2] = n[i] * scale;
                 EXPECT_EQ((normal.*solver)(), more > 1e-12 ? 1 : 0) << scale;
             }
         }
     }
     EXPECT_EQ(solved({{1e-154, 0, 1}, {0, 1e-154, 1}}, 2), 0) << "below the tolerance";
     CLeastSq small(0, 1);
-    for (const double diagonal : {1e-307, 3e-307, -1.0}) {
+    for (const double diagonal : {small.tolerance, 3e-307, -1.0}) {
         small.SetNoeq(0, 0, diagonal);
-        EXPECT_EQ(small.CheckNoeq() * 10 + small.SolveWithReduc(), diagonal == 1e-307 ? 0
-                                                                   : diagonal > 0     ? 11
-                                                                                      : 10);
+        EXPECT_EQ(small.CheckNoeq() * 10 + small.SolveWithReduc(), diagonal == small.tolerance ? 0
+                                                                   : diagonal > 0              ? 11
+                                                                                               : 10);
     }
     CLeastSq indefinite(0, 2);
     for (int i = 0; i < 2; ++i)
@@ -168,6 +177,13 @@ TEST(LeastSquares, KeepsSmallUnknownsBesideLargeOnes) {
     ASSERT_EQ(adjustment.Solve(), 1);
     EXPECT_EQ(adjustment.GetBcor(1), 5e-18);
     EXPECT_EQ(adjustment.GetBcor(0), 1e13);
+    CLeastSq correlated(4, 2);  // x1 = 1, x0 = -1 / e, which hides in a column of small numbers
+    const double e = std::ldexp(1.0, -20);
+    for (int k = 0; k < 4; ++k)
+        enter(correlated, {{e, 1 + 0.7 * k * e, (1 + 0.7 * k * e) - 1}});
+    ASSERT_EQ(correlated.Solve(), 1);
+    EXPECT_EQ(correlated.GetBcor(0) * e, -1.0);
+    EXPECT_EQ(correlated.GetBcor(1), 1.0);
     adjustment.SetFormTime(7.0);
     EXPECT_EQ(adjustment.GetFormTime(), 7.0);
     adjustment.SetNoeq(0, 0, 2.0);  // what was entered counts, not the equations
@@ -237,6 +253,11 @@ TEST(LeastSquares, SelfTestsAndSingleSteps) {
                 EXPECT_NEAR(adjustment.GetBcor(i),
                             n == 3 ? i + 1.0 : (i % 2 ? -1.0 : 1.0) * (i < 2 ? 1.0 : 2.0), 1e-14);
         }
+        EXPECT_EQ(adjustment.LUDivid() + adjustment.ForwardSubstiotution() + adjustment.InitBcor() +
+                      adjustment.BackwardSubstiotution(),
+                  4);
+        EXPECT_NEAR(std::fabs(adjustment.GetBcor(0)), 1.0, 1e-14) << "from the work table";
+        EXPECT_EQ(adjustment.GetDegreesOfFreedom(), -n);
         ASSERT_EQ(adjustment.TestInvers(), 1);
         adjustment.SetNoeq(2, 1, below);
         for (int i = 0; i < n; ++i) {

@@ -240,27 +240,31 @@ TEST_F(Faults, MemoryEnds) {
             status = engine.SetObeq(k % 21, k * 7919 % 1000 * 0.01 + (k % 21 == k / 21 % 21)) && true;
         return status && engine.Solve() ? 1 : 0;
     };
-    all.insert(
-        all.end(),
-        {{"adjustment", overwrites, solve},
-         {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
-         {"Helmert", overwrites, [&] { return helmert.SetPoints(points, points) > 0 && helmert.CalPara(); }},
-         {"adjustment made", overwrites, [&] { return CLeastSq(20).Create(30, 20); }},
-         {"key sort", overwrites,
-          [&] {
-              QuickSortKey(numbers, order, 1);
-              return order.GetSize() == numbers.GetSize() ? 1 : 0;
-          }},
-         {"shooting grid", overwrites, [&] { return CScanArea().CalShootAng(CWPK(1, 0, 1), CWPK(2, 0, 3)); }},
-         {"spline", overwrites,
-          [&] {
-              smooth = line;
-              return smooth.Spline(4);
-          }},
-         {"interpolation", overwrites, [&] {
-              smooth = line;
-              return smooth.InterpolateVertex(0.1);
-          }}});
+    all.insert(all.end(), {{"adjustment", overwrites, solve},
+                           {"adjustment grows", overwrites, [&] { return spoiled.SetObeq(0, 1.0); }},
+                           {"Helmert", overwrites,
+                            [&] {
+                                const int pairs = helmert.SetPoints(points, points);
+                                EXPECT_EQ(pairs, helmert.targetPoints.GetSize());
+                                return pairs > 0 && helmert.CalPara();
+                            }},
+                           {"adjustment made", overwrites, [&] { return CLeastSq(20).Create(30, 20); }},
+                           {"key sort", overwrites,
+                            [&] {
+                                QuickSortKey(numbers, order, 1);
+                                return order.GetSize() == numbers.GetSize() ? 1 : 0;
+                            }},
+                           {"shooting grid", overwrites,
+                            [&] { return CScanArea().CalShootAng(CWPK(1, 0, 1), CWPK(2, 0, 3)); }},
+                           {"spline", overwrites,
+                            [&] {
+                                smooth = line;
+                                return smooth.Spline(4);
+                            }},
+                           {"interpolation", overwrites, [&] {
+                                smooth = line;
+                                return smooth.InterpolateVertex(0.1);
+                            }}});
     for (const Operation& operation : all) {
         for (int call = 1, present = 1; present >= 0; call += 1 + call / 8) {
             prepare(operation, present);

@@ -80,7 +80,7 @@ TEST(Points, SumsInTheStatedOrder) {
     EXPECT_EQ(a.Inn(b), 1e16 + 2) << "z z + y y first";
     EXPECT_EQ(CXYZ(1e8, 1, 1).Len(), std::sqrt(1e16)) << "x x first";
     EXPECT_EQ(CXYZ().Len(CXYZ(1e8, 1, 1)), std::sqrt(1e16 + 2)) << "dz dz first";
-    EXPECT_EQ(CXYZ().Len(), 0.0);
+    EXPECT_EQ(CXYZ(2, 3, 6).Len(), 7.0);
     EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(0, 0, 0), 3.0), 1) << "inclusive";
     EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(0, 0, 0), std::nextafter(3.0, 0.0)), 0);
     EXPECT_EQ(CXYZ(1, 2, 2).EQ(CXYZ(1, 2, 2), 0.0), 1);
@@ -110,8 +110,9 @@ TEST(Attitude, NormalizesIntoTheClosedRange) {
 
 TEST(Attitude, SubtractsByItsOwnRule) {
     const double turn = kPi * 2.0;
-    EXPECT_EQ(CWPK::SubtractAngle(3.0, -3.0), turn - 6.0);
-    EXPECT_EQ(CWPK::SubtractAngle(-3.0, 3.0), -6.0);
+    EXPECT_EQ(CWPK::SubtractAngle(1.75, -1.5), turn - 3.25);
+    EXPECT_EQ(CWPK::SubtractAngle(7.0, 0.5), 7.0 - turn - 0.5);
+    EXPECT_EQ(CWPK::SubtractAngle(0.5, 7.0), 0.5 - (7.0 - turn));
     EXPECT_EQ(CWPK::SubtractAngle(1.0, 0.25), 0.75);
     EXPECT_EQ(CWPK::SubtractAngle(kPi, 0.0), kPi) << "a tie keeps d";
     const CWPK from(0.5, -1.0, 3.0), to(1.0, 2.0, -3.0);
@@ -122,6 +123,7 @@ TEST(Attitude, SubtractsByItsOwnRule) {
     const CWPK sum = from + CWPK(3.0, -3.0, 3.0), difference = CWPK(-3.0, 0, 0) - CWPK(3.0, 0, 0);
     EXPECT_EQ(sum.omega, 3.5 - turn);
     EXPECT_EQ(sum.phi, -4.0 + turn);
+    EXPECT_EQ(sum.kappa, 6.0 - turn);
     EXPECT_EQ(difference.omega, -6.0 + turn);
     EXPECT_EQ((-CWPK(4.0, 0, 0)).omega, -4.0);
     CWPK compound(3.0, 0, 0);
@@ -229,13 +231,14 @@ TEST(Rotation, ResolvesWhatTheAnglesLeaveOpen) {
 
         for (const double side : {1.0, -1.0}) {  // a quarter turn: omega from the hint, kappa the rest
             r.SetMatrix(sys, CWPK(0.5, side * kPi / 2, 0.7));
-            CWPK locked(0.1, side * 1.5, 0.6);
+            CWPK locked(3.1, side * 1.5, 0.6);
             r.CalAngle(sys, locked);
-            EXPECT_EQ(locked.omega, 0.1);
+            EXPECT_EQ(locked.omega, 3.1);
             EXPECT_NEAR(locked.phi, side * kPi / 2, 1e-7);
             const double sum =
                 sys == ROT_WPK ? -side : side;  // which combination of omega and kappa is fixed
-            EXPECT_NEAR(locked.kappa, 0.7 + sum * (0.5 - 0.1), 1e-12) << sys << " " << side;
+            EXPECT_NEAR(locked.kappa, std::remainder(0.7 + sum * (0.5 - 3.1), 2 * kPi), 1e-12)
+                << sys << " " << side;
         }
     }
     CRot level;  // its two solutions (0, 0, 0) and (pi, pi, pi) are as far from a hint in the middle: the
@@ -293,7 +296,7 @@ TEST(Rotation, TurnsPointsAndComposes) {
     CRot added(w), times(k), system(w);
     added.AddMatrix(k);
     times *= w;
-    system.AddMatrix(ROT_K, CWPK(0, 0, 0.9));
+    EXPECT_EQ(system.AddMatrix(ROT_K, CWPK(0, 0, 0.9)), 1);
     for (int i = 0; i < 9; ++i) {
         EXPECT_EQ(added.m[i / 3][i % 3], times.m[i / 3][i % 3]) << "the new one acts last";
         EXPECT_EQ(system.m[i / 3][i % 3], times.m[i / 3][i % 3]);

@@ -56,7 +56,7 @@ TEST_F(CameraFile, ReadsFilesOfEveryKind) {
     const std::string none = "50 mm\r\n 1e-1\n-.2,\n0\n0\n.01\n.02\n",
                       same = "50 0.1 -0.2 0 0 0 0 0.01 0.02 ", ten = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n";
     const std::pair<std::string, std::string> rows[] = {
-        {none + "0\n-1\n1 2\n", "1 " + same + "0"},
+        {none + "0\nx\n1 2\n", "1 " + same + "0"},
         {none + "0\n5\n1 2\n3\n\nx 7\n 4 5 6\n8 9\n", "1 " + same + "0~1/2~4/5"},
         {none + "0\n2147483647\n1 2\n3 4", "1 " + same + "0~1/2~3/4"},
         {none + "2147483647\nA 1 2\n", "0 " + same + "0|1/1/2"},
@@ -65,7 +65,9 @@ TEST_F(CameraFile, ReadsFilesOfEveryKind) {
         {none + "1\nA 1 2", "1 " + same + "1|1/1/2"},
         {"x\ny\nz\nm\nn\nx\ny\nm\n2\n3 4\n", "1 0 0 0 0 0 0 0 0 0 0~3/4"},
         {"1\n \n3\n", "0 1 0 0 0 0 0 0 0 0 0"},
-        {"1\n2\n3\n4\n12\n" + ten + "x\n12\n.5\n.25\n0\n", "1 1 2 3 4 8 1 10 0.5 0.25 0"},
+        {"1\n2\n3\n1\n \n.5\n.25\n0\n", "0 1 2 3 1 4 0 0 0 0 0"},
+        {"1\n2\n3\n1\n2\n7\n \n.5\n.25\n0\n", "0 1 2 3 1 4 7 0 0 0 0"},
+        {"1\n2\n3\n4\n12\n" + ten + "11\nx\n.5\n.25\n0\n", "1 1 2 3 4 8 1 10 0.5 0.25 0"},
         {"1\n2\n3\n7\n-1\n.5\n.25\n-1\n", "1 1 2 3 0 0 0 0 0.5 0.25 0"},
         {"1\n2\n3\n1\n1000000\n" + ten, "0 1 2 3 1 4 1 10 0 0 0"}};
     for (const auto& [bytes, expected] : rows) {

@@ -61,12 +61,16 @@ TEST(Image, ConvertsWithoutMarks) {
     image.innOri = INNORI_FIDUCIAL_LSQ;
     image.phc.Add(point);
     image.imc.Add(point);
+    image.helmert.parameters.SetSize(4);
+    image.planeTrans.parameters.SetSize(6);
     image.Init();
     EXPECT_EQ(image.markImc.GetSize() + image.imc.GetSize() + image.phc.GetSize() + image.word1 +
                   image.word2 + image.innOri,
               0);
     EXPECT_EQ(image.center.Len() + image.wpk.omega + image.camera.pp.x, 0);
-    EXPECT_EQ(image.rot.m[0][0] + image.res.y, 2);
+    EXPECT_EQ(image.rot.m[0][0] + image.res.y + image.helmert.parameters.GetSize() +
+                  image.planeTrans.parameters.GetSize(),
+              2);
 }
 
 TEST(Image, FitsFiducialMarks) {
@@ -123,7 +127,7 @@ TEST(Image, ProjectsInMillimetresAndInMetres) {
     rot.SetMatrix(ROT_KPW, image.wpk);
     const CXYZ q = rot * CXYZ(0.2, -0.3, -2), inCamera = q * (-50 / q.z), millimetres(u"T", 1200, 1700, 1000);
     CXYZ phc(0, 0, 9), imc;
-    EXPECT_TRUE(image.ObjToPhc(millimetres, phc) && phc.z == 0 && phc.name == millimetres.name);
+    EXPECT_TRUE(image.ObjToPhc(millimetres, phc) == 1 && phc.z == 0 && phc.name == millimetres.name);
     EXPECT_TRUE(isNear(phc, 5, -7.5)) << "by the identity";
     CImage(image).ObjToPhc(millimetres, phc);
     EXPECT_TRUE(isNear(phc, inCamera.x, inCamera.y)) << "by the matrix that the first call left";

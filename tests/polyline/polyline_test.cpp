@@ -138,6 +138,7 @@ TEST(Polyline, TurnsByTheStatedSum) {
 
     CPolyline line = ring({{1, 0}, {2, 0}});
     EXPECT_EQ(line.CheckTurn(), 0);
+    EXPECT_EQ(ring({{0, 0}, {1, 0}, {0, 1}}).CheckTurn(), -1) << "-1 - 1";
     line.Normalize();
     EXPECT_EQ(xs(line), (std::vector<double>{2, 1})) << "degenerate ones are reversed";
     EXPECT_EQ(ring({{0, 0}, {1, 1}, {2, 2}}).CheckTurn(), 0);
@@ -317,7 +318,7 @@ TEST(KeySort, SortsWhateverTheKeys) {
     };
     for (const auto& input : {std::vector<double>{},
                               {5},
-                              {3, 1, 2},
+                              {std::nextafter(1.0, 2.0), 1, 3},
                               {0.0, -0.0, 0.0, -1},
                               {nan, 1, nan, -infinity, infinity, 0},
                               {-nan, nan, infinity, 2, 2, 2, 0.0, -0.0, 0.0, -1, -infinity},

@@ -17,7 +17,7 @@ namespace {
 TEST(ScanArea, ChecksInTheStatedOrder) {
     CScanArea area;
     EXPECT_EQ(area.CheckParameter(), 1) << "an empty grid";
-    fillGrid(area, 3, 2);
+    fillGrid(area, 2, 3);
     EXPECT_EQ(area.CheckParameter(), 1);
     struct Case {
         int expected;
@@ -32,11 +32,11 @@ TEST(ScanArea, ChecksInTheStatedOrder) {
         {-3, [](CScanArea& a) { a.areaAngle2.kappa = kPi * 2; }},
         {-3, [](CScanArea& a) { a.areaAngle2.omega = std::nan(""); }},
         {1, [](CScanArea& a) { a.areaAngle1.kappa = std::nextafter(kPi * 2, 0.0); }},
-        {-4, [](CScanArea& a) { a.shootAngles[4].omega += 1.5 * kRadian; }},
-        {1, [](CScanArea& a) { a.shootAngles[4].omega -= 1.5 * kRadian; }},
-        {1, [](CScanArea& a) { a.shootAngles[4].omega = a.shootAngles[3].omega + 0.99 * kRadian; }},
+        {-4, [](CScanArea& a) { a.shootAngles[5].omega += 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.shootAngles[5].omega -= 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.shootAngles[5].omega = a.shootAngles[4].omega + 0.99 * kRadian; }},
         {-4, [](CScanArea& a) { a.shootAngles[5].kappa += 1.5 * kRadian; }},
-        {1, [](CScanArea& a) { a.shootAngles[5].kappa -= 1.5 * kRadian; }},
+        {1, [](CScanArea& a) { a.shootAngles[2].kappa -= 1.5 * kRadian; }},
         {1, [](CScanArea& a) { a.columnCount = -3, a.rowCount = -2; }},
     };
     for (const Case& c : cases) {

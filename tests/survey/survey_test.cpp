@@ -99,7 +99,7 @@ TEST(PackedAngles, CarryAndCut) {
                 {-12.5, 0, 0, -12.3},          {-12.5, 1, 0, 347.3},
                 {1.0 / 3600, 0, 0, 0.0001},    {359.99999, 1, 0, 360.0},
                 {0.99972222222, 0, 0, 0.5959}, {12.345678, 0, 1, 12.20444408},
-                {12.345678, 0, 0, 12.2044}};
+                {12.345678, 0, 0, 12.2044},    {1.0085, 0, 0, 1.0031}};
     for (const auto& row : rows)
         EXPECT_NEAR(S::Angle100To60(row.degrees, row.normalize, row.keep), row.packed, 1e-11) << row.degrees;
     EXPECT_EQ(S::Angle60To100(12.3, 0), 12.5);
@@ -154,8 +154,8 @@ TEST(Display, FormatsAnglesAndTimes) {
 TEST(Observations, DirectionsInEveryQuadrant) {
     const struct {
         double dx, dy, direction;
-    } rows[] = {{1, 0, 0},       {1, 1, 45},    {0, 1, 90},   {-1, 1, 135}, {-1, 0, 180},
-                {-1, -0.0, 180}, {-1, -1, 225}, {0, -1, 270}, {1, -1, 315}, {1, -0.0, -0.0}};
+    } rows[] = {{1, 0, 0},       {2, 2, 45},    {0, 1, 90},   {-2, 2, 135}, {-1, 0, 180},
+                {-1, -0.0, 180}, {-2, -2, 225}, {0, -1, 270}, {2, -2, 315}, {1, -0.0, -0.0}};
     for (const auto& row : rows) {
         double zenith = 0, direction = -1;
         EXPECT_EQ(
@@ -175,13 +175,13 @@ TEST(Observations, DirectionsInEveryQuadrant) {
     EXPECT_EQ(S::CalcXYZToVH(CXYZ(1000, 0, 0), CXYZ(0, 0, 0), 0, zenith, direction), 1);
     EXPECT_EQ(direction, 90.0);
     EXPECT_EQ(zenith, 90.0);
-    S::CalcXYZToVH(CXYZ(-1000, 0, 1000), CXYZ(0, 0, 0), 0, zenith, direction);
+    S::CalcXYZToVH(CXYZ(-1000, 0, 1001.5), CXYZ(0, 0, 0), 1.5, zenith, direction);
     EXPECT_EQ(direction, 270.0);
     EXPECT_NEAR(zenith, 45, 1e-12);
     S::CalcXYZToVH(CXYZ(0, 1000, -1000 * std::tan(10 / 57.29577951308232)), CXYZ(0, 0, 0), 0, zenith,
                    direction);
     EXPECT_NEAR(zenith, -260, 1e-12);
-    // Straight up at heights whose two differences are rounded apart.
+    // Straight up and down at heights whose two differences are rounded apart.
     std::mt19937_64 random(3);
     std::uniform_real_distribution<double> height(0, 1000);
     for (int i = 0; i < 10000; ++i) {
@@ -189,16 +189,18 @@ TEST(Observations, DirectionsInEveryQuadrant) {
         S::CalcXYZToVH(CXYZ(5, 5, z + 30.7), CXYZ(5, 5, z), height(random) * 0.01, zenith, direction);
         ASSERT_NEAR(zenith, 0.0, 1e-5) << i;  // not NaN
         S::CalcXYZToVH(CXYZ(5, 5, z - 30.7), CXYZ(5, 5, z), height(random) * 0.01, zenith, direction);
-        ASSERT_NEAR(zenith, -180.0, 1e-5) << i;
+        ASSERT_NEAR(zenith, -180.0, 1e-5) << i;  // 90 - 270
     }
 }
 
 TEST(Observations, CoordinatesFromAnObservation) {
     const CXYZ station(u"ST", 1000, 2000, 50);
     CXYZ out(u"T", 1, 2, 3);
-    EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, 5, station, 0.25, 1, 1e-13), 0);
-    EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, station, 0.25, 1, 1e-13), 0);
+    EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, 5, station, 0.25, 1, 1e-13) +
+                  S::CalcXYZ(out, 30, 100, 80, station, 0.25, 1, 1e-13),
+              0);
     EXPECT_EQ(out.x + out.attr[0], 1);
+    EXPECT_EQ(S::CalcXYZ(out, 29, 0, 80, 5, station, 0.25, 1, 1e-12), 1) << "the least scale";
     EXPECT_EQ(S::CalcXYZ(out, 29, 200, 80, 5, station, 0.25, 1, 2), 1);
     EXPECT_EQ(out.x, 1086.6025);
     EXPECT_EQ(out.y, 2050.0);

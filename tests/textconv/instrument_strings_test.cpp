@@ -8,6 +8,7 @@
 #include <climits>
 #include <cstdio>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "tests/shared_data.h"
@@ -28,7 +29,10 @@ std::string written(Result (*format)(Number, Char*, Flags...), std::common_type_
                     std::common_type_t<Flags>... flags) {
     Char room[35] = {'#', '~'};
     room[33] = '#';
-    format(number, room + 1, flags...);
+    if constexpr (std::is_void_v<Result>)
+        format(number, room + 1, flags...);
+    else
+        EXPECT_EQ(format(number, room + 1, flags...), 0);
     EXPECT_TRUE(room[0] == '#' && room[33] == '#') << "outside the buffer";
     return std::string(room + 1, std::find(room + 1, room + 33, 0));
 }
@@ -80,7 +84,7 @@ const struct { const char *raw, *angle, *distance; } kRaws[] = {
     {"000123456", "000.123456", "12.3456"}, {"00", "00.", "."}, {"-", ".", "-."}, {"", ".", "."}};
 const struct { int result; std::vector<std::string> texts; } kChecks[] = {
     {1, {"0", "12.5959", "-0.3", "12.", "12.5.4", "1 2", "359", "12.0\xC1"}}, {2, {"", "abc", "-", ".3"}},
-    {-1, {"12.6", "12.0060", "360", "-1", "1a", "0Z", "0z", "12.\xB0", "99999999999"}}};
+    {-1, {"12.6", "12.0060", "360", "-1", "1a", "1A", "0Z", "0z", "12.\xB0", "99999999999"}}};
 // clang-format on
 
 TEST(InstrumentStrings, ReadAndCheck) {
