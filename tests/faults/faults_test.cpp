@@ -2,6 +2,7 @@
 // open.
 #include <fieldscan/camera.h>
 #include <fieldscan/helmert.h>
+#include <fieldscan/key_sort.h>
 #include <fieldscan/least_squares.h>
 #include <fieldscan/message.h>
 #include <fieldscan/panorama_files.h>
@@ -171,6 +172,16 @@ TEST_F(Faults, MemoryEnds) {
                                 const int pairs = helmert.SetPoints(points, points);
                                 EXPECT_EQ(pairs, helmert.targetPoints.GetSize());
                                 return pairs > 0 && helmert.CalPara();
+                            }},
+                           {"key sort", overwrites,
+                            [&] {
+                                CArray<double, double> keys;
+                                CArray<int, int> order;
+                                keys.SetSize(100);
+                                keys[50] = 1.0;
+                                QuickSortKey(keys, order, 1);
+                                EXPECT_EQ(order.GetSize() % 100, 0);
+                                return !order.IsEmpty();
                             }},
                            {"spline", overwrites,
                             [&] {
