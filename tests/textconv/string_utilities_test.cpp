@@ -67,7 +67,7 @@ TEST_F(StringUtilities, FieldsHoldWholeCharacters) {
                 {65001, 2, "\xFF\xF5 ", "2\xFF\xF5", "2\xFF\xF5", "2\xC3\xBF"},
                 {932, 3, "\x8A\x78\x8A\x78", "2\x8A\x78", "3\x8A\x78 ", "2\x8A\x78"},
                 {932, 4, "\xB1" + blank932, "1\xB1", "4\xB1   ", "3\xB1" + blank932},
-                {65001, 3, "\xF5\xBF\xBF\xBF", "3\xF5\xBF\xBF", "3\xF5\xBF\xBF", "2\xC3\xB5"},
+                {65001, 2, "\xF5\xBF\xBF\xBF", "2\xF5\xBF", "2\xF5\xBF", "2\xC3\xB5"},
                 {1252, 1, "\xE9\x8A\x78", "1\xE9", "1\xE9", "1\xE9"},
                 {1252, 0, "abc", "0", "0", "0"},
                 {1252, -1, "abc", "0####", "0####", "0####"}};
