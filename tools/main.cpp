@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
     int exitCode = kFine;
     try {
         CLI::App program("Files and computations of a scanning total station.", "fieldscan");
+        program.set_version_flag("--version", FIELDSCAN_VERSION);
         program.footer(
             "One FILE may be \"-\", standard input. Without a code page files are in "
             "FIELDSCAN_ANSI_CODEPAGE, else\n"
