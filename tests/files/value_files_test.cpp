@@ -43,7 +43,6 @@ TEST_F(ValueFiles, PanoramaAndExteriorOrientation) {
                     d == (cut < 5 ? 7 : 4.5) && e == (cut < 6 ? 7 : 5.5) && f == (cut < 7 ? 7 : 6.5));
     }
     EXPECT_EQ(WriteExtFile(nullptr, 0, 0, 0, 0, 0, 0) + ReadExtFile(nullptr, a, b, c, d, e, f), 0);
-    EXPECT_EQ(WriteExtFile(CString(u"/dev/full"), 0, 0, 0, 0, 0, 0), 0);
 }
 
 TEST_F(ValueFiles, UnitSettingsOfBothVersions) {
