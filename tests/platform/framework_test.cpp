@@ -192,6 +192,7 @@ TEST(Calendar, CountsEveryDay) {
     EXPECT_EQ(before.field[3] * 10000 + before.field[4] * 100 + before.field[5], 235959);
     EXPECT_EQ(fieldscan::calendarTime(12345678, 0).field[6], 234);
     EXPECT_EQ(fieldscan::calendarTime(~0ULL, 0).field[0], 60056);
+    EXPECT_GE(fieldscan::calendarTime(fieldscan::system::fileTimeNow(), 0).field[0], 2020);
 }
 
 // What the formulas state: one turn more or less until the angle is in range.
