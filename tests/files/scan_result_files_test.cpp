@@ -25,10 +25,9 @@ CXYZ point(const char16_t* name, const char16_t* code) {
 
 TEST_F(ScanFiles, AppendTheStatedLines) {
     Points points;
-    for (const char16_t* code : {u"", u"WALL"}) {
-        CXYZ each = point(u"P", code);
-        points.Add(each);
-    }
+    points.SetSize(2);
+    points[0] = point(u"P", u"");
+    points[1] = point(u"P", u"WALL");
     const CString scan = path("scan");
     EXPECT_TRUE(ScanFileAdd(scan, points[0]) && ScanFileAdd(scan, points[1]) &&
                 ScanFileAdd(scan, points[0], u"extra, \u5cb3") && ScanFileAdd(scan, points));
@@ -74,10 +73,9 @@ TEST_F(ScanFiles, VersionedFilesComeBack) {
     Points points, readPoints;
     Numbers first, second, readFirst, readSecond;
     CStringArray texts, readTexts;
-    CXYZ each = point(u"P1", u"WALL");
-    points.Add(each);
-    each = point(u"P 2", u"");
-    points.Add(each);
+    points.SetSize(2);
+    points[0] = point(u"P1", u"WALL");
+    points[1] = point(u"P 2", u"");
     first.Add(359.99994);
     second.Add(90);
     texts.Add(u"a text");  // the second point lacks all three
