@@ -86,7 +86,7 @@ TEST_F(StringUtilities, DoubleByteCharacters) {
         return;
     std::string edges, seconds;
     for (int byte = -1; byte < 256; ++byte)
-        for (const auto& [name, test] : {std::pair("L", IsDbcsLead), std::pair("T", IsDbcsTrail)})
+        for (const auto& [name, test] : {std::make_pair("L", IsDbcsLead), std::make_pair("T", IsDbcsTrail)})
             edges += test(byte) != test(byte + 1) ? name + std::to_string(byte) : "";
     EXPECT_EQ(edges, "T63T126T127L128L159L223L252T252");
     EXPECT_EQ(IsDbcsLead('\x81') + IsDbcsTrail('\x80') + IsDbcsTrailAt(nullptr, 1), 2);
