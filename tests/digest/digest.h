@@ -118,6 +118,16 @@ struct Family {
     Case* run;
     const Family* next;
     static inline const Family* first = nullptr;
+
+    Results results() const {
+        Results all(tolerance != kExact);
+        Random random;
+        for (int i = 0; i < cases; ++i) {
+            all.beginCase();
+            run(all, random, i);
+        }
+        return all;
+    }
 };
 
 #endif

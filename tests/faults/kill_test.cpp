@@ -51,35 +51,27 @@ TEST_F(Kill, LosesNoPointWhoseCallHadReturned) {
     int recorded = 0;
     for (int round = 0; round < 200; ++round) {
         const std::string name = "scan" + std::to_string(round);
+        CString file = path(name);
         const bool versioned = round % 2 == 1;
-        const int done = stepsUntilKilled(random() % 8000, [&](int i) {
-            if (versioned)
-                KVX4NP_CSVFileAdd(path(name), point(i), i, 0, u"");
-            else
-                ScanFileAdd(path(name), point(i));
-        });
-        recorded += done;
+        const auto record = [&](const CXYZ& each) {
+            return versioned ? KVX4NP_CSVFileAdd(file, each, 4, 5, u"") : ScanFileAdd(file, each);
+        };
         CArray<CXYZ, CXYZ&> points;
         CArray<double, double> first, second;
         CStringArray texts;
-        CString file = path(name);
-        ASSERT_EQ(versioned ? KVX4NP_ReadCSVFile(file, points, first, second, texts)
-                            : ReadCSVFile(&file, points, 1),
-                  1);
-        ASSERT_GE(points.GetSize(), done) << round;
-        ASSERT_LE(points.GetSize(), done + 1) << round;
+        const auto readBack = [&] {
+            return versioned ? KVX4NP_ReadCSVFile(file, points, first, second, texts)
+                             : ReadCSVFile(&file, points, 1);
+        };
+        const int done = stepsUntilKilled(random() % 8000, [&](int i) { record(point(i)); });
+        recorded += done;
+        ASSERT_TRUE(readBack() && points.GetSize() >= done && points.GetSize() <= done + 1) << round;
         for (int i = 0; i < done; ++i)
             ASSERT_TRUE(points[i].name == point(i).name && points[i].z == i * 0.5) << round << ' ' << i;
         // A line that was cut off costs the next point nothing.
         put(name, get(name) + "PX,1.0");
-        if (versioned)
-            KVX4NP_CSVFileAdd(file, CXYZ(u"next", 1, 2, 3), 4, 5, u"");
-        else
-            ScanFileAdd(file, CXYZ(u"next", 1, 2, 3));
-        EXPECT_EQ(versioned ? KVX4NP_ReadCSVFile(file, points, first, second, texts)
-                            : ReadCSVFile(&file, points, 1),
-                  1);
-        EXPECT_EQ(points[points.GetSize() - 1].name, CString(u"next")) << round;
+        record(CXYZ(u"next", 1, 2, 3));
+        EXPECT_TRUE(readBack() && points[points.GetSize() - 1].name == u"next") << round;
     }
     RecordProperty("recorded", recorded);
     EXPECT_GT(recorded, 200);

@@ -3,6 +3,8 @@
 #include <fieldscan/fieldscan.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/temp_folder.h"
 
 namespace {
@@ -15,27 +17,23 @@ std::string withLineEnds(const std::string& text, const std::string& end) {
     return result;
 }
 
-template <class Record>
-int rewriteRecord(CString from, CString to) {
-    Record record;
-    return record.Read(from) && record.Write(to);
-}
-
 int rewrite(const std::string& name, CString from, CString to) {
     CArray<CXYZ, CXYZ&> points;
     CArray<double, double> first, second;
     CStringArray texts;
     CString image;
     CSize size;
+    CCamera camera;
+    CTSUnit unit;
     CScanArea area;
     CRange range;
     double v[6];
     if (name == "camera.txt")
-        return rewriteRecord<CCamera>(from, to);
+        return camera.Read(from) && camera.Write(to);
     if (name == "unit_settings.txt")
-        return rewriteRecord<CTSUnit>(from, to);
+        return unit.Read(from) && unit.Write(to);
     if (name == "scan_area.txt")
-        return rewriteRecord<CScanArea>(from, to);
+        return area.Read(from) && area.Write(to);
     if (name == "scan_area_v2.txt")
         return area.Read2(from) && area.Write2(to);
     if (name == "range.txt")
@@ -67,24 +65,17 @@ int rewrite(const std::string& name, CString from, CString to) {
     return 0;
 }
 
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 using Samples = TempFolder;
 
 TEST_F(Samples, AreWrittenAsTheyWereRead) {
     const std::filesystem::path docs = FIELDSCAN_DOCS;
-    const std::string page = bytesOf(docs / "file_formats.md");
+    const std::string page = get((docs / "file_formats.md").string());
     int samples = 0;
     for (const auto& entry : std::filesystem::directory_iterator(docs / "samples")) {
-        const std::string name = entry.path().filename().string(), bytes = bytesOf(entry.path());
+        const std::string name = entry.path().filename().string(), bytes = get(entry.path().string());
         ++samples;
-        std::string lines;
-        for (const char byte : bytes)
-            if (byte != '\r')
-                lines += byte;
+        std::string lines = bytes;
+        lines.erase(std::remove(lines.begin(), lines.end(), '\r'), lines.end());
         const std::string variants[] = {bytes, withLineEnds(lines, "\r\n"),
                                         lines.substr(0, lines.size() - 1)};
         for (const std::string& variant : variants) {

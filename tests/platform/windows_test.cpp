@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <string>
+#include <tuple>
 
 #include "platform/system.h"
 #include "tests/temp_folder.h"
@@ -29,24 +30,21 @@ private:
 
 TEST_F(Windows, FilesThatOthersHold) {
     put("file", "kept");
-    const unsigned int read = CFile::modeRead, write = CFile::modeWrite,
-                       make = CFile::modeCreate | CFile::modeWrite;
-    const struct {
-        DWORD access, share;
-        unsigned int mode;
-        CFile::Cause cause;
-    } rows[] = {{GENERIC_READ, 0, read, CFile::causeSharingViolation},
-                {GENERIC_READ, FILE_SHARE_READ, read, CFile::causeNone},
-                {GENERIC_READ, FILE_SHARE_READ, make, CFile::causeSharingViolation},
-                {GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, write, CFile::causeNone},
-                {GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, read, CFile::causeSharingViolation},
-                {GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, write, CFile::causeSharingViolation}};
-    for (const auto& row : rows) {
-        const Held held(folder / "file", row.access, row.share);
+    const unsigned int read = CFile::modeRead, write = CFile::modeWrite, make = CFile::modeCreate | write;
+    const DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+    const std::tuple<DWORD, DWORD, unsigned int, bool> rows[] = {{GENERIC_READ, 0, read, false},
+                                                                 {GENERIC_READ, FILE_SHARE_READ, read, true},
+                                                                 {GENERIC_READ, FILE_SHARE_READ, make, false},
+                                                                 {GENERIC_READ, shared, write, true},
+                                                                 {GENERIC_WRITE, shared, read, false},
+                                                                 {GENERIC_WRITE, shared, write, false}};
+    for (const auto& [access, share, mode, opens] : rows) {
+        const Held held(folder / "file", access, share);
         ASSERT_TRUE(held.open());
         CFile file;
-        EXPECT_EQ(file.Open(path("file"), row.mode), row.cause == CFile::causeNone);
-        EXPECT_EQ(file.GetOpenFailure(), row.cause) << row.access << ' ' << row.share << ' ' << row.mode;
+        EXPECT_EQ(file.Open(path("file"), mode), opens);
+        EXPECT_EQ(file.GetOpenFailure(), opens ? CFile::causeNone : CFile::causeSharingViolation)
+            << access << ' ' << share << ' ' << mode;
     }
     CFile first, second;
     EXPECT_EQ(first.Open(path("file"), read) + second.Open(path("file"), read), 2);
@@ -61,29 +59,24 @@ TEST_F(Windows, FilesThatAreProtectedHiddenOrDevices) {
     const auto attribute = [&](DWORD value) { SetFileAttributesW((folder / "file").c_str(), value); };
     CFile file;
     attribute(FILE_ATTRIBUTE_READONLY);
-    for (const unsigned int mode : {0u + CFile::modeWrite, CFile::modeCreate | CFile::modeWrite,
-                                    CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite}) {
+    const unsigned int write = CFile::modeWrite, make = CFile::modeCreate | write;
+    for (const unsigned int mode : {write, make, make | CFile::modeNoTruncate}) {
         EXPECT_EQ(file.Open(path("file"), mode), 0);
         EXPECT_EQ(file.GetOpenFailure(), CFile::causeAccessDenied);
     }
-    EXPECT_EQ(file.Open(path("file"), CFile::modeRead), 1);
-    file.Close();
-    EXPECT_EQ(get("file"), "kept");
+    EXPECT_TRUE(file.Open(path("file"), CFile::modeRead) && file.Close() && get("file") == "kept");
     attribute(FILE_ATTRIBUTE_HIDDEN);
-    EXPECT_EQ(file.Open(path("file"), CFile::modeCreate | CFile::modeWrite), 1);
-    EXPECT_EQ(file.GetLength(), 0);
-    file.Close();
+    EXPECT_TRUE(file.Open(path("file"), make) && file.GetLength() == 0 && file.Close());
     attribute(FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(file.Open(u"NUL", CFile::modeWrite), 0) << "a measurement written there is lost";
+    EXPECT_EQ(file.Open(u"NUL", write), 0) << "a measurement written there is lost";
     EXPECT_EQ(file.Open(u"CON", CFile::modeRead), 0);
 }
 
 TEST_F(Windows, PathsAreWide) {
     const CString name = CString(folder.c_str()) + u"\\\u5cb3 \u00e9.csv";
     CFile file;
-    ASSERT_EQ(file.Open(name, CFile::modeCreate | CFile::modeWrite), 1);
-    file.Close();
-    EXPECT_TRUE(exists("") && std::filesystem::exists(folder / L"\u5cb3 \u00e9.csv"));
+    ASSERT_TRUE(file.Open(name, CFile::modeCreate | CFile::modeWrite) && file.Close());
+    EXPECT_TRUE(std::filesystem::exists(folder / L"\u5cb3 \u00e9.csv"));
     EXPECT_TRUE(system::isFile(name) && !system::isFile(CString(folder.c_str())));
 }
 
@@ -100,10 +93,10 @@ TEST_F(Windows, RegistryTexts) {
     EXPECT_FALSE(system::registryText(key, u"Name", value)) << "no value";
     for (const std::size_t length : {0u, 1u, 31u, 32u, 33u, 5000u}) {  // 32 fill the first buffer
         const std::wstring text(length, L'\u5cb3');
-        EXPECT_TRUE(lookUp(REG_SZ, text, static_cast<DWORD>(2 * length + 2)));
-        EXPECT_EQ(value, CString(text.c_str())) << length;
-        EXPECT_TRUE(lookUp(REG_SZ, text, static_cast<DWORD>(2 * length))) << "without closing zero";
-        EXPECT_EQ(value, CString(text.c_str())) << length;
+        for (const std::size_t zeroes : {1u, 0u}) {  // closing ones
+            EXPECT_TRUE(lookUp(REG_SZ, text, static_cast<DWORD>(2 * (length + zeroes))));
+            EXPECT_EQ(value, CString(text.c_str())) << length;
+        }
     }
 }
 
