@@ -117,7 +117,6 @@ TEST(Attitude, SubtractsByItsOwnRule) {
     EXPECT_EQ((-CWPK(4.0, 0, 0)).omega, -4.0);
     CWPK compound(3.0, 0, 0);
     compound += CWPK(3.0, 0, 0);
-    EXPECT_EQ(compound.omega, 6.0 - turn);
     compound -= CWPK(3.0, 0, 0);
     EXPECT_EQ(compound.omega, 6.0 - turn - 3.0 + turn);
 }
@@ -129,11 +128,10 @@ struct Exact {
 
 Exact elementary(int axis, long double angle) {
     const long double c = std::cos(angle), s = std::sin(angle);
-    if (axis == 0)
-        return {{{1, 0, 0}, {0, c, -s}, {0, s, c}}};
-    if (axis == 1)
-        return {{{c, 0, s}, {0, 1, 0}, {-s, 0, c}}};
-    return {{{c, -s, 0}, {s, c, 0}, {0, 0, 1}}};
+    const Exact around[] = {{{{1, 0, 0}, {0, c, -s}, {0, s, c}}},
+                            {{{c, 0, s}, {0, 1, 0}, {-s, 0, c}}},
+                            {{{c, -s, 0}, {s, c, 0}, {0, 0, 1}}}};
+    return around[axis];
 }
 
 Exact product(const Exact& a, const Exact& b) {
@@ -263,7 +261,7 @@ TEST(Rotation, TurnsPointsAndComposes) {
     d.SetDIMat(degrees);
     CRot expected;
     expected.SetMatrix(ROT_KPW, CWPK(10 * kPi / 180, -20 * kPi / 180, 130 * kPi / 180));
-    EXPECT_NEAR(d.m[1][0], expected.m[1][0], 1e-15);
+    EXPECT_LT(farthest(d, expected), 1e-15);
     inverse.SetDIMatInv(degrees);
     EXPECT_LT(farthest(inverse * d, CRot()), 4e-16);
 
@@ -278,8 +276,7 @@ TEST(Rotation, TurnsPointsAndComposes) {
     CXYZ point = station(), turned;
     k.SetMatrix(ROT_K, CWPK(0, 0, kPi / 2));
     k.Rotate(point, turned);
-    EXPECT_NEAR(turned.x, -5, 1e-15);
-    EXPECT_NEAR(turned.y, 6, 1e-15);
+    EXPECT_LT(turned.Len(CXYZ(-5, 6, 8)), 2e-15);
     EXPECT_EQ(turned.name + turned.code, CString(u"ST1NAIL"));
     EXPECT_EQ((k * point).y, turned.y);
     k.Rotate(point, point);
