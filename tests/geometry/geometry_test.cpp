@@ -4,9 +4,9 @@
 #include <fieldscan/rotation.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <random>
 
 namespace {

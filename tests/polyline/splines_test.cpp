@@ -2,7 +2,6 @@
 #include <fieldscan/polyline.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "tests/scanarea/scan_areas.h"
 #include "tests/shared_data.h"
