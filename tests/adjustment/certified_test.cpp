@@ -29,14 +29,7 @@ std::map<std::string, double> sharedFigures(const std::string& name) {
 
 DoubleDouble operator*(DoubleDouble a, DoubleDouble b) { return a * b.hi + a * b.lo; }
 
-// Indexed as the engine is.
-template <class T>
-class List : public std::vector<T> {
-public:
-    using std::vector<T>::vector;
-    T& operator[](int i) { return this->at(static_cast<std::size_t>(i)); }
-    const T& operator[](int i) const { return this->at(static_cast<std::size_t>(i)); }
-};
+using List = std::vector<DoubleDouble>;
 
 DoubleDouble exact(double value) { return {value, 0.0}; }
 
@@ -57,10 +50,13 @@ DoubleDouble decimal(const std::string& text) {
 
 // A linear problem of NIST's reference datasets. A polynomial is fitted in z = h (x - x0) and turned into one
 // of x, all of it in double-double but the adjustment itself.
+enum Kind { polynomial, columns, columnsAndConstant };
+
 struct Certified {
     const char* name;
-    enum Kind { polynomial, columns, columnsAndConstant } kind;
-    int unknowns, firstPower;
+    Kind kind;
+    std::size_t unknowns;
+    int firstPower;
     const char* h;
     double x0;
 };
@@ -69,8 +65,8 @@ void PrintTo(const Certified& set, std::ostream* out) { *out << set.name; }
 
 class CertifiedTest : public testing::TestWithParam<Certified> {
 protected:
-    List<List<DoubleDouble>> design;  // the observation last; columns are given as doubles
-    List<List<DoubleDouble>> toX;     // b = toX c, c the unknowns in z
+    std::vector<List> design;  // the observation last; columns are given as doubles
+    std::vector<List> toX;     // b = toX c, c the unknowns in z
 
     void SetUp() override {
         const Certified& problem = GetParam();
@@ -80,16 +76,16 @@ protected:
             table = sharedTable(file + "_design.csv");
         if (table.empty())
             GTEST_SKIP() << kNoSharedData;
-        const int n = problem.unknowns;
+        const std::size_t n = problem.unknowns;
         for (const auto& cells : table) {
-            List<DoubleDouble> row;
-            if (problem.kind == Certified::polynomial) {
+            List row;
+            if (problem.kind == polynomial) {
                 const DoubleDouble z = decimal(problem.h) * (decimal(cells[1]) + exact(-problem.x0));
                 row.push_back(problem.firstPower ? z : exact(1.0));
-                while (static_cast<int>(row.size()) < n)
+                while (row.size() < n)
                     row.push_back(row.back() * z);
             } else {
-                if (problem.kind == Certified::columnsAndConstant)
+                if (problem.kind == columnsAndConstant)
                     row.push_back(exact(1.0));
                 for (std::size_t i = 1; i < cells.size(); ++i)
                     row.push_back(exact(std::stod(cells[i])));
@@ -98,12 +94,10 @@ protected:
             design.push_back(row);
         }
         // (h (x - x0))^j by repeated multiplication: column j from column j - 1.
-        toX.assign(static_cast<std::size_t>(n), List<DoubleDouble>(static_cast<std::size_t>(n), exact(0.0)));
-        for (int j = 0; j < n; ++j) {
+        toX.assign(n, List(n, exact(0.0)));
+        for (std::size_t j = 0; j < n; ++j) {
             toX[j][j] = exact(1.0);
-            if (problem.x0 == 0.0 || j == 0)
-                continue;
-            for (int k = 0; k <= j; ++k)
+            for (std::size_t k = 0; k <= j && j > 0 && problem.x0 != 0.0; ++k)
                 toX[k][j] = decimal(problem.h) * ((k > 0 ? toX[k - 1][j - 1] : exact(0.0)) +
                                                   (k < j ? toX[k][j - 1] * -problem.x0 : exact(0.0)));
         }
@@ -114,58 +108,53 @@ protected:
 // have not lost the digits that those of large observations lose.
 TEST_P(CertifiedTest, ThirteenDigits) {
     const Certified& problem = GetParam();
-    const int n = problem.unknowns;
-    auto expected = sharedFigures(std::string("nist/") + problem.name + "_expected.csv");
+    const std::size_t n = problem.unknowns;
+    const auto at = [](std::size_t i) { return static_cast<int>(i); };
+    const auto expected = sharedFigures(std::string("nist/") + problem.name + "_expected.csv");
     for (const auto& solver : kSolvers) {
-        CLeastSq adjustment(static_cast<int>(design.size()), n);
-        List<DoubleDouble> unknowns(static_cast<std::size_t>(n), exact(0.0));
+        CLeastSq adjustment(at(design.size()), at(n));
+        List unknowns(n, exact(0.0));
         for (int pass = 1; pass <= 2; ++pass) {
             adjustment.InitObeq();
             for (const auto& row : design) {
                 DoubleDouble misclosure = row[n];
-                for (int i = 0; i < n; ++i) {
-                    adjustment.SetObeq(i, row[i].hi);
+                for (std::size_t i = 0; i < n; ++i) {
+                    adjustment.SetObeq(at(i), row[i].hi);
                     misclosure = misclosure + row[i] * unknowns[i] * -1.0;
                 }
-                adjustment.SetObeq(n, misclosure.hi);
+                adjustment.SetObeq(at(n), misclosure.hi);
             }
             ASSERT_EQ((adjustment.*solver.solve)(), 1) << solver.name;
-            for (int i = 0; i < n; ++i)
-                unknowns[i] = unknowns[i] + exact(adjustment.GetBcor(i));
-            for (int k = 0; k < n; ++k) {
+            for (std::size_t i = 0; i < n; ++i)
+                unknowns[i] = unknowns[i] + exact(adjustment.GetBcor(at(i)));
+            for (std::size_t k = 0; k < n; ++k) {
                 DoubleDouble b = exact(0.0), cofactor = exact(0.0);
-                for (int i = 0; i < n; ++i) {
+                for (std::size_t i = 0; i < n; ++i) {
                     b = b + toX[k][i] * unknowns[i];
-                    for (int j = 0; j < n; ++j)
-                        cofactor = cofactor + toX[k][i] * toX[k][j] * adjustment.GetCovar(i, j);
+                    for (std::size_t j = 0; j < n; ++j)
+                        cofactor = cofactor + toX[k][i] * toX[k][j] * adjustment.GetCovar(at(i), at(j));
                 }
                 const std::string index = std::to_string(k);
                 EXPECT_GT(digits(b.hi, expected.at("b" + index)), 13.0) << solver.name << " b" << index;
+                const double deviation = adjustment.CalStandard2() * std::sqrt(cofactor.hi);
                 if (pass == 2) {
-                    EXPECT_GT(digits(adjustment.CalStandard2() * std::sqrt(cofactor.hi),
-                                     expected.at("sd_b" + index)),
-                              13.0)
-                        << solver.name << " sd_b" << index;
+                    EXPECT_GT(digits(deviation, expected.at("sd_b" + index)), 13.0) << solver.name << index;
                 }
             }
         }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Nist, CertifiedTest,
-                         testing::Values(Certified{"Norris", Certified::polynomial, 2, 0, "1", 0},
-                                         Certified{"Pontius", Certified::polynomial, 3, 0, "1", 0},
-                                         Certified{"NoInt1", Certified::polynomial, 1, 1, "1", 0},
-                                         Certified{"NoInt2", Certified::polynomial, 1, 1, "1", 0},
-                                         Certified{"Longley", Certified::columnsAndConstant, 7, 0, "1", 0},
-                                         Certified{"LongleyScaled", Certified::columns, 7, 0, "1", 0},
-                                         Certified{"Filip", Certified::polynomial, 11, 0, "0.35", -6},
-                                         Certified{"FilipScaled", Certified::columns, 11, 0, "1", 0},
-                                         Certified{"Wampler1", Certified::polynomial, 6, 0, "1", 0},
-                                         Certified{"Wampler2", Certified::polynomial, 6, 0, "1", 0},
-                                         Certified{"Wampler3", Certified::polynomial, 6, 0, "1", 0},
-                                         Certified{"Wampler4", Certified::polynomial, 6, 0, "1", 0},
-                                         Certified{"Wampler5", Certified::polynomial, 6, 0, "1", 0}),
+const Certified kProblems[] = {
+    {"Norris", polynomial, 2, 0, "1", 0},          {"Pontius", polynomial, 3, 0, "1", 0},
+    {"NoInt1", polynomial, 1, 1, "1", 0},          {"NoInt2", polynomial, 1, 1, "1", 0},
+    {"Longley", columnsAndConstant, 7, 0, "1", 0}, {"LongleyScaled", columns, 7, 0, "1", 0},
+    {"Filip", polynomial, 11, 0, "0.35", -6},      {"FilipScaled", columns, 11, 0, "1", 0},
+    {"Wampler1", polynomial, 6, 0, "1", 0},        {"Wampler2", polynomial, 6, 0, "1", 0},
+    {"Wampler3", polynomial, 6, 0, "1", 0},        {"Wampler4", polynomial, 6, 0, "1", 0},
+    {"Wampler5", polynomial, 6, 0, "1", 0}};
+
+INSTANTIATE_TEST_SUITE_P(Nist, CertifiedTest, testing::ValuesIn(kProblems),
                          [](const auto& problem) { return std::string(problem.param.name); });
 
 TEST(LeastSquares, NetworksOfAnotherAdjustmentProgram) {
@@ -187,8 +176,7 @@ TEST(LeastSquares, NetworksOfAnotherAdjustmentProgram) {
             for (int i = 0; i < n; ++i) {
                 const auto& cells = expected[static_cast<std::size_t>(i)];
                 EXPECT_GT(digits(network.GetBcor(i), std::stod(cells[2])), 9.0) << name << solver.name << i;
-                EXPECT_GT(digits(network.GetCovar(i, i), std::stod(cells[3])), 12.0)
-                    << name << solver.name << i;
+                EXPECT_GT(digits(network.GetCovar(i, i), std::stod(cells[3])), 12.0) << name << i;
             }
             EXPECT_GT(digits(network.CalSigma2(), figures.at("sigma2_weighted_pvv_over_f")), 13.0);
             EXPECT_GT(digits(network.CalStandard(), figures.at("rms_unweighted")), 13.0);

@@ -92,10 +92,10 @@ TEST_F(CameraFile, ReportsFailures) {
         EXPECT_EQ(camera.Write(bad) + camera.Read(bad), 0);
     EXPECT_TRUE(!camera.Write(u"/dev/full") && camera.focal == 1) << "not opened, not touched";
     EXPECT_TRUE(!camera.Read(u"/proc/self/mem") && camera.focal == 0);
-    for (const int parameters : {2147483647, -1}) {
+    for (const auto& [parameters, count] : {std::pair(2147483647, "\n10"), {-1, "\n0"}}) {
         camera.dist.numPara = parameters;
-        const std::string count = parameters < 0 ? "\n0" : "\n10";
-        EXPECT_TRUE(camera.Write(path("x")) && get("x").find(count + "\t\t\t\t\t// number of dis") < 999);
+        EXPECT_TRUE(camera.Write(path("x")) &&
+                    get("x").find(count + std::string("\t\t\t\t\t// number of dis")) < 999);
     }
 }
 

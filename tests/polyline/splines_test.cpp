@@ -2,9 +2,7 @@
 #include <fieldscan/polyline.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace {
 
@@ -37,9 +35,7 @@ TEST(Splines, KeepTheFrameAndSmoothItAgain) {
                 const bool frame = i % 4 == 0;
                 EXPECT_EQ(at(curve, i).flag, frame ? 0x51 : 0x28);
                 EXPECT_EQ(at(curve, i).name, CString(frame ? u"given" : u"outline"));
-                if (frame) {
-                    EXPECT_EQ(at(curve, i).Len(at(given, i / 4)), 0.0);
-                }
+                EXPECT_TRUE(!frame || at(curve, i).Len(at(given, i / 4)) == 0.0);
             }
             EXPECT_EQ(curve.GetSplineFlag(), smooth == &CPolyline::Spline ? 6 : 1000);
             const CPolyline once = curve;
@@ -95,17 +91,16 @@ TEST(Splines, SecondDerivativesAgreeAcrossVertices) {
         CPolyline curve = polylineOf({{0, 0, 0}, {10, 3, 1}, {12, -8, 5}, {30, 0, -4}, {31, 9, 0}}, closed);
         ASSERT_EQ(curve.Spline(3), 1);
         const int n = curve.GetVertexSize(), edges = n / 3;
-        const auto second = [&](int edge, bool end) {
-            const CXYZ p[] = {at(curve, 3 * edge), at(curve, 3 * edge + 1), at(curve, 3 * edge + 2),
-                              at(curve, (3 * edge + 3) % n)};
-            return end ? (p[3] * 2.0 - p[2] * 5.0 + p[1] * 4.0 - p[0]) * 9.0
-                       : (p[0] * 2.0 - p[1] * 5.0 + p[2] * 4.0 - p[3]) * 9.0;
+        const auto combined = [&](int edge, bool end,
+                                  const double(&factors)[4]) {  // of the points, from the end
+            CXYZ sum;
+            for (int i = 0; i < 4; ++i)
+                sum += CXYZ(at(curve, (3 * edge + (end ? 3 - i : i)) % n)) * factors[i];
+            return sum;
         };
+        const auto second = [&](int edge, bool end) { return combined(edge, end, {18, -45, 36, -9}); };
         const auto first = [&](int edge, bool end) {
-            const CXYZ p[] = {at(curve, 3 * edge), at(curve, 3 * edge + 1), at(curve, 3 * edge + 2),
-                              at(curve, (3 * edge + 3) % n)};
-            return end ? (p[3] * 11.0 - p[2] * 18.0 + p[1] * 9.0 - p[0] * 2.0) * 0.5
-                       : (p[1] * 18.0 - p[0] * 11.0 - p[2] * 9.0 + p[3] * 2.0) * 0.5;
+            return combined(edge, end, {-5.5, 9, -4.5, 1}) * (end ? -1.0 : 1.0);
         };
         for (int edge = closed ? 0 : 1; edge < edges; ++edge) {
             const int before = (edge + edges - 1) % edges;
@@ -118,12 +113,11 @@ TEST(Splines, SecondDerivativesAgreeAcrossVertices) {
 }
 
 TEST(Splines, RefuseDegenerateInput) {
-    const double inf = std::numeric_limits<double>::infinity();
     for (const Smooth smooth : {&CPolyline::Spline, &CPolyline::CtmlRomSpline}) {
         for (CPolyline bad : {polylineOf({}, true), polylineOf({{0, 0, 0}, {1, 1, 1}}, true),
                               polylineOf({{0, 0, 0}, {1, 1, 1}, {1, 1, 1}}, false),
                               polylineOf({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 0, 0}}, true),
-                              polylineOf({{0, 0, 0}, {1, inf, 1}, {2, 0, 0}}, false),
+                              polylineOf({{0, 0, 0}, {1, INFINITY, 1}, {2, 0, 0}}, false),
                               polylineOf({{0, 0, 0}, {1, 0, 1e308}, {2, 0, -1e308}, {3, 0, 1e308}}, false)}) {
             EXPECT_EQ((bad.*smooth)(4) + bad.GetSplineFlag(), 0);
             EXPECT_TRUE(bad.vertices.IsEmpty() || at(bad, 0).flag == 0x41) << "as it was";
@@ -131,8 +125,7 @@ TEST(Splines, RefuseDegenerateInput) {
         CPolyline good = polylineOf({{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 0, 0}}, false);
         for (const int pieces : {0, -1, 300000000})
             EXPECT_EQ((good.*smooth)(pieces), 0);
-        good.GetVertex(1)->flag =
-            CVertex::kSplineVertex | CVertex::kSplineFrame;  // the frame of an earlier run
+        good.GetVertex(1)->flag = CVertex::kSplineVertex | CVertex::kSplineFrame;  // of an earlier run
         EXPECT_EQ((good.*smooth)(1), 1) << "the ends of an open one may meet";
         EXPECT_EQ(good.GetVertexSize(), 4);
     }

@@ -3,8 +3,8 @@
 #include <fieldscan/scan_area.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
+#include <vector>
 
 #include "tests/scanarea/scan_areas.h"
 #include "tests/temp_folder.h"
@@ -46,10 +46,9 @@ TEST_F(ScanAreaFile, HasTheStatedLines) {
     addDirection(read.outlineAngles, 1, 1);
     ASSERT_EQ(read.Read(path("job")), 1);
     EXPECT_EQ(read.columnCount * 10 + read.rowCount, 21);
-    EXPECT_EQ(read.areaAngle1.kappa, 350 * kRadian);
-    EXPECT_EQ(read.areaAngle2.omega, 100.25 * kRadian);
-    EXPECT_EQ(read.areaAngle1.phi + read.shootAngles[1].phi, 0.0);
-    EXPECT_EQ(read.shootAngles[1].kappa, 11 * kRadian);
+    const std::vector<double> angles = {read.areaAngle1.kappa, read.areaAngle2.omega, read.areaAngle1.phi,
+                                        read.shootAngles[1].phi, read.shootAngles[1].kappa};
+    EXPECT_EQ(angles, (std::vector<double>{350 * kRadian, 100.25 * kRadian, 0, 0, 11 * kRadian}));
     EXPECT_EQ(read.imageNames.GetSize(), 3);
     EXPECT_EQ(read.imageNames[1], CString(kanji().c_str())) << "a name ends at its first blank";
     EXPECT_EQ(read.headerLine.GetLength() + read.outlineAngles.GetSize(), 0);
@@ -76,14 +75,10 @@ TEST_F(ScanAreaFile, ReadsWhatItCan) {
         CScanArea area;
         fillGrid(area, 2, 2);
         EXPECT_EQ(area.Read(path("job")), row.result) << row.bytes;
-        EXPECT_EQ(area.imageNames.GetSize(), row.shots) << row.bytes;
-        EXPECT_EQ(area.shootAngles.GetSize(), row.shots) << row.bytes;
+        EXPECT_EQ(area.imageNames.GetSize() * 10 + area.shootAngles.GetSize(), row.shots * 11) << row.bytes;
+        EXPECT_TRUE(row.bytes.size() < 3000 || area.imageNames[0].GetLength() == 3000);
         EXPECT_EQ(area.areaAngle2.kappa, row.result ? 20 * kRadian : 0.0) << row.bytes;
     }
-    put("job", rows[8].bytes);
-    CScanArea area;
-    area.Read(path("job"));
-    EXPECT_EQ(area.imageNames[0].GetLength(), 3000);
 }
 
 TEST_F(ScanAreaFile, TellsTheOperatorWhenAccessIsDenied) {
@@ -118,12 +113,11 @@ TEST_F(ScanAreaFile, GivesLinesAndTheLogToDerivedClasses) {
     Derived area;
     char buffer[Derived::kLineSize + 1];
     buffer[Derived::kLineSize] = 'S';
-    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 5);
-    EXPECT_STREQ(buffer, "one\r\n");
-    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 511);
-    EXPECT_EQ(std::strlen(buffer), 511u);
-    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 4);
-    EXPECT_EQ(area.GetImgCsvLine(&file, buffer), 0);
+    for (const std::string& line :
+         {std::string("one\r\n"), std::string(511, 'x'), std::string("last"), std::string()}) {
+        EXPECT_EQ(area.GetImgCsvLine(&file, buffer), static_cast<int>(line.size()));
+        EXPECT_TRUE(line.empty() || buffer == line);
+    }
     EXPECT_EQ(buffer[Derived::kLineSize], 'S');
 
     const std::filesystem::path disk = deviceRoot(folder) / "Internal Disk";
