@@ -24,20 +24,20 @@ bool openForAppending(CFile& file, const CString& path) {
     return false;
 }
 
-// Leaves the position at the end.
+// The file was just opened. Leaves the position at the end. (Asking for the length first takes a tenth longer.)
 bool seekBehindLines(CFile& file, std::string_view header, std::string_view& missing) {
     char bytes[kLongestHeader];
-    const long long length = system::fileLength(file.m_handle);
-    if (length == 0) {
+    const auto wanted = static_cast<long long>(std::max<std::size_t>(1, header.size()));
+    const long long start = system::seekFile(file.m_handle, -wanted, true);  // stays in a shorter file
+    const long long count = system::readFile(file.m_handle, bytes, static_cast<std::size_t>(wanted));
+    if (count == 0) {
         missing = header;
-        return file.SeekToEnd() == 1;
+        return true;
     }
-    const long long count = std::min(length, std::max<long long>(1, static_cast<long long>(header.size())));
-    if (length < 0 || system::seekFile(file.m_handle, -count, true) < 0 ||
-        system::readFile(file.m_handle, bytes, static_cast<std::size_t>(count)) != count)
+    if (count < 0 || (start >= 0) != (count == wanted))
         return false;
     const std::string_view last(bytes, static_cast<std::size_t>(count));
-    if (count == length && header.substr(0, last.size()) == last)
+    if (start <= 0 && header.substr(0, last.size()) == last)
         missing = header.substr(last.size());
     else
         missing = last.back() == '\n' ? "" : "\n";
