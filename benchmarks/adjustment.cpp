@@ -25,8 +25,8 @@ class Equations {
 public:
     // Four unknowns: a transformation between points, reduced to their middle or at the coordinates of a
     // national grid (m). More: coefficients at random; ill-conditioned, they leave a common one by a
-    // thousandth. The unknowns are about as large as one another: one that is a small difference of large sums
-    // would be refined for that alone.
+    // thousandth. The unknowns are about as large as one another: one that is a small difference of large
+    // sums would be refined for that alone.
     Equations(int m, int n, bool illConditioned)
         : m_m(m),
           m_n(n),

@@ -24,7 +24,8 @@ bool openForAppending(CFile& file, const CString& path) {
     return false;
 }
 
-// The file was just opened. Leaves the position at the end. (Asking for the length first takes a tenth longer.)
+// The file was just opened. Leaves the position at the end. (Asking for the length first takes a tenth
+// longer.)
 bool seekBehindLines(CFile& file, std::string_view header, std::string_view& missing) {
     char bytes[kLongestHeader];
     const auto wanted = static_cast<long long>(std::max<std::size_t>(1, header.size()));
