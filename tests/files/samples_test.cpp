@@ -65,14 +65,19 @@ int rewrite(const std::string& name, CString from, CString to) {
     return 0;
 }
 
+std::string bytesOf(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
 using Samples = TempFolder;
 
 TEST_F(Samples, AreWrittenAsTheyWereRead) {
     const std::filesystem::path docs = FIELDSCAN_DOCS;
-    const std::string page = get((docs / "file_formats.md").string());
+    const std::string page = bytesOf(docs / "file_formats.md");
     int samples = 0;
     for (const auto& entry : std::filesystem::directory_iterator(docs / "samples")) {
-        const std::string name = entry.path().filename().string(), bytes = get(entry.path().string());
+        const std::string name = entry.path().filename().string(), bytes = bytesOf(entry.path());
         ++samples;
         std::string lines = bytes;
         lines.erase(std::remove(lines.begin(), lines.end(), '\r'), lines.end());
