@@ -12,8 +12,8 @@
 //          +--------+--------+
 //
 // Forming has the equations for rows k. Cholesky takes the rows of U above from those below, Z Z^T adds the
-// columns of Z. The sums lie
-// in a matrix padded to whole tiles; of those on the diagonal a register below it is left out.
+// columns of Z. The sums lie in a matrix padded to whole tiles; of those on the diagonal a register below it
+// is left out.
 #include "adjustment/normal_kernels.h"
 
 #include "platform/framework/lanes.h"
@@ -50,7 +50,7 @@ void addTile(const double* right, const double* left, const double* weights, int
         for (int i = 0; i < kRows; ++i) {
 #pragma GCC unroll 16
             for (int v = 0; v < vectors; ++v) {
-                const Lanes product = row[v] * (all(left[i]));
+                const Lanes product = row[v] * all(left[i]);
                 if (kind == Kind::weighted)
                     tile[i][v] += product * weights[k];
                 else if (kind == Kind::subtracted)
@@ -83,14 +83,14 @@ struct Space {
 
     Space(double* buffer, int rows, int width)
         : panels(buffer),
-          sums(buffer + upTo(kPanel, width) / kPanel * kPanel * rows),
+          sums(buffer + upTo(kPanel, width) * rows),
           height(rows),
           length(lengthOf(width)),
           columns(width) {}
 
     static Index lengthOf(int width) { return upTo(16, width) + 8; }
     static Index sizeOf(int panelRows, int rows, int width) {
-        return upTo(kPanel, width) / kPanel * kPanel * panelRows + upTo(kRows, rows) * lengthOf(width);
+        return upTo(kPanel, width) * panelRows + upTo(kRows, rows) * lengthOf(width);
     }
 
     double* panelAt(int k, int column) const {

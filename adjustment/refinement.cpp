@@ -242,15 +242,14 @@ double rateOf(const double* normal, const double* inverse, int n) {
 // ---- Normal equations in double-double ----
 
 // Powers of two, at least the lengths of the columns and of the observations. False when products could
-// overflow, or their rests underflow.
+// overflow, or their rests underflow, and when the observations are 0.
 bool scalesOf(const double* normal, int n, double observations, double* scales) {
     constexpr double kLeast = 0x1p-800, kMost = 0x1p800;
     for (int i = 0; i <= n; ++i) {
         const double square = i < n ? normal[i * (n + 2)] : observations;
-        const bool zero = i == n && square == 0.0;
-        if (!zero && !(square >= kLeast && square <= kMost))
+        if (!(square >= kLeast && square <= kMost))
             return false;
-        scales[i] = zero ? 0.0 : std::ldexp(1.0, std::ilogb(std::sqrt(square)) + 1);
+        scales[i] = std::ldexp(1.0, std::ilogb(std::sqrt(square)) + 1);
     }
     return true;
 }

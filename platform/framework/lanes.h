@@ -27,7 +27,8 @@ typedef double UnalignedLanes __attribute__((vector_size(8 * kLanes), aligned(8)
 static inline Lanes load(const double* from) { return *reinterpret_cast<const UnalignedLanes*>(from); }
 static inline void store(double* to, Lanes value) { *reinterpret_cast<UnalignedLanes*>(to) = value; }
 
-// (0.0 + value would be an addition, since it turns -0.0 into 0.0: 1.3 times the time of forming.)
+// (0.0 + value would be an addition, since it turns -0.0 into 0.0: 1.5 times the time of forming
+// 5000 x 30.)
 static inline Lanes all(double value) { return value - Lanes{}; }
 
 // Bit k is set where lane k is at most `limit`, which NaN is not.

@@ -177,6 +177,27 @@ TEST(LeastSquares, KeepsSmallUnknownsBesideLargeOnes) {
     EXPECT_DOUBLE_EQ(adjustment.GetBcor(0), 5e12);
 }
 
+// Unknowns that are observed each and, with a root of s, all together: N = I + s 1 1^T. By their number and
+// the correlation, about s, each way of refining has a row: N in double-double; orthonormal equations in
+// double, in slices, in double-double.
+TEST(LeastSquares, EveryWayOfRefiningIsExact) {
+    const std::pair<int, double> rows[] = {{20, 0x1p20}, {40, 0x1p10}, {40, 0x1p28}, {40, 0x1p46}};
+    for (const auto& [n, s] : rows) {
+        CLeastSq adjustment(n + 1, n);
+        for (int k = 0; k <= n; ++k) {
+            for (int j = 0; j < n; ++j)
+                adjustment.SetObeq(j, k == n ? std::sqrt(s) : j == k ? 1.0 : 0.0);
+            adjustment.SetObeq(n, k == n ? std::sqrt(s) * n * (n + 1) * 0.5 : k + 1.0);
+        }
+        ASSERT_EQ(adjustment.Solve(), 1) << s;
+        for (int i = 0; i < n; ++i) {
+            EXPECT_NEAR(adjustment.GetBcor(i), i + 1.0, 1.2e-16 * (i + 1)) << s;
+            for (int j = 0; j < n; ++j)
+                EXPECT_NEAR(adjustment.GetCovar(i, j), (i == j) - s / (1.0 + n * s), 2e-14) << s;
+        }
+    }
+}
+
 // A similarity at the coordinates of a national grid. Residuals that change sign from corner to corner of a
 // rectangle are at right angles to all columns, so the unknowns stay whole numbers.
 TEST(LeastSquares, UnknownsAndCofactorsToTheLastDigitOnANationalGrid) {
