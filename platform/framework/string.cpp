@@ -1,7 +1,9 @@
 #include <fieldscan/framework/string.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <new>
 #include <string>
@@ -39,11 +41,21 @@ void copyUnits(unsigned short* to, const unsigned short* from, int count) {
 
 }  // namespace
 
-CString::CString() noexcept : m_text(m_inside), m_length(0), m_capacity(kInside - 1) { m_inside[0] = 0; }
+CString::CString(const CString& other) {
+    if (other.isOutside()) {
+        setOutside(makeOutside(other.GetLength()));
+        copyUnits(units(), other.GetString(), other.GetLength());
+        setLength(other.GetLength());
+    } else {
+        std::copy(other.m_units, std::end(other.m_units), m_units);
+    }
+}
 
-CString::CString(const CString& other) : CString() { assign(other.m_text, other.m_length); }
-
-CString::CString(CString&& other) noexcept : CString() { take(other); }
+CString::CString(CString&& other) noexcept {
+    std::copy(other.m_units, std::end(other.m_units), m_units);
+    other.m_units[0] = 0;
+    other.m_units[kInside] = kInside;
+}
 
 CString::CString(const unsigned short* text) : CString() { assign(text, lengthOf(text)); }
 
@@ -70,22 +82,20 @@ CString::CString(unsigned short unit, int count) : CString() {
     if (count < 1)
         return;
     grow(count);
-    std::fill_n(m_text, count, unit);
+    std::fill_n(units(), count, unit);
     setLength(count);
 }
 
-CString::~CString() { release(); }
-
 CString& CString::operator=(const CString& other) {
     if (this != &other)
-        assign(other.m_text, other.m_length);
+        assign(other.GetString(), other.GetLength());
     return *this;
 }
 
 CString& CString::operator=(CString&& other) noexcept {
     if (this != &other) {
         Empty();
-        take(other);
+        std::swap(m_units, other.m_units);
     }
     return *this;
 }
@@ -93,122 +103,132 @@ CString& CString::operator=(CString&& other) noexcept {
 CString& CString::operator=(unsigned short unit) { return *this = CString(unit); }
 
 void CString::Empty() {
-    release();
-    m_text = m_inside;
-    m_capacity = kInside - 1;
-    setLength(0);
+    if (isOutside())
+        release();
+    m_units[0] = 0;
+    m_units[kInside] = kInside;
 }
 
-void CString::release() {
-    if (m_text != m_inside)
-        delete[] m_text;
+void CString::release() { ::operator delete(outside()); }
+
+CString::Outside* CString::makeOutside(int capacity) {
+    constexpr std::size_t kMost = (PTRDIFF_MAX - sizeof(Outside)) / sizeof(unsigned short);
+    const std::size_t units = static_cast<std::size_t>(capacity) + 1;
+    if (units > kMost)  // which 32-bit addresses do not reach
+        throw std::bad_alloc();
+    Outside* const storage =
+        static_cast<Outside*>(::operator new(sizeof(Outside) + units * sizeof(unsigned short)));
+    storage->capacity = capacity;
+    return storage;
 }
 
-// This text is empty and holds no storage.
-void CString::take(CString& other) noexcept {
-    if (other.m_text == other.m_inside) {
-        copyUnits(m_inside, other.m_inside, other.m_length);
-    } else {
-        m_text = other.m_text;
-        m_capacity = other.m_capacity;
-        other.m_text = other.m_inside;
-        other.m_capacity = kInside - 1;
-    }
-    setLength(other.m_length);
-    other.setLength(0);
+void CString::setOutside(Outside* storage) {
+    std::memcpy(m_units, &storage, sizeof storage);
+    m_units[kInside] = kInside + 1;
 }
 
 void CString::setLength(int length) {
-    m_length = length;
-    m_text[length] = 0;
+    units()[length] = 0;
+    if (isOutside())
+        outside()->length = length;
+    else
+        m_units[kInside] = static_cast<unsigned short>(kInside - length);
 }
 
 // Room for `length` units; a text that grows gets half as much again, so that appending stays linear.
 void CString::grow(int length) {
-    if (length <= m_capacity)
+    const int before = capacity();
+    if (length <= before)
         return;
-    const int capacity = std::max(length, m_capacity < kMostUnits / 2 ? m_capacity + m_capacity / 2 : 0);
-    unsigned short* text = new unsigned short[static_cast<std::size_t>(capacity) + 1];
-    copyUnits(text, m_text, m_length + 1);
-    release();
-    m_text = text;
-    m_capacity = capacity;
+    Outside* const storage = makeOutside(std::max(length, before < kMostUnits / 2 ? before + before / 2 : 0));
+    storage->length = GetLength();
+    copyUnits(storage->text(), GetString(), GetLength() + 1);
+    if (isOutside())
+        release();
+    setOutside(storage);
 }
 
 // `text` may lie in this object.
-void CString::assign(const unsigned short* text, int length) {
-    if (length > m_capacity) {
-        unsigned short* fresh = new unsigned short[static_cast<std::size_t>(length) + 1];
-        copyUnits(fresh, text, length);
-        release();
-        m_text = fresh;
-        m_capacity = length;
+void CString::assign(const unsigned short* from, int length) {
+    if (length > capacity()) {
+        Outside* const storage = makeOutside(length);
+        copyUnits(storage->text(), from, length);
+        if (isOutside())
+            release();
+        setOutside(storage);
     } else {
-        copyUnits(m_text, text, length);
+        copyUnits(units(), from, length);
     }
     setLength(length);
 }
 
 void CString::SetAt(int position, unsigned short unit) {
-    if (inside(position))
-        m_text[position] = unit;
+    if (position >= 0 && position < GetLength())
+        units()[position] = unit;
 }
 
 CString CString::Left(int count) const { return Mid(0, count); }
 
-CString CString::Right(int count) const { return Mid(m_length - std::min(std::max(count, 0), m_length)); }
+CString CString::Right(int count) const {
+    const int length = GetLength();
+    return Mid(length - std::min(std::max(count, 0), length));
+}
 
-CString CString::Mid(int first) const { return Mid(first, m_length); }
+CString CString::Mid(int first) const { return Mid(first, GetLength()); }
 
 CString CString::Mid(int first, int count) const {
     first = std::max(first, 0);
-    if (first >= m_length || count <= 0)
+    if (first >= GetLength() || count <= 0)
         return CString();
-    return CString(m_text + first, std::min(count, m_length - first));
+    return CString(GetString() + first, std::min(count, GetLength() - first));
 }
 
 int CString::Find(unsigned short unit, int start) const {
-    for (int i = std::max(start, 0); i < m_length; ++i)
-        if (m_text[i] == unit)
+    const unsigned short* const text = GetString();
+    const int length = GetLength();
+    for (int i = std::max(start, 0); i < length; ++i)
+        if (text[i] == unit)
             return i;
     return -1;
 }
 
 int CString::Find(const CString& part, int start) const {
     start = std::max(start, 0);
-    if (start > m_length)
+    if (start > GetLength())
         return -1;
-    const unsigned short* const end = m_text + m_length;
-    const unsigned short* const from = m_text + start;
-    const unsigned short* const found = std::search(from, end, part.m_text, part.m_text + part.m_length);
-    return found == end && !part.IsEmpty() ? -1 : static_cast<int>(found - m_text);
+    const unsigned short* const text = GetString();
+    const unsigned short* const end = text + GetLength();
+    const unsigned short* const found =
+        std::search(text + start, end, part.GetString(), part.GetString() + part.GetLength());
+    return found == end && !part.IsEmpty() ? -1 : static_cast<int>(found - text);
 }
 
-int CString::FindOneOf(const CString& units) const {
-    for (int i = 0; i < m_length; ++i)
-        if (units.Find(m_text[i]) >= 0)
+int CString::FindOneOf(const CString& wanted) const {
+    for (int i = 0; i < GetLength(); ++i)
+        if (wanted.Find(GetString()[i]) >= 0)
             return i;
     return -1;
 }
 
 int CString::ReverseFind(unsigned short unit) const {
-    for (int i = m_length - 1; i >= 0; --i)
-        if (m_text[i] == unit)
+    const unsigned short* const text = GetString();
+    for (int i = GetLength() - 1; i >= 0; --i)
+        if (text[i] == unit)
             return i;
     return -1;
 }
 
 CString& CString::TrimLeft() {
     int blanks = 0;
-    while (blanks < m_length && isSpace(m_text[blanks]))
+    while (blanks < GetLength() && isSpace(GetString()[blanks]))
         ++blanks;
     Delete(0, blanks);
     return *this;
 }
 
 CString& CString::TrimRight() {
-    int length = m_length;
-    while (length > 0 && isSpace(m_text[length - 1]))
+    int length = GetLength();
+    while (length > 0 && isSpace(GetString()[length - 1]))
         --length;
     setLength(length);
     return *this;
@@ -217,20 +237,21 @@ CString& CString::TrimRight() {
 CString& CString::Trim() { return TrimRight().TrimLeft(); }
 
 CString& CString::MakeUpper() {
-    std::transform(m_text, m_text + m_length, m_text, upper);
+    std::transform(units(), units() + GetLength(), units(), upper);
     return *this;
 }
 
 CString& CString::MakeLower() {
-    std::transform(m_text, m_text + m_length, m_text, lower);
+    std::transform(units(), units() + GetLength(), units(), lower);
     return *this;
 }
 
 int CString::Replace(unsigned short from, unsigned short to) {
+    unsigned short* const text = units();
     int count = 0;
-    for (int i = 0; i < m_length; ++i) {
-        if (m_text[i] == from) {
-            m_text[i] = to;
+    for (int i = 0, length = GetLength(); i < length; ++i) {
+        if (text[i] == from) {
+            text[i] = to;
             ++count;
         }
     }
@@ -238,25 +259,27 @@ int CString::Replace(unsigned short from, unsigned short to) {
 }
 
 int CString::Insert(int position, const CString& text) {
-    position = std::min(std::max(position, 0), m_length);
+    position = std::min(std::max(position, 0), GetLength());
     CString result = Left(position);
     result += text;
-    result.Append(m_text + position, m_length - position);
+    result.Append(GetString() + position, GetLength() - position);
     *this = std::move(result);
-    return m_length;
+    return GetLength();
 }
 
 int CString::Delete(int position, int count) {
-    if (inside(position) && count > 0) {
-        count = std::min(count, m_length - position);
-        copyUnits(m_text + position, m_text + position + count, m_length - position - count);
-        setLength(m_length - count);
+    const int length = GetLength();
+    if (position >= 0 && position < length && count > 0) {
+        count = std::min(count, length - position);
+        unsigned short* const from = units() + position;
+        copyUnits(from, from + count, length - position - count);
+        setLength(length - count);
     }
-    return m_length;
+    return GetLength();
 }
 
 CString& CString::operator+=(const CString& text) {
-    Append(text.m_text, text.m_length);
+    Append(text.GetString(), text.GetLength());
     return *this;
 }
 
@@ -268,34 +291,38 @@ CString& CString::operator+=(unsigned short unit) {
 void CString::Append(const unsigned short* text, int length) {
     if (!text || length < 1)
         return;
-    if (length > kMostUnits - m_length)
+    const int before = GetLength();
+    if (length > kMostUnits - before)
         throw std::bad_alloc();
-    if (m_length + length > m_capacity && text >= m_text && text <= m_text + m_length) {
+    if (before + length > capacity() && text >= units() && text <= units() + before) {
         const CString copy(text, length);  // the growth would free it
-        Append(copy.m_text, length);
+        Append(copy.GetString(), length);
         return;
     }
-    grow(m_length + length);
-    copyUnits(m_text + m_length, text, length);
-    setLength(m_length + length);
+    grow(before + length);
+    copyUnits(units() + before, text, length);
+    setLength(before + length);
 }
 
 unsigned short* CString::GetBuffer(int length) {
     grow(length);
-    return m_text;
+    return units();
 }
 
 void CString::ReleaseBuffer(int length) {
-    m_text[m_capacity] = 0;
-    setLength(length < 0 ? lengthOf(m_text) : std::min(length, m_capacity));
+    const int most = capacity();
+    units()[most] = 0;
+    setLength(length < 0 ? lengthOf(units()) : std::min(length, most));
 }
 
 int CString::Compare(const CString& other) const {
-    const int shared = std::min(m_length, other.m_length);
+    const unsigned short* const a = GetString();
+    const unsigned short* const b = other.GetString();
+    const int shared = std::min(GetLength(), other.GetLength());
     for (int i = 0; i < shared; ++i)
-        if (m_text[i] != other.m_text[i])
-            return m_text[i] < other.m_text[i] ? -1 : 1;
-    return m_length - other.m_length;
+        if (a[i] != b[i])
+            return a[i] < b[i] ? -1 : 1;
+    return GetLength() - other.GetLength();
 }
 
 int CString::CompareNoCase(const CString& other) const {

@@ -5,6 +5,7 @@
 #include <fieldscan/export.h>
 
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 
 namespace fieldscan {
@@ -16,14 +17,14 @@ using IfInteger = typename std::enable_if<std::is_integral<Type>::value>::type;
 
 // Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that does not count.
 // Copies share nothing. A unit is half of a character outside the basic plane; lengths and positions count
-// units. Up to 7 units (most point names) are kept inside the object without an allocation.
+// units. Up to 7 units (most point names) are kept inside the object, of 16 bytes, without an allocation.
 //
 // Positions: a read at a position outside the text gives 0, a write there is dropped; Left, Mid and Right cut
 // what they are asked for down to what there is. A null pointer stands for the empty text everywhere.
 // Only memory exhaustion can fail: std::bad_alloc, and the text is then as it was before.
 class FIELDSCAN_API CString {
 public:
-    CString() noexcept;
+    CString() noexcept : m_units{0, 0, 0, 0, 0, 0, 0, kInside} {}
     CString(const CString& other);
     CString(CString&& other) noexcept;  // leaves `other` empty
     // Text up to its zero unit; a null pointer gives the empty text.
@@ -38,26 +39,29 @@ public:
     CString(const char16_t* text, int length);        // the same
     // `count` times the unit; none for a count below 1.
     explicit CString(unsigned short unit, int count = 1);
-    ~CString();
+    ~CString() {
+        if (isOutside())
+            release();
+    }
 
     CString& operator=(const CString& other);
     CString& operator=(CString&& other) noexcept;
     CString& operator=(unsigned short unit);  // the unit alone
 
     // Units before the closing zero; IsEmpty when there is none.
-    int GetLength() const { return m_length; }
-    bool IsEmpty() const { return m_length == 0; }
+    int GetLength() const { return isOutside() ? outside()->length : kInside - m_units[kInside]; }
+    bool IsEmpty() const { return GetLength() == 0; }
     void Empty();  // frees the storage too
     // Closed by a zero unit; valid until the text changes.
-    operator const unsigned short*() const { return m_text; }
-    const unsigned short* GetString() const { return m_text; }
+    operator const unsigned short*() const { return GetString(); }
+    const unsigned short* GetString() const { return isOutside() ? outside()->text() : m_units; }
 
     // The unit at a position.
-    unsigned short GetAt(int position) const { return inside(position) ? m_text[position] : 0; }
+    unsigned short GetAt(int position) const { return (*this)[position]; }
     template <class Integer, typename = fieldscan::IfInteger<Integer>>
     unsigned short operator[](Integer position) const {
         const long long at = static_cast<long long>(position);
-        return at >= 0 && at < m_length ? m_text[at] : static_cast<unsigned short>(0);
+        return at >= 0 && at < GetLength() ? GetString()[at] : static_cast<unsigned short>(0);
     }
     void SetAt(int position, unsigned short unit);
 
@@ -93,8 +97,8 @@ public:
     CString& operator+=(unsigned short unit);
     void Append(const unsigned short* text, int length);
 
-    // The text itself, with room for `length` units, to be written to; ReleaseBuffer ends that and takes the
-    // first `length` units, or those before the first zero, for the text.
+    // The text itself, with room for `length` units and a closing zero, to be written to; ReleaseBuffer ends
+    // that and takes the first `length` units, or those before the first zero, for the text.
     unsigned short* GetBuffer(int length);
     void ReleaseBuffer(int length = -1);
 
@@ -103,19 +107,32 @@ public:
     int CompareNoCase(const CString& other) const;
 
 private:
-    enum { kInside = 8 };  // units kept in the object, the closing zero included
+    // What stands in front of a text with storage of its own.
+    struct Outside {
+        unsigned short* text() { return reinterpret_cast<unsigned short*>(this + 1); }
+        int length;
+        int capacity;  // units that fit, without the closing zero
+    };
+    enum : int { kInside = 7 };  // units that fit into the object
 
-    bool inside(int position) const { return position >= 0 && position < m_length; }
+    bool isOutside() const { return m_units[kInside] > kInside; }
+    Outside* outside() const {
+        Outside* address = nullptr;
+        std::memcpy(&address, m_units, sizeof address);
+        return address;
+    }
+    unsigned short* units() { return const_cast<unsigned short*>(GetString()); }
+    int capacity() const { return isOutside() ? outside()->capacity : kInside; }
+    static Outside* makeOutside(int capacity);
+    void setOutside(Outside* storage);
     void assign(const unsigned short* text, int length);
-    void take(CString& other) noexcept;
     void grow(int length);
     void setLength(int length);
     void release();
 
-    unsigned short* m_text;  // m_inside, or storage of its own
-    int m_length;
-    int m_capacity;  // units that fit, without the closing zero
-    unsigned short m_inside[kInside];
+    // The text and a zero behind it; the last unit holds how many more would fit, which closes a text of 7.
+    // Of a text with storage of its own that is more than 7, and the address stands in front.
+    alignas(void*) unsigned short m_units[kInside + 1];
 };
 
 // Both texts, one behind the other.
