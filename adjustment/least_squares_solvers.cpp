@@ -7,6 +7,7 @@
 
 #include "adjustment/normal_equations.h"
 #include "adjustment/refinement.h"
+#include "adjustment/sweep.h"
 #include "platform/framework/out_of_memory.h"
 
 using namespace fieldscan;
@@ -17,12 +18,8 @@ constexpr double kHarmlessCorrelation = 64.0;
 constexpr double kHarmlessCancellation = 256.0;
 
 bool allFinite(const CArray<double, double>& array) {
-    const double* const values = array.GetData();
-    const int size = array.GetSize();
-    int others = 0;
-    for (int k = 0; k < size; ++k)
-        others += std::fabs(values[k]) <= std::numeric_limits<double>::max() ? 0 : 1;
-    return others == 0;
+    return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
+                       [](double value) { return std::isfinite(value); });
 }
 
 // How many times the correlations with the others enlarge the cofactor of an unknown: the solution and the
@@ -98,6 +95,9 @@ void substituteLdl(const double* factor, int n, double* vector) {
 // Each method reads Noeq, uses work and leaves Bcor and the inverse; false when a pivot is singular.
 
 bool CLeastSq::solveByCholesky() {
+    constexpr int kSwept = 16;  // unknowns up to which sweeping takes 0.3 to 0.85 of the time
+    if (parameterNumber <= kSwept)
+        return solveBySweeping();
     return LUDivid() && ForwardSubstiotution() && BackwardSubstiotution() && CalLInverse() &&
            CalNoeqInverse();
 }
@@ -121,38 +121,9 @@ bool CLeastSq::solveByLdl() {
     return true;
 }
 
-// Gauss-Jordan in place: behind pivot k, row and column k hold those of the inverse of the leading block.
 bool CLeastSq::solveBySweeping() {
-    const int n = parameterNumber;
-    const std::ptrdiff_t length = n + 1;
-    work.Copy(Noeq);
-    double* const matrix = work.GetData();
-    mirror(matrix, n);
-    for (int k = 0; k < n; ++k) {
-        double* pivotRow = matrix + k * length;
-        const double pivot = pivotRow[k];
-        if (isSingularPivot(pivot, Noeq[static_cast<int>(k * length) + k], n, tolerance))
-            return false;
-        for (int i = 0; i < n; ++i) {
-            if (i == k)
-                continue;
-            double* row = matrix + i * length;
-            const double multiple = row[k] / pivot;
-            for (int j = 0; j <= n; ++j)
-                row[j] -= multiple * pivotRow[j];
-            row[k] = -multiple;
-        }
-        pivotRow[k] = 1.0;
-        for (int j = 0; j <= n; ++j)
-            pivotRow[j] /= pivot;
-    }
-    inverse.Copy(work);
-    for (int i = 0; i < n; ++i) {
-        Bcor[i] = matrix[i * length + n];
-        inverse[static_cast<int>(i * length) + n] = 0.0;
-    }
-    mirror(inverse.GetData(), n);
-    return true;
+    return sweep(Noeq.GetData(), parameterNumber, tolerance, work.GetData(), Bcor.GetData(),
+                 inverse.GetData());
 }
 
 int CLeastSq::NewChores() { return solveBy(&CLeastSq::solveByCholesky); }

@@ -1,21 +1,13 @@
 #include "adjustment/normal_equations.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 #include "adjustment/buffer.h"
 #include "adjustment/normal_kernels.h"
 #include "platform/framework/instruction_set.h"
 
 namespace fieldscan {
-
-namespace {
-
-constexpr int kPlain = 8;  // unknowns up to which the plain loops on triangles are as fast
-
-}  // namespace
 
 double squaredLength(const Equations& equations) {
     const std::ptrdiff_t length = equations.n + 1;
@@ -48,38 +40,10 @@ void mirror(double* matrix, int n) {
             matrix[i * length + j] = matrix[j * length + i];
 }
 
-bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
-    const double rounding = 64.0 * n * std::numeric_limits<double>::epsilon() * diagonal;
-    return !(pivot > std::max(tolerance, rounding));
-}
-
 double choleskyFactor(const double* normal, int n, double tolerance, double* factor) {
-    if (n > kPlain) {
-        const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
-        Buffer buffer(kernels.bufferSize(n, n, n));
-        return kernels.factor(normal, n, tolerance, buffer.data(), factor);
-    }
-    const std::ptrdiff_t length = n + 1;
-    std::copy(normal, normal + n * length, factor);
-    double smallest = 1.0;
-    for (int k = 0; k < n; ++k) {
-        double* pivotRow = factor + k * length;
-        const double diagonal = normal[k * length + k];
-        if (isSingularPivot(pivotRow[k], diagonal, n, tolerance))
-            return 0.0;
-        smallest = std::min(smallest, pivotRow[k] / diagonal);
-        const double root = std::sqrt(pivotRow[k]);
-        pivotRow[k] = root;
-        for (int j = k + 1; j < n; ++j)
-            pivotRow[j] /= root;
-        for (int i = k + 1; i < n; ++i) {
-            double* __restrict row = factor + i * length;
-            const double multiple = pivotRow[i];
-            for (int j = i; j < n; ++j)
-                row[j] -= multiple * pivotRow[j];
-        }
-    }
-    return smallest;
+    const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
+    Buffer buffer(kernels.bufferSize(n, n, n));
+    return kernels.factor(normal, n, tolerance, buffer.data(), factor);
 }
 
 void solveTransposed(const double* factor, int n, double* vector) {
@@ -103,44 +67,12 @@ void solveUpper(const double* factor, int n, double* vector) {
     }
 }
 
-// Row by row upward: W = U^-1 has W_ij = -(sum over k of U_ik W_kj) / U_ii. Row i of W lies where row i of U
-// lay; its elements are read before their places are written, from the right.
-void invertTriangle(double* factor, int n) {
-    if (n > kPlain) {
-        FIELDSCAN_CHOSEN(normalKernels).invert(factor, n);
-        return;
-    }
-    const std::ptrdiff_t length = n + 1;
-    for (int i = n - 1; i >= 0; --i) {
-        double* row = factor + i * length;
-        for (int j = n - 1; j > i; --j) {
-            double sum = 0.0;
-            for (int k = i + 1; k <= j; ++k)
-                sum += row[k] * factor[k * length + j];
-            row[j] = -sum / row[i];
-        }
-        row[i] = 1.0 / row[i];
-    }
-}
+void invertTriangle(double* factor, int n) { FIELDSCAN_CHOSEN(normalKernels).invert(factor, n); }
 
 void multiplyByTranspose(const double* triangle, int n, double* product) {
-    if (n > kPlain) {
-        const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
-        Buffer buffer(kernels.bufferSize(n, n, n));
-        kernels.multiply(triangle, n, buffer.data(), product);
-        mirror(product, n);
-        return;
-    }
-    const std::ptrdiff_t length = n + 1;
-    for (int i = 0; i < n; ++i) {
-        for (int j = i; j < n; ++j) {
-            double sum = 0.0;
-            for (int k = j; k < n; ++k)
-                sum += triangle[i * length + k] * triangle[j * length + k];
-            product[i * length + j] = sum;
-        }
-        product[i * length + n] = 0.0;
-    }
+    const NormalKernels& kernels = FIELDSCAN_CHOSEN(normalKernels);
+    Buffer buffer(kernels.bufferSize(n, n, n));
+    kernels.multiply(triangle, n, buffer.data(), product);
     mirror(product, n);
 }
 

@@ -28,7 +28,10 @@ void addToNormal(const Equations& equations, double* normal, double* observation
 void mirror(double* matrix, int n);
 
 // A pivot that rounding alone could have left: at or below max(tolerance, 64 n eps diagonal), or NaN.
-bool isSingularPivot(double pivot, double diagonal, int n, double tolerance);
+static inline bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
+    const double rounding = 64.0 * n * __DBL_EPSILON__ * diagonal;
+    return !(pivot > (tolerance < rounding ? rounding : tolerance));
+}
 
 // `factor` becomes U, its lower half and its last column the copies of those of `normal`. Returns the
 // smallest pivot over its diagonal; 0 when one is singular, and `factor` is then of no use.

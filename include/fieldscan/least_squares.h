@@ -117,7 +117,7 @@ public:
     int Lessqu(int m, int n);
     int LessquFast(int m, int n);
 
-    int NewChores();  // by Cholesky: LUDivid and the four steps behind it
+    int NewChores();  // by Cholesky: LUDivid and the four steps behind it; up to 16 unknowns as SwpMat
     int PIChores();   // by N = L D L^T, without square roots
     int SwpMat();     // by sweeping the pivots, which turns [N | b] into [N^-1 | x]
 

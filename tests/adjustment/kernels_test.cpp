@@ -11,6 +11,7 @@
 #include "adjustment/normal_kernels.h"
 #include "adjustment/refinement.h"
 #include "adjustment/refinement_kernels.h"
+#include "adjustment/sweep.h"
 #include "platform/framework/instruction_set.h"
 
 using namespace fieldscan;
@@ -86,6 +87,28 @@ Vector trianglesOfLibrary(const Vector& normal, int n) {
     u.insert(u.end(), w.begin(), w.end());
     u.insert(u.end(), product.begin(), product.end());
     return u;
+}
+
+// `inverse` has no right-hand side, so x = N^-1 b is its rows times the last column of `normal`.
+void expectSwept(const Vector& normal, int n, const Vector& inverse) {
+    Vector work(normal.size()), solution(static_cast<Index>(n)), swept(normal.size(), 1.0);
+    ASSERT_TRUE(sweep(normal.data(), n, 0.0, work.data(), solution.data(), swept.data()));
+    const Index length = solution.size() + 1;
+    for (Index i = 0; i < solution.size(); ++i) {
+        double x = 0.0, size = 0.0;
+        for (Index j = 0; j < length; ++j) {
+            const double cofactor = inverse[i * length + j];
+            ASSERT_NEAR(
+                swept[i * length + j], cofactor,
+                1e-10 * std::sqrt(inverse[i * (length + 1)] * inverse[j % solution.size() * (length + 1)]))
+                << n;
+            if (j + 1 < length) {
+                x += cofactor * normal[j * length + length - 1];
+                size += std::fabs(cofactor * normal[j * length + length - 1]);
+            }
+        }
+        ASSERT_NEAR(solution[i], x, 1e-10 * size) << n;
+    }
 }
 
 // U^-1, A U^-1 rounded once, A^T P (l - A x).
@@ -169,6 +192,8 @@ TEST_P(Kernels, GiveTheBitsOfThePlainLoops) {
                 continue;
             const Vector full = formed(s, 0.0), expected = triangles(full, n);
             ASSERT_TRUE(sameBits(trianglesOfLibrary(full, n), expected)) << n;
+            const Vector inverse(expected.end() - static_cast<std::ptrdiff_t>(full.size()), expected.end());
+            expectSwept(full, n, inverse);
             const Vector u(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(full.size()));
             const Vector x(static_cast<Index>(n), 1.0 / 3.0), low(x.size(), 0x1p-57);
             ASSERT_TRUE(sameBits(exactSumsOfLibrary(s, u, x, low), exactSums(s, u, x, low)))

@@ -1,0 +1,81 @@
+#include "adjustment/sweep.h"
+
+#include <cstddef>
+
+#include "adjustment/normal_equations.h"
+
+namespace fieldscan {
+
+namespace {
+
+constexpr int kCompiled = 6;  // a transformation in the plane, a camera in space
+
+// To sweep pivot d in row and column k means: a_ij - a_ik a_kj / d elsewhere, a_ik / d in its row and column,
+// -1 / d in its place. The matrix stays symmetric, so that its upper half will do, and becomes -N^-1; b, as
+// the last column, becomes the unknowns.
+//
+// `compiled` is the number of unknowns, or 0 for any. With a number known in advance the matrix stays in
+// registers: 0.84 of the time of 8 x 4, 0.75 of 20 x 6.
+template <int compiled>
+bool sweepCompiled(const double* normal, int unknowns, double tolerance, double* work, double* solution,
+                   double* inverse) {
+    const int n = compiled > 0 ? compiled : unknowns;
+    const std::ptrdiff_t length = n + 1;
+    double local[compiled * (compiled + 1) + 1];
+    double* const a = compiled > 0 ? local : work;
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i)
+#pragma GCC unroll 8
+        for (int j = i; j <= n; ++j)
+            a[i * length + j] = normal[i * length + j];
+#pragma GCC unroll 8
+    for (int k = 0; k < n; ++k) {
+        const double pivot = a[k * length + k];
+        if (isSingularPivot(pivot, normal[k * length + k], n, tolerance))
+            return false;
+        const double reciprocal = 1.0 / pivot;
+#pragma GCC unroll 8
+        for (int i = 0; i < n; ++i) {
+            if (i == k)
+                continue;
+            const double multiple = (i < k ? a[i * length + k] : a[k * length + i]) * reciprocal;
+#pragma GCC unroll 8
+            for (int j = i; j <= n; ++j)
+                if (j != k)
+                    a[i * length + j] -= multiple * (j < k ? a[j * length + k] : a[k * length + j]);
+        }
+#pragma GCC unroll 8
+        for (int i = 0; i < k; ++i)
+            a[i * length + k] *= reciprocal;
+#pragma GCC unroll 8
+        for (int j = k + 1; j <= n; ++j)
+            a[k * length + j] *= reciprocal;
+        a[k * length + k] = -reciprocal;
+    }
+#pragma GCC unroll 8
+    for (int i = 0; i < n; ++i) {
+#pragma GCC unroll 8
+        for (int j = i; j < n; ++j)
+            inverse[i * length + j] = inverse[j * length + i] = -a[i * length + j];
+        inverse[i * length + n] = 0.0;
+        solution[i] = a[i * length + n];
+    }
+    return true;
+}
+
+template <int most>
+bool sweepUpTo(const double* normal, int n, double tolerance, double* work, double* solution,
+               double* inverse) {
+    if constexpr (most > 0)
+        if (n != most)
+            return sweepUpTo<most - 1>(normal, n, tolerance, work, solution, inverse);
+    return sweepCompiled<most>(normal, n, tolerance, work, solution, inverse);
+}
+
+}  // namespace
+
+bool sweep(const double* normal, int n, double tolerance, double* work, double* solution, double* inverse) {
+    return sweepUpTo<kCompiled>(normal, n, tolerance, work, solution, inverse);
+}
+
+}  // namespace fieldscan
