@@ -150,12 +150,12 @@ bool weightsAreOne(const Equations& equations) {
     int k = 0;
     for (; k + kLanes <= equations.m; k += kLanes)
         others |= load(equations.weights + k) != one;
-    bool all = true;
+    long long any = 0;
     for (int lane = 0; lane < kLanes; ++lane)
-        all = all && !others[lane];
+        any |= others[lane];
     for (; k < equations.m; ++k)
-        all = all && equations.weights[k] == 1.0;
-    return all;
+        any |= equations.weights[k] != 1.0;
+    return any == 0;
 }
 
 template <Kind kind>

@@ -61,6 +61,8 @@ void appendWide(unsigned int codePage, const char* bytes, std::size_t count, CSt
 
 // 100-nanosecond intervals since 1601-01-01 00:00 UTC.
 unsigned long long fileTimeNow();
+// The same at the last tick of the system's clock, some milliseconds ago at most; read much faster.
+unsigned long long fileTimeOfLastTick();
 // Local time minus UTC, as it is now, in seconds.
 long long localOffsetSeconds();
 // The text value `name` below HKEY_LOCAL_MACHINE\`key`; false when there is none.

@@ -75,7 +75,8 @@ public:
     double GetFormTime() const;           // milliseconds of the last forming
     // Milliseconds of the day, UTC, plus nine hours; may exceed a day's. Stages are measured by the
     // difference of two readings in 32 bits without sign, so one that spans midnight UTC gets a meaningless
-    // time. Returns 1.
+    // time. Those of small systems, (m + n) n n <= 10000, which take microseconds, are read at the ticks of
+    // the system's clock: 0 nearly always, once in a thousand times or less a tick. Returns 1.
     int time(unsigned long* ms) const;
 
     // ---- Solving ----

@@ -24,6 +24,17 @@ unsigned long long fileTimeNow() {
            static_cast<unsigned long long>(std::chrono::duration_cast<Ticks>(sinceEpoch).count());
 }
 
+unsigned long long fileTimeOfLastTick() {
+#if defined(CLOCK_REALTIME_COARSE)
+    timespec tick = {};
+    clock_gettime(CLOCK_REALTIME_COARSE, &tick);
+    return kUnixEpoch + static_cast<unsigned long long>(tick.tv_sec) * 10000000 +
+           static_cast<unsigned long long>(tick.tv_nsec) / 100;
+#else
+    return fileTimeNow();
+#endif
+}
+
 long long localOffsetSeconds() {
     const std::time_t now = std::time(nullptr);
     std::tm local = {};

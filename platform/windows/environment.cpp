@@ -21,6 +21,8 @@ unsigned long long fileTimeNow() {
     return static_cast<unsigned long long>(ticksOf(now));
 }
 
+unsigned long long fileTimeOfLastTick() { return fileTimeNow(); }
+
 // FileTimeToLocalFileTime applies the offset of the present day to any time.
 long long localOffsetSeconds() {
     FILETIME now, local;

@@ -1,6 +1,7 @@
 // CLeastSq against the stated sums and its own contract.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cmath>
 #include <ctime>
 #include <limits>
@@ -157,6 +158,19 @@ TEST(LeastSquares, RefusesWhatIsSingularAtAnyScale) {
     for (int i = 0; i < 4; ++i)
         indefinite.SetNoeq(i / 2, i % 2, i % 3 == 0 ? 1.0 : 2.0);
     EXPECT_EQ(indefinite.SolveWithReduc() + indefinite.PIChores() + indefinite.SwpMat(), 0);
+}
+
+TEST(LeastSquares, MeasuresItsStages) {
+    using Clock = std::chrono::steady_clock;
+    CLeastSq adjustment(300, 300);  // takes some tens of milliseconds
+    for (int k = 0; k < 300; ++k)
+        for (int j = 0; j < 300; ++j)
+            adjustment.SetObeq(j, j == k ? 1.0 : 0.0);
+    const Clock::time_point start = Clock::now();
+    ASSERT_EQ(adjustment.PISolve(), 1);
+    const double passed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    const double measured = adjustment.GetFormTime() + adjustment.GetComputationTime();
+    EXPECT_TRUE(measured > passed / 2 - 2 && measured < passed + 2) << measured << " of " << passed;
 }
 
 TEST(LeastSquares, KeepsSmallUnknownsBesideLargeOnes) {
