@@ -32,11 +32,11 @@ void addProducts(const double* left, const double* leftRest, const double* right
             const Lanes a = load(left + k);
             for (int c = 0; c < count; ++c) {
                 const Lanes b = load(right + c * kBlock + k);
-                Exact product = exactProduct(a, b);
+                const Lanes sum = high[c] + a * b;
+                Lanes rest = productMinus(a, b, sum - high[c]);
                 if (weighted)
-                    product.lo += load(leftRest + k) * b;
-                const Lanes sum = high[c] + product.hi;
-                low[c] += (product.hi - (sum - high[c])) + product.lo;
+                    rest += load(leftRest + k) * b;
+                low[c] += rest;
                 high[c] = sum;
             }
         }
