@@ -187,7 +187,6 @@ double addFew(const double* rows, const double* weights, int m, double* normal) 
     constexpr int kLength = n + 1, kMost = (kLength + kLanes - 1) / kLanes;
     constexpr int kShort =
         kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows whose vector ends behind all
-    constexpr int kWidth = kLength < kLanes ? kLanes : kLength;
     const auto begin = [](int v) { return (v + 1) * kLanes < kLength ? kLength - (v + 1) * kLanes : 0; };
     const auto vectors = [](int i) { return (kLength - i + kLanes - 1) / kLanes; };
     // Lane by lane: a register read from memory that was just written in parts waits for all of the writes,
@@ -196,12 +195,14 @@ double addFew(const double* rows, const double* weights, int m, double* normal) 
 #pragma GCC unroll 16
     for (int i = 0; i < n; ++i)
 #pragma GCC unroll 16
-        for (int v = 0; v < kMost; ++v)
+        for (int v = 0; v < kMost; ++v) {
+            Lanes sum = {};
 #pragma GCC unroll 16
-            for (int lane = 0; lane < kLanes; ++lane) {
-                const int j = begin(v) + lane;
-                sums[i][v][lane] = j >= i && j < kLength ? normal[i * kLength + j] : 0.0;
-            }
+            for (int lane = 0; lane < kLanes; ++lane)
+                if (begin(v) + lane >= i && begin(v) + lane < kLength)
+                    sum[lane] = normal[i * kLength + begin(v) + lane];
+            sums[i][v] = sum;
+        }
     double last[2 * kLanes] = {};
     const int copied = smaller(kShort, m), whole = m - copied;
 #pragma GCC unroll 16
@@ -229,16 +230,16 @@ double addFew(const double* rows, const double* weights, int m, double* normal) 
             }
         }
     }
-    double matrix[n][kWidth];
 #pragma GCC unroll 16
     for (int i = 0; i < n; ++i)
 #pragma GCC unroll 16
         for (int v = 0; v < kMost; ++v)
-            if (v < vectors(i))
-                store(matrix[i] + begin(v), sums[i][v]);
-    for (int i = 0; i < n; ++i)
-        for (int j = i; j < kLength; ++j)
-            normal[i * kLength + j] = matrix[i][j];
+#pragma GCC unroll 16
+            for (int lane = 0; lane < kLanes; ++lane) {
+                const int j = begin(v) + lane;
+                if (v < vectors(i) && j >= i && j < kLength)
+                    normal[i * kLength + j] = sums[i][v][lane];
+            }
     return squares;
 }
 
