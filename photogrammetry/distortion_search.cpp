@@ -3,12 +3,13 @@
 // ended with: the first that is accepted, else the first of the best. Three times as fast as one by one with
 // AVX-512, twice with SSE2.
 //
-// Most passes need four of the 25 alone: 0.6 of the time with AVX-512, 0.4 with SSE2. The distorted best
-// point c misses the wanted one by a vector m of length s, the search radius; t = c - m lies on the circle of
-// that radius around c. If the distortions of two points differ by at most L times their distance, a point p
-// of the grid misses by p - t give or take L |p - c|. For L = 1/8, the best of the four points around t then
-// misses by 0.067 s less than any point that is not one of them, and these miss by 0.34 s or more: the least
-// over all t of the circle.
+// Most passes compute four of the 25 alone, which takes 0.65 of the time with AVX-512, 0.41 with SSE2. Let
+// the distorted best point c miss the wanted one by a vector m, whose length s is the search radius. Then
+// t = c - m is on the circle of that radius around c. Where the distortions of two points differ by at most
+// L times their distance, a point p of the grid misses by p - t, give or take L |p - c| in length. With L of
+// 1/8 and t anywhere on the circle, the best corner of the grid's cell with t in it misses by at least
+// 0.067 s less than every point but the four corners, and these others by more than 0.34 s (the least where
+// t is 30 degrees from a line of the grid, on the edge of its cell), so that none of them can be taken.
 #include "photogrammetry/distortion_search.h"
 
 #include "photogrammetry/distortion_model.h"
@@ -21,7 +22,7 @@ namespace {
 
 constexpr int kMostPasses = 100;
 constexpr int kGridSide = 5;  // half a search radius apart, so the grid reaches one radius to every side
-constexpr int kCellSide = 2;
+constexpr int kCellSide = 2;  // the points at the corners of a cell of the grid
 
 // Columns and rows of side x side points of the grid; the room left repeats the last one, which changes
 // nothing.
@@ -42,8 +43,7 @@ struct GridSteps {
     }
 };
 constexpr GridSteps<kGridSide> kGrid(0);
-// By where t lies from c: one to two steps to the right or above, or less, the same to the left or below.
-enum Side { kRight, kFarRight, kLeft, kFarLeft };
+// The cell left of the middle, or below it, and the outermost to that side; the same to the right, or above.
 constexpr GridSteps<kCellSide> kCells[] = {GridSteps<kCellSide>(1), GridSteps<kCellSide>(0),
                                            GridSteps<kCellSide>(2), GridSteps<kCellSide>(3)};
 
@@ -67,16 +67,16 @@ struct Search {
         return ey * ey + ex * ex;
     }
 
-    // Which of kCells has t of point k between its columns, or rows, if that misses by `miss` in this
+    // Of kCells, the one with t in it if point k becomes the best one, which misses by `miss` in this
     // direction.
     template <int registers>
     static int cellOf(const Lanes (&miss)[registers], const Lanes (&errors)[registers], int k) {
-        unsigned int ahead = 0, far = 0;
+        unsigned int right = 0, outermost = 0;
         for (int r = 0; r < registers; ++r) {
-            ahead |= atMost(miss[r], 0.0) << r * kLanes;
-            far |= atMost(errors[r] - 4.0 * miss[r] * miss[r], 0.0) << r * kLanes;
+            right |= atMost(miss[r], 0.0) << r * kLanes;
+            outermost |= atMost(errors[r] - 4.0 * miss[r] * miss[r], 0.0) << r * kLanes;
         }
-        return static_cast<int>((ahead >> k & 1) * 2 + (far >> k & 1));
+        return static_cast<int>((right >> k & 1) * 2 + (outermost >> k & 1));
     }
 
     // Moves `best` to the best of the points at these steps of the grid around it; false when none is better,
@@ -97,12 +97,12 @@ struct Search {
         const double e = least(smallest);
         if (!(e < best.e))
             return false;
-        unsigned int firsts = 0, bests = 0;
+        unsigned int fit = 0, equal = 0;
         for (int r = 0; r < registers; ++r) {
-            firsts |= atMost(errors[r], accepted) << r * kLanes;
-            bests |= atMost(errors[r], e) << r * kLanes;
+            fit |= atMost(errors[r], accepted) << r * kLanes;
+            equal |= atMost(errors[r], e) << r * kLanes;
         }
-        const int taken = __builtin_ctz(firsts != 0 ? firsts : bests);
+        const int taken = __builtin_ctz(fit != 0 ? fit : equal);
         best = {left + columns.column[taken] * h, bottom + rows.row[taken] * h, e, 0, 0};
         if (side == kCellSide) {
             best.column = cellOf(ex, errors, taken);
@@ -111,35 +111,32 @@ struct Search {
         return true;
     }
 
-    // The e above which the cell around t is enough, from `first` on.
-    double enoughForCells(const Best& first) const {
-        // The best points stay within 2 s / (1 - L) of the first, since none misses by more, and the grid
-        // reaches 1.42 s further.
+    // As long as e is above this, only a corner of the cell around t can be taken.
+    double leastForCells(const Best& first) const {
+        // The best points stay within 2 s / (1 - L) of the first one, since none misses by more than that
+        // does, and the grid reaches 1.42 s further.
         const double s = __builtin_sqrt(first.e);
         const double u = __builtin_fabs(first.u) + 4.0 * s, v = __builtin_fabs(first.v) + 4.0 * s;
         if (!(distortionSlope(model, parameters, u, v) <= 0.125))
             return __builtin_inf();
-        // Rounding moves the misses that are compared by less than 20 x 2^-53 of the coordinates: 0.04 s at
-        // the least s here. 1e-280: squares that are denormal have lost digits.
+        // Rounding moves the misses that are compared by less than 20 x 2^-53 of the coordinates, which is
+        // 0.04 s at the least s here. 1e-280: denormal squares have lost digits.
         const double leastS = (u + v) * 0x1p-44;
-        const double least = leastS * leastS + 1e-280;
-        // Else a point outside the cell could be accepted before it.
-        const double notAccepted = 12.0 * accepted;
-        return notAccepted > least ? notAccepted : least;
+        const double exact = leastS * leastS + 1e-280;
+        // Nearer than 0.34 s a point outside the cell could be accepted before those of the cell.
+        const double noneAccepted = 12.0 * accepted;
+        return noneAccepted > exact ? noneAccepted : exact;
     }
 
     Undistorted from(double u, double v) const {
         Lanes ex[1], ey[1];
         const Lanes e[1] = {errorAt(all(u), all(v), ex[0], ey[0])};
-        Best near = {u, v, e[0][0], cellOf(ex, e, 0), cellOf(ey, e, 0)};
-        int pass = 0;
-        if (!(near.e <= accepted)) {
-            const double enough = enoughForCells(near);
-            for (; pass < kMostPasses && near.e > enough; ++pass)
-                improve(near, kCells[near.column], kCells[near.row]);
-        }
-        Best best = near;
-        while (pass++ < kMostPasses && !(best.e <= accepted) && improve(best, kGrid, kGrid)) {}
+        Best best = {u, v, e[0][0], cellOf(ex, e, 0), cellOf(ey, e, 0)};
+        const double enough = leastForCells(best);
+        for (int pass = 0; pass < kMostPasses && !(best.e <= accepted); ++pass)
+            if (!(best.e > enough ? improve(best, kCells[best.column], kCells[best.row])
+                                  : improve(best, kGrid, kGrid)))
+                break;
         return {best.u, best.v, best.e <= accepted};
     }
 };
