@@ -3,7 +3,7 @@
 // ended with: the first that is accepted, else the first of the best. Three times as fast as one by one with
 // AVX-512, twice with SSE2.
 //
-// Most passes compute four of the 25 alone, which takes 0.65 of the time with AVX-512, 0.41 with SSE2. Let
+// Most passes compute four of the 25 alone, which takes 0.65 of the time with AVX-512, 0.43 with SSE2. Let
 // the distorted best point c miss the wanted one by a vector m, whose length s is the search radius. Then
 // t = c - m is on the circle of that radius around c. Where the distortions of two points differ by at most
 // L times their distance, a point p of the grid misses by p - t, give or take L |p - c| in length. With L of
