@@ -56,11 +56,10 @@ void CDist::CalDist(double x, double y, double& dx, double& dy) const {
 }
 
 BOOL CDist::CalDistInv(double x, double y, double& cx, double& cy, double tol) const {
-    const double accepted = tol * tol;
-    const Undistorted found = FIELDSCAN_CHOSEN(searchUndistorted)(model, para, x, y, accepted);
+    const Undistorted found = FIELDSCAN_CHOSEN(searchUndistorted)(model, para, x, y, tol * tol);
     cx = found.u - x;
     cy = found.v - y;
-    return found.e <= accepted;
+    return found.accepted;
 }
 
 int CDist::AddDist(double r, double d) {

@@ -44,6 +44,29 @@ static inline void distortionAt(DIST_MODEL model, const double* p, Number x, Num
     dy = Number();
 }
 
+// The distortions of two points differ by at most this times their distance where |x| <= `x` and |y| <= `y`:
+// the greatest stretch of each term, added up. That of r2^k * (x, y) is (2 k + 1) r2^k, that of a decentering
+// term 6 r.
+static inline double distortionSlope(DIST_MODEL model, const double* p, double x, double y) {
+    const auto size = [p](int i) { return __builtin_fabs(p[i]); };
+    const double r2 = x * x + y * y, r = x + y;  // or a little more
+    switch (model) {
+        case DIST_RADIAL4:
+            return (((9.0 * size(3) * r2 + 7.0 * size(2)) * r2 + 5.0 * size(1)) * r2 + 3.0 * size(0)) * r2;
+        case DIST_RADIAL2_TANGENTIAL2:
+            return 3.0 * size(0) * r2 + 5.0 * size(1) * (r2 * r2) + 6.0 * (size(2) + size(3)) * r;
+        case DIST_RADIAL3_TANGENTIAL2:
+            return 3.0 * size(0) * r2 + 5.0 * size(1) * (r2 * r2) + 7.0 * size(2) * (r2 * r2 * r2) +
+                   6.0 * (size(3) + size(4)) * r;
+        case DIST_POLY8:
+            return 3.0 * size(0) * r2 + 5.0 * size(1) * (r2 * r2) + size(2) + size(3) +
+                   (size(4) + 2.0 * size(5) + size(6) + 2.0 * size(7)) * r;
+        case DIST_NONE:
+            break;
+    }
+    return 0.0;
+}
+
 }  // namespace fieldscan
 
 #endif

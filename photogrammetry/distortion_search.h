@@ -8,15 +8,15 @@
 
 namespace fieldscan {
 
-// An undistorted point, and the squared distance of its distorted position from the wanted one.
+// An undistorted point, and whether its distorted position is near enough to the wanted one.
 struct Undistorted {
     double u;
     double v;
-    double e;
+    bool accepted;
 };
 
 // The best point that the search of CDist::CalDistInv finds for the distorted (x, y). It ends at the first
-// point whose e is at most `accepted`, or when it finds no better one.
+// point whose squared distance is at most `accepted`, or when it finds no better one.
 FIELDSCAN_IN_EACH_SET(Undistorted searchUndistorted(DIST_MODEL model, const double* parameters, double x,
                                                     double y, double accepted);)
 
