@@ -1,187 +1,16 @@
 // Sums of products for normal equations and their triangles.
 //
-// An element (i, j) of any of the matrices is one sum over k that is added up in its order, so lanes hold
-// neighbouring columns j of one k:
-//
-//            columns j: a panel, kVectors registers          rows k of a panel lie one behind the other,
-//          +--------+--------+                               kPanel doubles each: the tile reads two
-//   i      | sum    | sum    |   + = (row k, j) (row k, i)   streams, whatever the number of columns,
-//   kRows  | sum    | sum    |                               and stays in the first cache.
-//   of     |  ..    |  ..    |     k innermost: the sums
-//   them   | sum    | sum    |     stay in registers
-//          +--------+--------+
-//
-// Forming has the equations for rows k; those of few unknowns stay in the cache as they lie, and are not
-// packed into panels. Cholesky takes the rows of U above from those below, Z Z^T adds the columns of Z. The
-// sums lie in a matrix padded to whole tiles; of those on the diagonal a register below it is left out.
+// Forming has the equations for the rows of tiles.h; those of few unknowns stay in the cache as they lie, and
+// are not packed into panels. Cholesky takes the rows of U above from those below, Z Z^T adds the columns of
+// Z.
 #include "adjustment/normal_kernels.h"
 
-#include "platform/framework/lanes.h"
+#include "adjustment/tiles.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
 
 namespace {
-
-using Index = long long;
-
-constexpr int kVectors = 2;
-constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
-constexpr int kPanel = kVectors * kLanes;
-
-enum class Kind { plain, weighted, subtracted };
-
-// Where the factors of the products lie: `first` is (row 0, column 0).
-struct Factors {
-    const double* first;
-    Index rowStep, panelStep;
-
-    const double* at(int k, int column) const {
-        return first + column / kPanel * panelStep + k * rowStep + column % kPanel;
-    }
-};
-
-// Two lanes have no load that fills both with one factor. So of a pair of rows and of columns one register
-// has the sums on the diagonal, the other those beside it, and their factors are the pair of the left column
-// as it lies and swapped: forming 500 x 12 takes a seventh less, 5000 x 30 a tenth.
-constexpr bool kDiagonals = kLanes == 2;
-
-Lanes leftFactor(const double* left, int i) {
-    if (!kDiagonals)
-        return all(left[i]);
-    const Lanes pair = load(left + i - i % 2);
-    return i % 2 == 0 ? pair : Lanes{pair[1], pair[0]};
-}
-
-// Rows to diagonals, and back.
-template <int vectors>
-void turnPairs(Lanes (&tile)[kRows][vectors]) {
-#pragma GCC unroll 16
-    for (int i = 0; i < kRows; i += 2)
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v) {
-            const Lanes upper = tile[i][v], lower = tile[i + 1][v];
-            tile[i][v] = Lanes{upper[0], lower[1]};
-            tile[i + 1][v] = Lanes{lower[0], upper[1]};
-        }
-}
-
-// sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
-template <Kind kind, int vectors>
-void addTile(const double* right, const double* left, Index rowStep, const double* weights, int count,
-             double* sums, Index length) {
-    Lanes tile[kRows][vectors];
-#pragma GCC unroll 16
-    for (int i = 0; i < kRows; ++i)
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v)
-            tile[i][v] = load(sums + i * length + v * kLanes);
-    if constexpr (kDiagonals)
-        turnPairs(tile);
-    for (Index k = 0; k < count; ++k, right += rowStep, left += rowStep) {
-        Lanes row[vectors];
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v)
-            row[v] = load(right + v * kLanes);
-#pragma GCC unroll 16
-        for (int i = 0; i < kRows; ++i) {
-#pragma GCC unroll 16
-            for (int v = 0; v < vectors; ++v) {
-                const Lanes product = row[v] * leftFactor(left, i);
-                if (kind == Kind::weighted)
-                    tile[i][v] += product * weights[k];
-                else if (kind == Kind::subtracted)
-                    tile[i][v] -= product;
-                else
-                    tile[i][v] += product;
-            }
-        }
-    }
-    if constexpr (kDiagonals)
-        turnPairs(tile);
-#pragma GCC unroll 16
-    for (int i = 0; i < kRows; ++i)
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v)
-            store(sums + i * length + v * kLanes, tile[i][v]);
-}
-
-int smaller(int a, int b) { return a < b ? a : b; }
-
-Index upTo(Index step, Index count) { return (count + step - 1) / step * step; }
-
-// What a computation keeps in its buffer: rows of products' factors, in panels, and the matrix of sums,
-// padded to whole tiles. Its rows take an odd number of cache lines: powers of two would meet in one set of
-// the cache.
-struct Space {
-    double* panels;
-    double* sums;
-    Index height;  // rows of a panel
-    Index length;  // of a row of sums
-    int columns;   // in use
-
-    Space(double* buffer, int rows, int width)
-        : panels(buffer),
-          sums(buffer + upTo(kPanel, width) * rows),
-          height(rows),
-          length(lengthOf(width)),
-          columns(width) {}
-
-    static Index lengthOf(int width) { return upTo(16, width) + 8; }
-    static Index sizeOf(int panelRows, int rows, int width) {
-        return upTo(kPanel, width) * panelRows + upTo(kRows, rows) * lengthOf(width);
-    }
-
-    Factors factors() const { return {panels, kPanel, height * kPanel}; }
-
-    double* panelAt(int k, int column) const {
-        return panels + (column / kPanel * height + k) * kPanel + column % kPanel;
-    }
-
-    // Rows `first` to `first` + `count` of the panels from column `begin` on. What lies behind the columns
-    // lands in sums that nobody reads; `readable` elements can be read from `rows` on.
-    void setRows(int first, int count, const double* rows, Index rowLength, int begin, Index readable) const {
-        for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
-            const double* from = rows + j;
-            double* to = panelAt(first, j);
-            Index rest = readable - j;
-            for (int k = 0; k < count; ++k, from += rowLength, to += kPanel, rest -= rowLength)
-                for (int c = 0; c < kPanel; c += kLanes)
-                    if (rest >= kPanel)
-                        store(to + c, load(from + c));
-                    else
-                        for (int lane = c; lane < c + kLanes; ++lane)
-                            to[lane] = j + lane < columns ? from[lane] : 0.0;
-        }
-    }
-
-    // The upper half, from and to rows of n + 1.
-    void readSums(const double* matrix, int n) const {
-        for (int i = 0; i < upTo(kRows, n); ++i)
-            for (int j = i - i % kRows; j < length; ++j)
-                sums[i * length + j] = i < n && j >= i && j < columns ? matrix[i * (n + 1LL) + j] : 0.0;
-    }
-    void writeSums(double* matrix, int n) const {
-        for (int i = 0; i < n; ++i)
-            for (int j = i; j < columns; ++j)
-                matrix[i * (n + 1LL) + j] = sums[i * length + j];
-    }
-
-    // The tile at (i, j) grows by the products of rows `begin` to `end` of the factors.
-    template <Kind kind>
-    void add(int i, int j, const Factors& factors, const double* weights, int begin, int end) const {
-        const auto addColumns = [&](auto columnsOf, int from) {
-            columnsOf(factors.at(begin, from), factors.at(begin, i), factors.rowStep, weights, end - begin,
-                      sums + i * length + from, length);
-        };
-        if (i >= j + kLanes)  // the first register lies below the diagonal
-            addColumns(addTile<kind, 1>, j + kLanes);
-        else if (j + kLanes >= columns)  // the second one behind the last column
-            addColumns(addTile<kind, 1>, j);
-        else
-            addColumns(addTile<kind, kVectors>, j);
-    }
-};
 
 // ---- Forming ----
 
@@ -201,29 +30,33 @@ bool weightsAreOne(const Equations& equations) {
     return all;
 }
 
-// Equations are read where they lie while this many doubles of them, which leave room in a first cache of
-// 32 KiB, are at least 24: packing takes a fifth of forming 500 x 12, a tenth of 2000 x 100.
-constexpr int kInCache = 3072, kMostInPlace = kInCache / 24;
+// As many equations as leave room in a first cache of 32 KiB are read where they lie, if they are 24 or more.
+// Packing them would take a fifth of forming 500 x 12, a tenth of 5000 x 30.
+constexpr int kInCache = 3072;  // doubles
+constexpr int kLongestInPlace = kInCache / 24;
 
 template <Kind kind>
 void addMany(const Equations& equations, double* buffer, double* normal) {
     const int n = equations.n, length = n + 1;
+    const bool alone = n % kPanel == 0;  // the observations in their panel
     const Space space(buffer, kEquationsPacked, length);
     space.readSums(normal, n);
     for (int first = 0, count; first < equations.m; first += count) {
         const double* rows = equations.rows + static_cast<Index>(first) * length;
         const int rest = equations.m - first;
         Factors factors = {rows, length, kPanel};
-        if (length <= kMostInPlace && rest > 1) {
+        if (length <= kLongestInPlace && rest > 1) {
             count = smaller(kInCache / length, rest - 1);  // the last one cannot be read beyond its end
         } else {
             count = smaller(kEquationsPacked, rest);
             space.setRows(0, count, rows, length, 0, static_cast<Index>(rest) * length);
             factors = space.factors();
         }
-        for (int j = 0; j < length; j += kPanel)
+        for (int j = 0; j < (alone ? n : length); j += kPanel)
             for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
                 space.add<kind>(i, j, factors, equations.weights + first, 0, count);
+        if (alone)
+            space.addColumn<kind>(n, factors, equations.weights + first, count);
     }
     space.writeSums(normal, n);
 }
