@@ -30,10 +30,11 @@ bool weightsAreOne(const Equations& equations) {
     return all;
 }
 
-// As many equations as leave room in a first cache of 32 KiB are read where they lie, if they are 24 or more.
-// Packing them would take a fifth of forming 500 x 12, a tenth of 5000 x 30.
+// Equations that are short enough for as many as are packed to leave room in a first cache of 32 KiB are read
+// where they lie: packing would take a fifth of forming 500 x 12, a tenth of 5000 x 30. Longer ones that come
+// from memory take up to a third more so.
 constexpr int kInCache = 3072;  // doubles
-constexpr int kLongestInPlace = kInCache / 24;
+constexpr int kLongestInPlace = kInCache / kEquationsPacked;
 
 template <Kind kind>
 void addMany(const Equations& equations, double* buffer, double* normal) {

@@ -156,7 +156,7 @@ private:
 };
 
 TEST_P(Kernels, GiveTheBitsOfThePlainLoops) {
-    for (int n = 1; n <= 128; n += n < 41 ? 1 : 29) {  // equations in place, from 128 on packed
+    for (int n = 1; n <= 87; n += n < 41 ? 1 : 23) {  // equations in place, from 64 on packed
         for (const int m : {0, 1, 2, 7, kEquationsPacked - 1, kEquationsPacked, kEquationsPacked + 1, 150}) {
             const System s = systemOf(m, n, (m + n) % 2 == 0);
             const double start = m % 3 - 1.0;
