@@ -32,7 +32,7 @@ bool weightsAreOne(const Equations& equations) {
 
 // Equations that are short enough for as many as are packed to leave room in a first cache of 32 KiB are read
 // where they lie: packing would take a fifth of forming 500 x 12, a tenth of 5000 x 30. Longer ones that come
-// from memory take up to a third more so.
+// from memory take up to a quarter more so.
 constexpr int kInCache = 3072;  // doubles
 constexpr int kLongestInPlace = kInCache / kEquationsPacked;
 

@@ -182,7 +182,7 @@ struct Space {
     }
 
     // A column alone in its panel would leave most of its tiles unused: it grows as the row below the others
-    // would. Forming 500 x 12 takes a tenth less.
+    // would. Forming 500 x 12 takes a tenth less with two lanes, 500 x 16 a fifth less with four.
     template <Kind kind>
     void addColumn(int column, const Factors& factors, const double* weights, int count) const {
         for (int i = 0; i < column; i += kPanel) {
