@@ -1,144 +1,16 @@
 // Sums of products for normal equations and their triangles.
 //
-// An element (i, j) of any of the matrices is one sum over k that is added up in its order, so lanes hold
-// neighbouring columns j of one k:
-//
-//            columns j: a panel, kVectors registers          rows k of a panel lie one behind the other,
-//          +--------+--------+                               kPanel doubles each: the tile reads two
-//   i      | sum    | sum    |   + = (row k, j) (row k, i)   streams, whatever the number of columns,
-//   kRows  | sum    | sum    |                               and stays in the first cache.
-//   of     |  ..    |  ..    |     k innermost: the sums
-//   them   | sum    | sum    |     stay in registers
-//          +--------+--------+
-//
-// Forming has the equations for rows k. Cholesky takes the rows of U above from those below, Z Z^T adds the
-// columns of Z. The sums lie in a matrix padded to whole tiles; of those on the diagonal a register below it
-// is left out.
+// Forming has the equations for the rows of tiles.h; those of few unknowns stay in the cache as they lie, and
+// are not packed into panels. Cholesky takes the rows of U above from those below, Z Z^T adds the columns of
+// Z.
 #include "adjustment/normal_kernels.h"
 
-#include "platform/framework/lanes.h"
+#include "adjustment/tiles.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
 
 namespace {
-
-using Index = long long;
-
-constexpr int kVectors = 2;
-constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
-constexpr int kPanel = kVectors * kLanes;
-
-enum class Kind { plain, weighted, subtracted };
-
-// sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
-template <Kind kind, int vectors>
-void addTile(const double* right, const double* left, const double* weights, int count, double* sums,
-             Index length) {
-    Lanes tile[kRows][vectors];
-#pragma GCC unroll 16
-    for (int i = 0; i < kRows; ++i)
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v)
-            tile[i][v] = load(sums + i * length + v * kLanes);
-    for (Index k = 0; k < count; ++k, right += kPanel, left += kPanel) {
-        Lanes row[vectors];
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v)
-            row[v] = load(right + v * kLanes);
-#pragma GCC unroll 16
-        for (int i = 0; i < kRows; ++i) {
-#pragma GCC unroll 16
-            for (int v = 0; v < vectors; ++v) {
-                const Lanes product = row[v] * all(left[i]);
-                if (kind == Kind::weighted)
-                    tile[i][v] += product * weights[k];
-                else if (kind == Kind::subtracted)
-                    tile[i][v] -= product;
-                else
-                    tile[i][v] += product;
-            }
-        }
-    }
-#pragma GCC unroll 16
-    for (int i = 0; i < kRows; ++i)
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v)
-            store(sums + i * length + v * kLanes, tile[i][v]);
-}
-
-int smaller(int a, int b) { return a < b ? a : b; }
-
-Index upTo(Index step, Index count) { return (count + step - 1) / step * step; }
-
-// What a computation keeps in its buffer: rows of products' factors, in panels, and the matrix of sums,
-// padded to whole tiles. Its rows take an odd number of cache lines: powers of two would meet in one set of
-// the cache.
-struct Space {
-    double* panels;
-    double* sums;
-    Index height;  // rows of a panel
-    Index length;  // of a row of sums
-    int columns;   // in use
-
-    Space(double* buffer, int rows, int width)
-        : panels(buffer),
-          sums(buffer + upTo(kPanel, width) * rows),
-          height(rows),
-          length(lengthOf(width)),
-          columns(width) {}
-
-    static Index lengthOf(int width) { return upTo(16, width) + 8; }
-    static Index sizeOf(int panelRows, int rows, int width) {
-        return upTo(kPanel, width) * panelRows + upTo(kRows, rows) * lengthOf(width);
-    }
-
-    double* panelAt(int k, int column) const {
-        return panels + (column / kPanel * height + k) * kPanel + column % kPanel;
-    }
-
-    // Rows `first` to `first` + `count` of the panels from column `begin` on. What lies behind the columns
-    // lands in sums that nobody reads; `readable` elements can be read from `rows` on.
-    void setRows(int first, int count, const double* rows, Index rowLength, int begin, Index readable) const {
-        for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
-            const double* from = rows + j;
-            double* to = panelAt(first, j);
-            Index rest = readable - j;
-            for (int k = 0; k < count; ++k, from += rowLength, to += kPanel, rest -= rowLength)
-                for (int c = 0; c < kPanel; c += kLanes)
-                    if (rest >= kPanel)
-                        store(to + c, load(from + c));
-                    else
-                        for (int lane = c; lane < c + kLanes; ++lane)
-                            to[lane] = j + lane < columns ? from[lane] : 0.0;
-        }
-    }
-
-    // The upper half, from and to rows of n + 1.
-    void readSums(const double* matrix, int n) const {
-        for (int i = 0; i < upTo(kRows, n); ++i)
-            for (int j = i - i % kRows; j < length; ++j)
-                sums[i * length + j] = i < n && j >= i && j < columns ? matrix[i * (n + 1LL) + j] : 0.0;
-    }
-    void writeSums(double* matrix, int n) const {
-        for (int i = 0; i < n; ++i)
-            for (int j = i; j < columns; ++j)
-                matrix[i * (n + 1LL) + j] = sums[i * length + j];
-    }
-
-    // The tile at (i, j) grows by the products of rows `begin` to `end` of the panels.
-    template <Kind kind>
-    void add(int i, int j, const double* weights, int begin, int end) const {
-        const double* left = panelAt(begin, i);
-        double* tile = sums + i * length + j;
-        if (i >= j + kLanes)  // the first register lies below the diagonal
-            addTile<kind, 1>(panelAt(begin, j + kLanes), left, weights, end - begin, tile + kLanes, length);
-        else if (j + kLanes >= columns)  // the second one behind the last column
-            addTile<kind, 1>(panelAt(begin, j), left, weights, end - begin, tile, length);
-        else
-            addTile<kind, kVectors>(panelAt(begin, j), left, weights, end - begin, tile, length);
-    }
-};
 
 // ---- Forming ----
 
@@ -158,18 +30,34 @@ bool weightsAreOne(const Equations& equations) {
     return any == 0;
 }
 
+// Equations that are short enough for as many as are packed to leave room in a first cache of 32 KiB are read
+// where they lie: packing would take a fifth of forming 500 x 12, a tenth of 5000 x 30. Longer ones that come
+// from memory take up to a quarter more so.
+constexpr int kInCache = 3072;  // doubles
+constexpr int kLongestInPlace = kInCache / kEquationsPacked;
+
 template <Kind kind>
 void addMany(const Equations& equations, double* buffer, double* normal) {
     const int n = equations.n, length = n + 1;
+    const bool alone = n % kPanel == 0;  // the observations in their panel
     const Space space(buffer, kEquationsPacked, length);
     space.readSums(normal, n);
-    for (int first = 0; first < equations.m; first += kEquationsPacked) {
-        const int count = smaller(kEquationsPacked, equations.m - first);
-        space.setRows(0, count, equations.rows + static_cast<Index>(first) * length, length, 0,
-                      static_cast<Index>(equations.m - first) * length);
-        for (int j = 0; j < length; j += kPanel)
+    for (int first = 0, count; first < equations.m; first += count) {
+        const double* rows = equations.rows + static_cast<Index>(first) * length;
+        const int rest = equations.m - first;
+        Factors factors = {rows, length, kPanel};
+        if (length <= kLongestInPlace && rest > 1) {
+            count = smaller(kInCache / length, rest - 1);  // the last one cannot be read beyond its end
+        } else {
+            count = smaller(kEquationsPacked, rest);
+            space.setRows(0, count, rows, length, 0, static_cast<Index>(rest) * length);
+            factors = space.factors();
+        }
+        for (int j = 0; j < (alone ? n : length); j += kPanel)
             for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
-                space.add<kind>(i, j, equations.weights + first, 0, count);
+                space.add<kind>(i, j, factors, equations.weights + first, 0, count);
+        if (alone)
+            space.addColumn<kind>(n, factors, equations.weights + first, count);
     }
     space.writeSums(normal, n);
 }
@@ -245,6 +133,7 @@ double addFew(const double* rows, const double* weights, int m, double* normal) 
 
 // Unknowns whose sums fill the registers: 26 of 32, 14 or 15 of 16.
 constexpr int kMostFew = kLanes == 8 ? 16 : kLanes == 4 ? 8 : 6;
+static_assert(kPanel <= kMostFew + 2, "of equations in place, a tile reads no further than the next one");
 
 template <int n>
 double addFewOf(const Equations& equations, double* normal) {
@@ -264,7 +153,7 @@ double choleskyFactor(const double* normal, int n, double tolerance, double* buf
     for (int first = 0; first < n; first += kRows) {
         const int end = smaller(n, first + kRows);
         for (int j = first - first % kPanel; first > 0 && j < n; j += kPanel)
-            space.add<Kind::subtracted>(first, j, nullptr, 0, first);
+            space.add<Kind::subtracted>(first, j, space.factors(), nullptr, 0, first);
         for (int k = first; k < end; ++k) {
             double* pivotRow = space.sums + k * space.length;
             const double diagonal = normal[k * (n + 1LL) + k];
@@ -344,7 +233,7 @@ void multiplyByTranspose(const double* triangle, int n, double* buffer, double* 
         space.sums[k] = 0.0;
     for (int j = 0; j < n; j += kPanel)
         for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
-            space.add<Kind::plain>(i, j, nullptr, j, n);
+            space.add<Kind::plain>(i, j, space.factors(), nullptr, j, n);
     space.writeSums(product, n);
     for (int i = 0; i < n; ++i)
         product[i * (n + 1LL) + n] = 0.0;

@@ -13,7 +13,7 @@ struct NormalKernels {
     int most;  // unknowns that addFew is for, at least 1
     // Returns l^T |P| l.
     double (*addFew)(const Equations& equations, double* normal);
-    // Any number of unknowns; `buffer` for bufferSize(kEquationsPacked, n, n + 1) doubles.
+    // More unknowns than `most`; `buffer` for bufferSize(kEquationsPacked, n, n + 1) doubles.
     void (*addMany)(const Equations& equations, double* buffer, double* normal);
     // `buffer` for bufferSize(n, n, n) doubles.
     double (*factor)(const double* normal, int n, double tolerance, double* buffer, double* factor);
