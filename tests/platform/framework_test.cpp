@@ -38,6 +38,11 @@ TEST(CString, KeepsItsTextThroughEveryWayOfChangingStorage) {
             target.Append(target.GetString() + target.GetLength() / 2, target.GetLength() / 2);
             EXPECT_EQ(units(target), units(text) + units(text) + units(text));
             EXPECT_EQ(target.GetString()[target.GetLength()], 0);
+            target.Append(nullptr, 3);
+            target.Append(target, -1);
+            CString last(u"before");
+            last = std::move(target);
+            EXPECT_EQ(units(last) + units(target), units(text) + units(text) + units(text));
         }
     }
 }
@@ -78,6 +83,10 @@ TEST(CString, NeverTakesPartInPointerArithmetic) {
     buffered.GetBuffer(30)[3] = 0;
     buffered.ReleaseBuffer();
     EXPECT_EQ(buffered, CString(u"123"));
+    buffered.Empty();
+    std::memcpy(buffered.GetBuffer(7), u"1234567", 16);
+    buffered.ReleaseBuffer();
+    EXPECT_EQ(buffered + u"8", CString(u"12345678"));
     EXPECT_EQ((buffered = u'x').GetLength(), 1);
 }
 
