@@ -78,6 +78,7 @@ int CPolyline::PtInPolyline(double x, double y) const {
     int crossings = 0;
     const CVertex* p = &vertices[n - 1];
     bool pBelow = p->y <= y;
+#pragma GCC unroll 4  // 0.75 to 0.9 of the time
     for (int i = 0; i < n; ++i) {
         const CVertex* q = &vertices[i];
         const bool qBelow = q->y <= y;
