@@ -87,7 +87,9 @@ CString::CString(unsigned short unit, int count) : CString() {
 }
 
 CString& CString::operator=(const CString& other) {
-    if (this != &other)
+    if (!isOutside() && !other.isOutside())
+        std::memmove(m_units, other.m_units, sizeof m_units);
+    else if (this != &other)
         assign(other.GetString(), other.GetLength());
     return *this;
 }
