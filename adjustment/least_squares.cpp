@@ -238,7 +238,7 @@ int CLeastSq::SolveWithReduc() { return timedSolve(nullptr, &CLeastSq::NewChores
 // Three readings of the exact clock take as long as all else in solving 8 x 4, whose stages take some
 // thousandths of its unit; the time of the last tick is read in a tenth of that.
 int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver)()) {
-    constexpr double kBrief = 10000.0;  // products, which no processor takes a millisecond for
+    constexpr double kBrief = 10000.0;  // products
     const double unknowns = parameterNumber;
     const auto clock = (ObeqSize + unknowns) * unknowns * unknowns <= kBrief ? &system::fileTimeOfLastTick
                                                                              : &system::fileTimeNow;

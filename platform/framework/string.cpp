@@ -125,7 +125,8 @@ CString::Outside* CString::makeOutside(int capacity) {
 }
 
 void CString::setOutside(Outside* storage) {
-    std::memcpy(m_units, &storage, sizeof storage);
+    void* const address = storage;
+    std::memcpy(m_units, &address, sizeof address);
     m_units[kInside] = kInside + 1;
 }
 

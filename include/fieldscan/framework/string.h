@@ -117,9 +117,9 @@ private:
 
     bool isOutside() const { return m_units[kInside] > kInside; }
     Outside* outside() const {
-        Outside* address = nullptr;
+        void* address = nullptr;
         std::memcpy(&address, m_units, sizeof address);
-        return address;
+        return static_cast<Outside*>(address);
     }
     unsigned short* units() { return const_cast<unsigned short*>(GetString()); }
     int capacity() const { return isOutside() ? outside()->capacity : kInside; }
