@@ -235,8 +235,9 @@ int CLeastSq::PISolve() { return timedSolve(&CLeastSq::Lessqu, &CLeastSq::PIChor
 int CLeastSq::SolveWithSwpMat() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::SwpMat); }
 int CLeastSq::SolveWithReduc() { return timedSolve(nullptr, &CLeastSq::NewChores); }
 
-// Three readings of the exact clock take as long as all else in solving 8 x 4, whose stages take some
-// thousandths of its unit; the time of the last tick is read in a tenth of that.
+// Three readings of the exact clock take as long as all else in solving 8 x 4, some ten-thousandths of a
+// millisecond. So stages that are as brief are timed by the last tick of the clock, which is read in a tenth
+// of that.
 int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver)()) {
     constexpr double kBrief = 10000.0;  // products
     const double unknowns = parameterNumber;
