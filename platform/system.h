@@ -41,6 +41,11 @@ bool isReplaceable(const CString& path);
 bool replaceFile(const CString& from, const CString& to);
 void removeFile(const CString& path);
 
+// ---- Memory ----
+
+// Tells the system that this much memory is about to be filled, so that it can give it in large pages.
+void expectFilled(void* memory, std::size_t bytes);
+
 // ---- Text ----
 
 // Code page numbers as the instrument's system counts them.

@@ -1,7 +1,9 @@
-// Clock, running program and messages.
+// Memory, clock, running program and messages.
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 #include <string>
@@ -16,6 +18,21 @@ namespace {
 constexpr unsigned long long kUnixEpoch = 116444736000000000ULL;  // 1970-01-01 as a file time
 
 }  // namespace
+
+// A block of less may share its mapping with others, which the advice would go on to hold for.
+void expectFilled(void* memory, std::size_t bytes) {
+#if defined(MADV_HUGEPAGE)
+    constexpr std::size_t kOwnMapping = std::size_t{33} << 20;
+    if (bytes < kOwnMapping)
+        return;
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(memory),
+                         before = (page - address % page) % page;
+    madvise(static_cast<char*>(memory) + before, bytes - before, MADV_HUGEPAGE);
+#else
+    static_cast<void>(memory), static_cast<void>(bytes);
+#endif
+}
 
 unsigned long long fileTimeNow() {
     using Ticks = std::chrono::duration<long long, std::ratio<1, 10000000>>;
