@@ -28,6 +28,7 @@ void addToNormal(const Equations& equations, double* normal, double* observation
 void mirror(double* matrix, int n);
 
 // A pivot that rounding alone could have left: at or below max(tolerance, 64 n eps diagonal), or NaN.
+// (Here, since a call would send the matrix of a sweep from registers to memory.)
 static inline bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
     const double rounding = 64.0 * n * __DBL_EPSILON__ * diagonal;
     return !(pivot > (tolerance < rounding ? rounding : tolerance));

@@ -76,7 +76,7 @@ public:
     // Milliseconds of the day, UTC, plus nine hours; may exceed a day's. Stages are measured by the
     // difference of two readings in 32 bits without sign, so one that spans midnight UTC gets a meaningless
     // time. Those of small systems, (m + n) n n <= 10000, which take microseconds, are read at the ticks of
-    // the system's clock: 0 nearly always, once in a thousand times or less a tick. Returns 1.
+    // the system's clock: 0, and rarely a tick. Returns 1.
     int time(unsigned long* ms) const;
 
     // ---- Solving ----

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <limits>
 #include <new>
 #include <string>
@@ -41,21 +40,9 @@ void copyUnits(unsigned short* to, const unsigned short* from, int count) {
 
 }  // namespace
 
-CString::CString(const CString& other) {
-    if (other.isOutside()) {
-        setOutside(makeOutside(other.GetLength()));
-        copyUnits(units(), other.GetString(), other.GetLength());
-        setLength(other.GetLength());
-    } else {
-        std::copy(other.m_units, std::end(other.m_units), m_units);
-    }
-}
+CString::CString(const CString& other) : CString() { *this = other; }
 
-CString::CString(CString&& other) noexcept {
-    std::copy(other.m_units, std::end(other.m_units), m_units);
-    other.m_units[0] = 0;
-    other.m_units[kInside] = kInside;
-}
+CString::CString(CString&& other) noexcept : CString() { std::swap(m_units, other.m_units); }
 
 CString::CString(const unsigned short* text) : CString() { assign(text, lengthOf(text)); }
 
@@ -151,7 +138,7 @@ void CString::grow(int length) {
     setOutside(storage);
 }
 
-// `text` may lie in this object.
+// `from` may lie in this object.
 void CString::assign(const unsigned short* from, int length) {
     if (length > capacity()) {
         Outside* const storage = makeOutside(length);

@@ -19,15 +19,15 @@ constexpr unsigned long long kUnixEpoch = 116444736000000000ULL;  // 1970-01-01 
 
 }  // namespace
 
-// A block of less may share its mapping with others, which the advice would go on to hold for.
+// The allocator gives blocks above 32 MiB a mapping of their own; smaller ones may share theirs with others,
+// which the advice would go on to hold for.
 void expectFilled(void* memory, std::size_t bytes) {
 #if defined(MADV_HUGEPAGE)
     constexpr std::size_t kOwnMapping = std::size_t{33} << 20;
     if (bytes < kOwnMapping)
         return;
     const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    const std::uintptr_t address = reinterpret_cast<std::uintptr_t>(memory),
-                         before = (page - address % page) % page;
+    const std::uintptr_t before = (page - reinterpret_cast<std::uintptr_t>(memory) % page) % page;
     madvise(static_cast<char*>(memory) + before, bytes - before, MADV_HUGEPAGE);
 #else
     static_cast<void>(memory), static_cast<void>(bytes);

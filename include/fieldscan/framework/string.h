@@ -75,7 +75,7 @@ public:
     // text is found at `start` while that lies inside the text or at its end.
     int Find(unsigned short unit, int start = 0) const;
     int Find(const CString& part, int start = 0) const;
-    int FindOneOf(const CString& units) const;
+    int FindOneOf(const CString& wanted) const;
     int ReverseFind(unsigned short unit) const;
 
     // White space is tab, line feed, vertical tab, form feed, carriage return, blank and the ideographic
@@ -125,7 +125,7 @@ private:
     int capacity() const { return isOutside() ? outside()->capacity : kInside; }
     static Outside* makeOutside(int capacity);
     void setOutside(Outside* storage);
-    void assign(const unsigned short* text, int length);
+    void assign(const unsigned short* from, int length);
     void grow(int length);
     void setLength(int length);
     void release();
