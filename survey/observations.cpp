@@ -1,6 +1,7 @@
 // Directions and zenith angles from coordinates, coordinates from observations.
 #include <fieldscan/survey.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -82,10 +83,9 @@ int CCalcXYZHV::CalcXYZToVH(CXYZ target, CXYZ station, double instrumentHeight, 
     const double slope = std::sqrt(dx * dx + dy * dy + dz * dz);
     double sine = ((target.z - instrumentHeight) - station.z) / slope;
     // The two height differences are rounded apart: straight up or down the quotient can pass 1 by a step.
-    if (sine > 1.0)
-        sine = 1.0;
-    else if (sine < -1.0)
-        sine = -1.0;
+    // At the instrument (slope 0) one of them can differ from 0. The quotient is infinite then, the angle NaN.
+    if (std::isfinite(sine))
+        sine = std::clamp(sine, -1.0, 1.0);
     double elevation = std::asin(sine) * kDegreesPerRadian;
     Angle0To360(elevation);
     zenith = 90.0 - elevation;

@@ -188,6 +188,15 @@ TEST(Observations, DirectionsInEveryQuadrant) {
     }
 }
 
+TEST(Observations, ATargetAtTheInstrumentHasNoZenithAngle) {
+    double zenith, direction;
+    for (int millimetres = 0; millimetres < 10000; ++millimetres) {
+        const double z = millimetres * 0.001, height = 1.537;
+        S::CalcXYZToVH(CXYZ(5, 5, z + height), CXYZ(5, 5, z), height, zenith, direction);
+        ASSERT_TRUE(std::isnan(zenith)) << millimetres << " mm: " << zenith;
+    }
+}
+
 void expectAt(const CXYZ& point, double x, double y, double z) {
     EXPECT_EQ(std::vector<double>({point.x, point.y, point.z}), std::vector<double>({x, y, z}));
 }
