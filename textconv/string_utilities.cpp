@@ -14,30 +14,37 @@ using namespace fieldscan;
 
 namespace {
 
-bool isDigit(unsigned short unit) { return unit >= '0' && unit <= '9'; }
+// The zero of the digits that `unit` is one of, ASCII or full width; 0 where it is no digit.
+unsigned short zeroOfDigit(unsigned short unit) {
+    for (const unsigned short zero : {u'0', u'\uFF10'})
+        if (unit >= zero && unit <= zero + 9)
+            return zero;
+    return 0;
+}
 
-// ---- The character at the start of a text that ends with a zero ----
+// ---- The character at the start of a text that has `room` units at most, or ends with a zero before ----
+// Where the room ends inside a character, its length exceeds the room.
 
 bool isLead(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
 bool isTrail(unsigned char byte) { return byte >= 0x40 && byte <= 0xFC && byte != 0x7F; }
 
 // Bytes of the character; a byte that forms none stands for itself.
-int characterLength(unsigned int codePage, const char* text) {
+int characterLength(unsigned int codePage, const char* text, int room) {
     const auto first = static_cast<unsigned char>(*text);
     if (codePage == system::kShiftJis)
-        return isLead(first) && isTrail(static_cast<unsigned char>(text[1])) ? 2 : 1;
+        return isLead(first) && (room < 2 || isTrail(static_cast<unsigned char>(text[1]))) ? 2 : 1;
     if (codePage != system::kUtf8)
         return 1;
     const int length = first < 0xC2 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 1;
-    for (int i = 1; i < length; ++i)
+    for (int i = 1; i < std::min(length, room); ++i)
         if ((text[i] & 0xC0) != 0x80)
             return 1;
     return length;
 }
 
 // Units of the character: 2 for a surrogate pair.
-int characterLength(unsigned int, const unsigned short* text) {
-    return (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00 ? 2 : 1;
+int characterLength(unsigned int, const unsigned short* text, int room) {
+    return (text[0] & 0xFC00) == 0xD800 && (room < 2 || (text[1] & 0xFC00) == 0xDC00) ? 2 : 1;
 }
 
 bool isWhite(unsigned int codePage, const char* character, int length) {
@@ -57,8 +64,8 @@ int copyField(Unit* out, const Unit* text, int width, bool padded) {
         return 0;
     const unsigned int codePage = system::ansiCodePage();
     int length = 0;
-    for (int at = 0; text && text[at];) {
-        const int character = characterLength(codePage, text + at);
+    for (int at = 0; text && at < width && text[at];) {
+        const int character = characterLength(codePage, text + at, width - at);
         if (character > width - at)
             break;
         if (!isWhite(codePage, text + at, character))
@@ -82,16 +89,18 @@ int IncrStr(CString& text, int step) {
         CString counted = text;
         long long carry = step;
         int at = text.GetLength();
-        for (; isDigit(text[at - 1]); --at) {  // before the start there is a zero
-            const long long sum = text[at - 1] - '0' + carry;
+        unsigned short firstZero = '0';
+        while (const unsigned short zero = zeroOfDigit(text[at - 1])) {  // before the start there is a zero
+            const long long sum = text[at - 1] - zero + carry;
             const long long digit = (sum % 10 + 10) % 10;
-            counted.SetAt(at - 1, static_cast<unsigned short>('0' + digit));
+            counted.SetAt(--at, static_cast<unsigned short>(zero + digit));
             carry = (sum - digit) / 10;
+            firstZero = zero;
         }
         if (carry < 0)
             return 0;
         for (; carry > 0; carry /= 10)
-            counted.Insert(at, CString(static_cast<unsigned short>('0' + carry % 10)));
+            counted.Insert(at, CString(static_cast<unsigned short>(firstZero + carry % 10)));
         text = std::move(counted);
         return 1;
     });
@@ -130,7 +139,7 @@ int ConvUniToAscii(const unsigned short* text, char* out, int size) {
     int stored = 0;
     std::string bytes;  // of one character: never more than it holds without an allocation
     while (text && *text) {
-        const int units = characterLength(codePage, text);
+        const int units = characterLength(codePage, text, 2);
         bytes.clear();
         system::appendAnsi(codePage, text, units, bytes);
         if (static_cast<int>(bytes.size()) > size - 1 - stored)
@@ -179,10 +188,10 @@ int IsDbcsTrail(int byte) {
 int IsDbcsTrailAt(const char* text, int index) {
     if (system::ansiCodePage() != system::kShiftJis)
         return 0;
-    int at = 0;
+    long long at = 0;  // goes one beyond the index
     while (text && at < index && text[at]) {
-        at += characterLength(system::kShiftJis, text + at);
-        if (at == index + 1)
+        at += characterLength(system::kShiftJis, text + at, 2);
+        if (at > index)
             return 1;
     }
     return 0;

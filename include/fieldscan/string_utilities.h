@@ -13,9 +13,10 @@
 
 // Counts the decimal number at the end of `text` by `step`, up or down. Its width stays, leading zeros
 // included, and grows where the number needs a digit more: "P009" and 1 give "P010", "P999" and 1 "P1000",
-// "P1000" and -1 "P0999". Any number of digits counts. A text that ends with none has the number 0 in no
-// digits: "ABC" and 1 give "ABC1"; a step of 0 changes no text.
-// Returns 1; 0 when the number would become negative, and then `text` is as it was.
+// "P1000" and -1 "P0999". Any number of digits counts. Full-width digits (U+FF10 to U+FF19) count too and
+// stay full-width; digits that come in front take the width of the first. A text that ends with none has the
+// number 0 in no digits: "ABC" and 1 give "ABC1"; a step of 0 changes no text. Returns 1; 0 when the number
+// would become negative, and then `text` is as it was.
 FIELDSCAN_API int IncrStr(CString& text, int step);
 FIELDSCAN_API int StrPlusOne(CString& text);   // IncrStr by 1
 FIELDSCAN_API int StrMinusOne(CString& text);  // IncrStr by -1
@@ -44,8 +45,9 @@ FIELDSCAN_API int CStringToInt(const CString& text);
 
 // ---- Fields of fixed width ----
 // `width` counts bytes, in the wide twins units; `out` holds width + 1 of them and may be `text` itself. A
-// null `out` or a negative width gives 0 with nothing written. A field holds whole characters: one that
-// would pass its end is left out.
+// null `out` or a negative width gives 0 with nothing written. `text` ends at its zero or after `width`: no
+// more is read, so a field of a record needs no zero. A field holds whole characters: one that begins in it
+// and would pass its end is left out.
 
 // The field at the start of `text`, without white space at its end, and a zero behind it. Returns its length.
 FIELDSCAN_API int Scopy(char* out, const char* text, int width);

@@ -3,8 +3,10 @@
 #include <fieldscan/survey.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "tests/temp_folder.h"
 
@@ -23,6 +25,25 @@ TEST_F(StringUtilities, NamesCount) {
     EXPECT_EQ(counted(CString('9', 40), 1), CString(u"|1") + CString('0', 40));
     CString text(u"9");
     EXPECT_TRUE(StrPlusOne(text) && text == u"10" && StrMinusOne(text) && text == u"09");
+}
+
+// As an operator types them with a Japanese keyboard.
+TEST_F(StringUtilities, FullWidthDigitsCountInTheirWidth) {
+    const std::tuple<const char16_t*, int, const char16_t*> rows[] = {{u"測点００９", 1, u"測点０１０"},
+                                                                      {u"Ｐ９９", 1, u"Ｐ１００"},
+                                                                      {u"Ｐ１０", -1, u"Ｐ０９"},
+                                                                      {u"P９9", 1, u"P１０0"},
+                                                                      {u"P9９", 1, u"P10０"},
+                                                                      {u"Ｐ", 1, u"Ｐ1"},
+                                                                      {u"/：", 1, u"/：1"},
+                                                                      {u"P９／", 1, u"P９／1"}};
+    for (const auto& [before, step, after] : rows) {
+        CString text(before);
+        EXPECT_EQ(IncrStr(text, step), 1);
+        EXPECT_EQ(text, CString(after));
+    }
+    CString nought(u"Ｐ０");
+    EXPECT_EQ(StrMinusOne(nought), 0);
 }
 
 TEST_F(StringUtilities, CodesAndItems) {
@@ -53,7 +74,7 @@ TEST_F(StringUtilities, FieldsHoldWholeCharacters) {
     const std::tuple<unsigned int, int, std::string, std::string, std::string, std::string> rows[] = {
         {65001, 5, "P1 \t CODE", "2P1", "5P1   ", "5P1 \t "},
         {65001, 4, "\xE5\xB2\xB3\xC3\xA9", "3\xE5\xB2\xB3", "4\xE5\xB2\xB3 ", "3\xE5\xB2\xB3"},
-        {65001, 4, blank8 + "\xC3", "4" + blank8 + "\xC3", "4" + blank8 + "\xC3", "3" + blank8},
+        {65001, 5, blank8 + "\xC3", "4" + blank8 + "\xC3", "5" + blank8 + "\xC3 ", "5" + blank8 + "\xC3\x83"},
         {65001, 5, face + "ab", "5" + face + "a", "5" + face + "a", "5" + face + "a"},
         {65001, 2, "\xFF\xF5 ", "2\xFF\xF5", "2\xFF\xF5", "2\xC3\xBF"},
         {932, 3, "\x8A\x78\x8A\x78", "2\x8A\x78", "3\x8A\x78 ", "2\x8A\x78"},
@@ -80,6 +101,28 @@ TEST_F(StringUtilities, FieldsHoldWholeCharacters) {
     EXPECT_TRUE(TScopyPad(wide, wide, 3) == 3 && CString(wide) == u"a  ") << "in place";
 }
 
+// A field of a record has no zero byte: the next one begins right after it.
+TEST_F(StringUtilities, WhatFollowsAFieldChangesNothing) {
+    const std::tuple<unsigned int, int, std::string, std::string, int> rows[] = {
+        {932, 3, "P1\x8A", "\x78", 2},       {932, 3, "P1\x8A", " ", 2},
+        {65001, 3, "P1\xC3", "\xA9", 2},     {65001, 3, "P1\xC3", "Q", 2},
+        {65001, 4, "P\xE3\x80\x80", "Q", 1}, {65001, 3, "P\xE5\xB2", "\xB3", 1},
+        {65001, 3, "P\xE5Q", "\xB3", 3},     {1252, 3, "P1\xC3", "\xA9", 3}};
+    for (const auto& [page, width, field, next, length] : rows) {
+        if (!usePage(page))
+            continue;
+        const std::string record = field + next;
+        char out[8];
+        EXPECT_EQ(Scopy(out, record.data(), width), length) << record;
+        EXPECT_EQ(out, field.substr(0, static_cast<std::size_t>(length)));
+        const std::vector<char> alone(field.begin(), field.end());
+        EXPECT_EQ(Scopy(out, alone.data(), width), length) << "the end of what may be read";
+    }
+    const unsigned short half[] = {'P', 0xD83D};
+    unsigned short wide[3];
+    EXPECT_EQ(TScopy(wide, half, 2), 1);
+}
+
 TEST_F(StringUtilities, DoubleByteCharacters) {
     EXPECT_EQ(IsDbcsLead(0x81) + IsDbcsTrail(0x40) + IsDbcsTrailAt("\x81\x40", 1), ansiPage() == 932 ? 3 : 0);
     if (!usePage(932))
@@ -94,6 +137,7 @@ TEST_F(StringUtilities, DoubleByteCharacters) {
     for (int i = -1; i < 10; ++i)
         seconds += std::to_string(IsDbcsTrailAt("\x83\x83\x83\x5C\x81 \xB1\x83", i));
     EXPECT_EQ(seconds, "00101000000");
+    EXPECT_EQ(IsDbcsTrailAt("\x83\x83", std::numeric_limits<int>::max()), 0);
 }
 
 TEST(FileNames, ThatACardTakes) {
