@@ -36,21 +36,39 @@ void toPixelsDown(CXYZ& point, const CXYZ& res) {
     point.y = -(point.y / res.y);
 }
 
-// The marks of both sides by their names. Measured ones stand in the order of the camera's, so one without a
-// name takes that of its place.
-void copyNamedMarks(const CImage& image, Points& marks, Points& measured) {
-    marks.Copy(image.camera.marks);
-    measured.Copy(image.markImc);
-    for (int i = 0; i < marks.GetSize(); ++i) {
-        marks[i].name = markName(image.camera, i);
-        if (i < measured.GetSize() && measured[i].name.IsEmpty())
-            measured[i].name = marks[i].name;
+// Measured marks are in the order of the camera's: one without a name takes that of its place. Where that has
+// none either, the two are a pair, after those of equal names. Returns the number of pairs.
+template <class Transformation>
+int setMarks(Transformation& transformation, const CImage& image) {
+    Points named, namedMeasured, unnamed, unnamedMeasured;
+    const int marks = image.camera.marks.GetSize(), measurements = image.markImc.GetSize();
+    for (int i = 0; i < marks; ++i) {
+        CXYZ mark = image.camera.marks[i];
+        mark.name = markName(image.camera, i);
+        if (!mark.name.IsEmpty())
+            named.Add(mark);
+        else if (i < measurements && image.markImc[i].name.IsEmpty())
+            unnamed.Add(mark);
     }
+    for (int i = 0; i < measurements; ++i) {
+        CXYZ measured = image.markImc[i];
+        toMillimetresUp(measured, image.res);
+        if (measured.name.IsEmpty() && i < marks)
+            measured.name = markName(image.camera, i);
+        if (!measured.name.IsEmpty())
+            namedMeasured.Add(measured);
+        else if (i < marks)
+            unnamedMeasured.Add(measured);
+    }
+    transformation.SetPoints(named, namedMeasured);
+    transformation.targetPoints.Append(unnamed);
+    transformation.sourcePoints.Append(unnamedMeasured);
+    return transformation.targetPoints.GetSize();
 }
 
 template <class Transformation>
-int fit(Transformation& transformation, const Points& marks, const Points& measured, int leastPairs) {
-    if (transformation.SetPoints(marks, measured) < leastPairs)
+int fit(Transformation& transformation, const CImage& image, int leastPairs) {
+    if (setMarks(transformation, image) < leastPairs)
         return 0;
     if (transformation.CalPara())
         return 1;
@@ -150,15 +168,11 @@ int CImage::CalInnOri(INNORI_TYPE t) {
     if (camera.innType == 0)
         return 1;
     return zeroIfOutOfMemory([&] {
-        Points marks, measured;
-        copyNamedMarks(*this, marks, measured);
-        for (int i = 0; i < measured.GetSize(); ++i)
-            toMillimetresUp(measured[i], res);
         int fitted = 0;
         if (t == INNORI_FIDUCIAL_LSQ)
-            fitted = fit(planeTrans, marks, measured, kLeastAffinePairs);
+            fitted = fit(planeTrans, *this, kLeastAffinePairs);
         else if (t == INNORI_FIDUCIAL_HELMERT)
-            fitted = fit(helmert, marks, measured, kLeastHelmertPairs);
+            fitted = fit(helmert, *this, kLeastHelmertPairs);
         if (fitted)
             innOri = t;
         return fitted;

@@ -19,10 +19,10 @@ enum INNORI_TYPE : int {
 
 // Image coordinates: pixels, x to the right, y downward, origin at the top-left pixel.
 // Photo coordinates: millimetres in the image plane from the principal point, x to the right, y upward.
-// Object coordinates: the survey frame, metres, in right-handed axes such as x east, y north, z up: no
-// rotation turns the left-handed ones of x north, y east into a camera. The exterior orientation is `center`
-// and `wpk`, whose matrix R = Rx(omega) Ry(phi) Rz(kappa) (ROT_KPW) turns object differences into the camera,
-// where the lens looks along -z.
+// Object coordinates: metres in right-handed axes, x east, y north, z up. Surveying coordinates (survey.h: x
+// north, y east) are left-handed, and no rotation turns them into a camera: exchange x and y first. The
+// exterior orientation is `center` and `wpk`, whose matrix R = Rx(omega) Ry(phi) Rz(kappa) (ROT_KPW) turns
+// object differences into the camera, where the lens looks along -z.
 //
 // Results: 1 success, 0 failure (memory exhaustion too); the output point may then be partly converted.
 class FIELDSCAN_API CImage {
@@ -44,9 +44,10 @@ public:
 
     // Inner orientation: fits the transformation of the measured marks (markImc, times the pixel pitch, y
     // upward) to the camera's marks, paired by name: that in the camera's markNames, else the mark's own; a
-    // measured mark without a name takes that of the camera's mark at its place. A camera without fiducial
-    // marks (innType 0) needs none: INNORI_NONE, 1. Sets innOri and returns 1; 0 with INNORI_NONE when there
-    // are too few pairs, the fit fails or `t` is no fit. The former fit is lost in any case.
+    // measured mark without a name takes that of the camera's mark at its place, and two marks of one place
+    // that have no name on either side are a pair. A camera without fiducial marks (innType 0) needs none:
+    // INNORI_NONE, 1. Sets innOri and returns 1; 0 with INNORI_NONE when there are too few pairs, the fit
+    // fails or `t` is no fit. The former fit is lost in any case.
     int CalInnOri(INNORI_TYPE t);
 
     // One point. Camera without marks: photo = pixel * pitch - principal point, y turned upward afterwards,

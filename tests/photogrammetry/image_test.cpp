@@ -114,6 +114,31 @@ TEST(Image, FitsFiducialMarks) {
     }
 }
 
+TEST(Image, MarksWithoutNamesArePairedByTheirPlaces) {
+    CImage image;
+    image.SetRes(0.5, 0.25);
+    image.camera.innType = 1;
+    for (int i = 0; i < 4; ++i) {
+        CXYZ measured(8 * (i % 2), 16 * (i / 2), 0);
+        CXYZ mark(2 * measured.x * 0.5 + 3, 2 * measured.y * -0.25 - 1, 0);
+        image.camera.marks.Add(mark);
+        image.markImc.Add(measured);
+    }
+    for (const INNORI_TYPE t : {INNORI_FIDUCIAL_LSQ, INNORI_FIDUCIAL_HELMERT}) {
+        CXYZ photo;
+        ASSERT_EQ(image.CalInnOri(t), 1) << t;
+        EXPECT_TRUE(image.ImcToPhc(CXYZ(4, 20, 0), photo, 0) && isNear(photo, 7, -11)) << t;
+    }
+    EXPECT_EQ(image.helmert.residuals.GetSize(), 4);
+
+    image.camera.marks[1].name = u"B";
+    image.markImc[2].name = u"stray";
+    EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_HELMERT), 1);
+    EXPECT_EQ(image.helmert.targetPoints.GetSize(), 3) << "the named mark has none to go with at its place";
+    image.markImc.SetSize(2);
+    EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_LSQ), 0) << "two measured";
+}
+
 TEST(Image, ProjectsInMillimetresAndInMetres) {
     CImage image;
     image.camera.focal = 50;
