@@ -17,11 +17,11 @@ namespace {
 long long linesThatFit(const CFile& file) { return (file.GetLength() - file.GetPosition() + 1) / 2; }
 
 // Reads "%d" or "%d %d" into the values; false only where the input ends first.
-bool readInts(CFile& file, std::initializer_list<int*> values) {
-    std::string line;
+bool readInts(CFile& file, unsigned int codePage, std::initializer_list<int*> values) {
+    std::string line, buffer;
     if (!readLine(file, line))
         return false;
-    Scanner scanner(line);
+    Scanner scanner(numberText(codePage, line, buffer));
     bool first = true;
     for (int* value : values) {
         const Scanner::Result result = scanner.scanInt(*value);
@@ -36,7 +36,7 @@ bool readInts(CFile& file, std::initializer_list<int*> values) {
 
 bool fieldscan::readNamedPoint(CFile& file, unsigned int codePage, CXYZ& point) {
     std::string line, name;
-    if (!readLine(file, line))
+    if (!readLine(file, line) || isBlank(codePage, line))
         return false;
     Scanner scanner(line);
     if (scanner.scanWord(name) != Scanner::Result::matched)
@@ -58,7 +58,7 @@ int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXY
         readLine(file, line);
         *imageName = wideTrimmed(codePage, line);
         int count = 0;
-        if (!readInts(file, {&size.cx, &size.cy}) || !readInts(file, {&count}))
+        if (!readInts(file, codePage, {&size.cx, &size.cy}) || !readInts(file, codePage, {&count}))
             return 0;
         if (count < 1)
             return 1;

@@ -116,7 +116,7 @@ int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         const unsigned int codePage = system::ansiCodePage();
         std::string split;
         std::string_view line;
-        while (readLine(file, split, line) && !isCutPoint(line) && !(line = trimmed(line)).empty())
+        while (readLine(file, split, line) && !isCutPoint(line) && !isBlank(codePage, line = trimmed(line)))
             addPoint(points, file, codePage, line);
         return file.HasReadFailed() ? 0 : 1;
     });
@@ -146,7 +146,7 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
             while (!rest.empty()) {
                 const std::size_t end = rest.find('\r');
                 std::string_view part = trimmed(rest.substr(0, end));
-                if (!part.empty())
+                if (!isBlank(codePage, part))
                     addPoint(points, file, codePage, part);
                 rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
             }

@@ -7,8 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/framework/line_text.h"
+#include "files/point_lines.h"
 #include "platform/framework/number_text.h"
+#include "platform/system.h"
 
 namespace fieldscan {
 
@@ -27,15 +28,18 @@ inline void appendInteger(LineWriter& lines, int value, std::string_view comment
 }
 
 // The value at the start of the next line; text that is none leaves it as it was. False when the line is
-// missing or blank.
+// missing or blank, or a NUL comes first.
 inline bool readReal(CFile& file, double& value) {
-    std::string line;
-    return readLine(file, line) && Scanner(line).scanDouble(value) != Scanner::Result::endOfInput;
+    std::string line, buffer;
+    return readLine(file, line) &&
+           Scanner(numberText(system::ansiCodePage(), line, buffer)).scanDouble(value) !=
+               Scanner::Result::endOfInput;
 }
 
 inline bool readInteger(CFile& file, int& value) {
-    std::string line;
-    return readLine(file, line) && Scanner(line).scanInt(value) != Scanner::Result::endOfInput;
+    std::string line, buffer;
+    return readLine(file, line) && Scanner(numberText(system::ansiCodePage(), line, buffer)).scanInt(value) !=
+                                       Scanner::Result::endOfInput;
 }
 
 }  // namespace fieldscan

@@ -13,9 +13,10 @@
 // writing or closing fails; the file may then hold a part.
 //
 // Readers return 0 when the file cannot be opened, when its first line, trimmed at both ends, is not exactly
-// the version line, when a value line is missing or blank, or when the medium fails. Each value is stored as
-// soon as its line is read: on a failure those read so far are new and the others as they were. A line that
-// begins with anything but a number gives the value of the line before it once more, the first one 0.
+// the version line, when a value line is missing, blank (ideographic blanks too) or begins with a NUL, or
+// when the medium fails. Each value is stored as soon as its line is read: on a failure those read so far are
+// new and the others as they were. A line that begins with anything else but a number gives the value of the
+// line before it once more, the first one 0.
 
 // Direction of the top-left corner of a stitched panorama, and the angle that one pixel spans.
 FIELDSCAN_API int KVX4NP_WritePanoramaInfo(const unsigned short* path, double vertTopLeft, double horzTopLeft,

@@ -13,7 +13,7 @@
 //
 // Readers empty the list first. A missing file fails when mustExist is 1; otherwise it is made, empty, and
 // read. Names may have any length, lines up to 16 MiB; blanks at both ends of a field go. A number is read as
-// atof reads it: what is none is 0.
+// atof reads it: what is none is 0. Blanks are those of ASCII and the ideographic one.
 
 // When the medium fails before the end of the file, or a line is longer, readers keep what they read and
 // return 0.

@@ -77,6 +77,15 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+bool isBlank(unsigned int codePage, std::string_view text) {
+    text = trimmed(text);
+    // The bytes of an ideographic blank are 40 hexadecimal or above in every page, digits and commas below.
+    const auto isBelow = [](char c) { return c > ' ' && c < '@'; };
+    return text.empty() ||
+           (static_cast<unsigned char>(text[0]) >= 0x80 && std::none_of(text.begin(), text.end(), isBelow) &&
+            wideTrimmed(codePage, text).IsEmpty());
+}
+
 void setTrimmed(CString& wide, unsigned int codePage, std::string_view text) {
     text = trimmed(text);
     wide.Empty();

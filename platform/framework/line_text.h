@@ -34,6 +34,9 @@ bool openBehindLines(CFile& file, const CString& path, unsigned int mode, std::s
 // `text` without white space of ASCII at both ends.
 std::string_view trimmed(std::string_view text);
 
+// True for nothing but white space: that of ASCII and the ideographic blank.
+bool isBlank(unsigned int codePage, std::string_view text);
+
 // 8-bit text as UTF-16 in the code page of files, trimmed at both ends.
 CString wideTrimmed(unsigned int codePage, std::string_view text);
 void setTrimmed(CString& wide, unsigned int codePage, std::string_view text);

@@ -213,7 +213,7 @@ bool Scanner::skipSpace() {
     if (m_failed != Result::matched)
         return false;
     m_rest.remove_prefix(countSpace(m_rest));
-    if (m_rest.empty())
+    if (m_rest.empty() || m_rest[0] == '\0')
         m_failed = Result::endOfInput;
     return m_failed == Result::matched;
 }

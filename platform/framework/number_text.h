@@ -33,9 +33,9 @@ double parseDouble(std::string_view text, std::size_t* used = nullptr);  // strt
 int parseInt(std::string_view text, int base = 10,
              std::size_t* used = nullptr);  // strtol, atoi; base 0, 2 to 36
 
-// sscanf, one conversion a call. A text that ends (but for white space) before a conversion begins gives
-// endOfInput, which sscanf reports as EOF when it is the first conversion. Where the result is not matched,
-// the output is untouched and no later conversion of the same scan matches either.
+// sscanf, one conversion a call. A text that ends (but for white space) or goes on with a NUL before a
+// conversion begins gives endOfInput, which sscanf reports as EOF when it is the first conversion. Where the
+// result is not matched, the output is untouched and no later conversion of the same scan matches either.
 class Scanner {
 public:
     enum class Result { matched, mismatch, endOfInput };

@@ -86,6 +86,10 @@ TEST_F(PointFiles, ReadsLinesOfEveryKind) {
 
     if (usePage(932)) {
         EXPECT_EQ(read("\x81\x40\x41 ,\x81\x40 2\x81\x40,\x8A\x78,3\n", ReadCSVFile), "1|A:2:0:3");
+        EXPECT_EQ(read("A,1,2,3\n\x81\x40 \n", ReadOccInfoFile), "1|A:1:2:3");
+        EXPECT_EQ(read("A,1,2,3\n \x81\x40\x81\x40\r\nB,4,5,6\n", ReadCSVFile), "1|A:1:2:3");
+        EXPECT_EQ(read("A,1,2,3\n\x81\x41\nB,4,5,6\n", ReadCSVFile).substr(0, 2), "1|");
+        EXPECT_EQ(points.GetSize(), 3) << "a comma of the page's own is no blank";
     }
     read(std::string(100000, 'n') + ",1,2,3\n" + std::string("A\0B,1,2,3\n", 10) + "\xDC\x81,5,6,7\n",
          ReadCSVFile);
@@ -147,6 +151,10 @@ TEST_F(PointFiles, ImageCoordinates) {
     for (const auto& [bytes, expected, width] : rows) {
         EXPECT_EQ(read(bytes, reader), expected) << bytes;
         EXPECT_EQ(readSize.cx, width) << bytes;
+    }
+    if (usePage(932)) {
+        EXPECT_EQ(read("i\n\x81\x40\n1\nA 1 2\n", reader), "0");
+        EXPECT_EQ(read("i\n640 480\n2\n\x81\x40 \nB 3 4\n", reader), "0|:0:0:0|:0:0:0");
     }
 }
 

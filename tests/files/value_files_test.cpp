@@ -8,6 +8,7 @@
 #include <cmath>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "tests/temp_folder.h"
 
@@ -43,6 +44,33 @@ TEST_F(ValueFiles, PanoramaAndExteriorOrientation) {
                     d == (cut < 5 ? 7 : 4.5) && e == (cut < 6 ? 7 : 5.5) && f == (cut < 7 ? 7 : 6.5));
     }
     EXPECT_EQ(WriteExtFile(nullptr, 0, 0, 0, 0, 0, 0) + ReadExtFile(nullptr, a, b, c, d, e, f), 0);
+}
+
+TEST_F(ValueFiles, ALineThatHoldsNothingFailsTheRead) {
+    const std::string utf8 = "\xE3\x80\x80", cp932 = "\x81\x40";
+    const std::tuple<unsigned int, std::string, bool> rows[] = {{65001, std::string("\0", 1), false},
+                                                                {65001,
+                                                                 std::string(" \0"
+                                                                             "2.5",
+                                                                             5),
+                                                                 false},
+                                                                {65001, utf8 + " " + utf8 + "\r", false},
+                                                                {932, cp932, false},
+                                                                {1252, cp932, true},
+                                                                {65001, utf8 + "2.5", true}};
+    for (const auto& [page, line, holds] : rows) {
+        if (!usePage(page))
+            continue;
+        double a = 7, b = 7, c = 7, d = 7;
+        put("in", "KVX4NP_PANORAMAINFO_FILEVER1.0\n1\n" + line + "\n3\n4\n");
+        EXPECT_EQ(KVX4NP_ReadPanoramaInfo(path("in"), a, b, c, d), holds) << line;
+        EXPECT_EQ(a, 1);
+        EXPECT_EQ(b, !holds ? 7 : page == 1252 ? 1 : 2.5) << line;
+        EXPECT_EQ(d, holds ? 4 : 7) << line;
+        CTSUnit unit;
+        put("in", "1.0\n" + line + "\n3\n");
+        EXPECT_EQ(unit.Read(path("in")), holds) << line;
+    }
 }
 
 TEST_F(ValueFiles, UnitSettingsOfBothVersions) {
