@@ -83,7 +83,7 @@ int CCalcXYZHV::CalcXYZToVH(CXYZ target, CXYZ station, double instrumentHeight, 
     const double slope = std::sqrt(dx * dx + dy * dy + dz * dz);
     double sine = ((target.z - instrumentHeight) - station.z) / slope;
     // The two height differences are rounded apart: straight up or down the quotient can pass 1 by a step.
-    // At the instrument (slope 0) one of them can differ from 0. The quotient is infinite then, the angle NaN.
+    // At the instrument (slope 0) one of them can differ from 0: an infinite quotient, whose angle is NaN.
     if (std::isfinite(sine))
         sine = std::clamp(sine, -1.0, 1.0);
     double elevation = std::asin(sine) * kDegreesPerRadian;
