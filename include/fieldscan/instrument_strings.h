@@ -20,9 +20,11 @@
 // values do is said beside it; flags are off for 0 and on for anything else.
 //
 // 8-bit text is Latin-1 in this family, whatever the code page of files: layouts count characters, and the
-// degree sign is the one byte 0xB0. A wide unit above 0xFF counts as '?'. Digits and letters are those of
-// ASCII. Texts end at their first zero character and are never read beyond it; numbers in front are read as
-// atol reads them (white space, a sign, digits; they stop at 2147483647 and -2147483648).
+// degree sign is the one byte 0xB0. CString(const char*) reads it in the code page of files: under 932 that
+// byte is the half-width prolonged sound mark U+FF70. For a CString take the wide form (TCnvAngl). A wide
+// unit above 0xFF counts as '?'. Digits and letters are those of ASCII. Texts end at their first zero
+// character and are never read beyond it; numbers in front are read as atol reads them (white space, a sign,
+// digits; they stop at 2147483647 and -2147483648).
 //
 // `out` of a pointer type holds at least 32 characters; longer results are cut to 31. `in` and `out` may be
 // the same text. A null input is an empty text unless said otherwise, a null output is not written. Functions
