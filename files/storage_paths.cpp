@@ -29,6 +29,7 @@ CGetAppPath::CGetAppPath() = default;
 CGetAppPath::CGetAppPath(const CGetAppPath&) = default;
 CGetAppPath& CGetAppPath::operator=(const CGetAppPath&) = default;
 CGetAppPath::~CGetAppPath() = default;
+void CGetAppPath::Trace() {}
 
 CString CGetAppPath::GetCFCARD1Path() { return cardFolder(cfCard1Path, kCompactFlash, u""); }
 CString CGetAppPath::GetCFCARD2Path() { return cardFolder(cfCard2Path, kCompactFlash, u"2"); }
@@ -50,7 +51,11 @@ CString CGetAppPath::MakeNextName(const CString& name) const {
     while (name[length - digits - 1] >= '0' && name[length - digits - 1] <= '9')
         ++digits;
     CString next = name;
-    if (digits <= 9 && name.Right(9) != u"999999999")
-        IncrStr(next, 1);
+    zeroIfOutOfMemory([&] {
+        CString number = name.Right(digits);
+        if (digits <= 9 && number != u"999999999" && IncrStr(number, 1))
+            next = name.Left(length - digits) + number;
+        return 1;
+    });
     return next;
 }

@@ -14,6 +14,8 @@ public:
     CGetAppPath& operator=(const CGetAppPath& other);
     virtual ~CGetAppPath();
 
+    void Trace();  // a hook for debugging, does nothing
+
     // Folder of a card slot as the registry has it (docs/architecture.md, The device's registry): the value
     // "Folder" of the key System\StorageManager\Profiles\PCMCIA (CompactFlash; the second slot has a "2"
     // behind it) or ...\SDMMC. Empty when there is none, and the field stays empty.
@@ -26,7 +28,8 @@ public:
 
     // `name` with the number at its end counted up by one, its leading zeros kept: "P009" gives "P010",
     // "P999" "P1000", "ABC" "ABC1", the empty name "1". A name that ends with more than nine digits, or with
-    // 999999999, comes back as it is (so it does when memory runs out). IncrStr has no such limit.
+    // 999999999, comes back as it is (so it does when memory runs out). Digits are those of ASCII. IncrStr
+    // has no such limit and counts full-width digits too.
     CString MakeNextName(const CString& name) const;
 
     // What the system has answered; empty until then.

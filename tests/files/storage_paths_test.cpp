@@ -30,6 +30,8 @@ TEST(NextName, CountsUp) {
     EXPECT_EQ(paths.MakeNextName(u"P009") + paths.MakeNextName(u"999999998"), CString(u"P010999999999"));
     for (const CString& name : {CString(u"X999999999"), CString(u"A0000000001")})
         EXPECT_EQ(paths.MakeNextName(name), name);
+    EXPECT_EQ(paths.MakeNextName(u"Ｐ９"), CString(u"Ｐ９1")) << "the digits of ASCII alone";
+    EXPECT_EQ(paths.MakeNextName(u"Ｐ９9"), CString(u"Ｐ９10"));
 }
 
 }  // namespace
