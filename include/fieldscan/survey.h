@@ -93,7 +93,8 @@ public:
 
     // The same in mathematical coordinates; mind the order of the points. zenith = 90 - e with the elevation
     // e brought into [0, 360] first, so a sight below the horizon gives a negative angle (10 degrees below:
-    // -260, not 100); Angle0To360 makes it the usual one. Always 1; coincident points make zenith NaN.
+    // -260, not 100); Angle0To360 makes it the usual one. Always 1; a target at the instrument (distance 0)
+    // makes zenith NaN.
     static int CalcXYZToVH(CXYZ target, CXYZ station, double instrumentHeight, double& zenith,
                            double& direction);
 
