@@ -5,11 +5,10 @@
 #include <fieldscan/export.h>
 #include <fieldscan/framework/array.h>
 
-// m observation equations A x = l + v with weights P, n unknowns x:
+// m observation equations l = A x + v with weights P, n unknowns x:
 //
 //   N = A^T P A    normal matrix            x = N^-1 A^T P l    unknowns
-//   v = l - A x    residuals, as all        N^-1                cofactors of the unknowns
-//                  figures here take them
+//   v = l - A x    residuals                N^-1                cofactors of the unknowns
 //
 //     CLeastSq adjustment(m, n);
 //     for each equation:
@@ -181,7 +180,7 @@ public:
     int currentObeq;                 // the equation being entered, -1 before the first
     double computationTime;          // milliseconds, GetComputationTime
     double formTime;                 // milliseconds, GetFormTime
-    double tolerance;                // smallest normal double
+    double tolerance;                // 2.2250738585072014e-307, ten times the smallest normal double
     CArray<double, double> Obeq;     // m x (n + 1), row by row
     CArray<double, double> Noeq;     // n x (n + 1), row by row: N | A^T P l
     CArray<double, double> Weight;   // m
