@@ -320,6 +320,8 @@ int CLeastSq::SaveErrorNoeqStatus(int rows, int cols) const {
     });
 }
 
+void CLeastSq::Trace() {}
+
 int CLeastSq::DisplayObeq() { return 1; }
 int CLeastSq::DisplayNoeq() { return 1; }
 int CLeastSq::DisplayBcor() { return 1; }

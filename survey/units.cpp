@@ -37,6 +37,8 @@ CCalcXYZHV::CCalcXYZHV(const CCalcXYZHV&) {}
 CCalcXYZHV& CCalcXYZHV::operator=(const CCalcXYZHV&) { return *this; }
 CCalcXYZHV::~CCalcXYZHV() {}
 
+void CCalcXYZHV::Trace() {}
+
 double CCalcXYZHV::MtoUSFT(double m) { return m * 3.280833333333333; }
 double CCalcXYZHV::MtoIntFT(double m) { return m * 3.280839895013123; }
 double CCalcXYZHV::USFTtoM(double ft) { return ft * 0.30480060960121924; }

@@ -20,6 +20,8 @@ public:
     virtual ~CRTCard();
     CRTCard& operator=(const CRTCard& other);
 
+    void Trace();  // a hook for debugging, does nothing
+
     // 1 when `path` names an existing file, 0 when it does not, or names a folder.
     int IsFile(CString path);
 

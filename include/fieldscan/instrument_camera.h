@@ -17,6 +17,8 @@ public:
     ~COffset();
     COffset& operator=(const COffset& other);
 
+    void Trace();  // a hook for debugging, does nothing
+
     // The meaning of each is the application's.
     CXYZ point0;
     CXYZ point1;
@@ -32,6 +34,8 @@ public:
     CImgVH(const CImgVH& other);
     ~CImgVH();
     CImgVH& operator=(const CImgVH& other);
+
+    void Trace();  // a hook for debugging, does nothing
 
     // Name and direction (v, h) of the image; the rest is the application's.
     CString name;
@@ -49,6 +53,8 @@ public:
     CImgTS(const CImgTS&) = delete;
     CImgTS& operator=(const CImgTS&) = delete;
     virtual ~CImgTS();
+
+    void Trace();  // a hook for debugging, does nothing
 
     int words1[3];                   // 0 until the application sets them
     CArray<CXYZ, CXYZ&> pointList1;  // the application's

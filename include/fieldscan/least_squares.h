@@ -151,7 +151,9 @@ public:
     // Returns 1; 0 when the file cannot be opened or written.
     int SaveErrorNoeqStatus(int rows, int cols) const;
 
-    // Hooks for debugging; they do nothing and return 1.
+    void Trace();  // a hook for debugging, does nothing
+
+    // The same, and they return 1.
     int DisplayObeq();
     int DisplayNoeq();
     int DisplayBcor();

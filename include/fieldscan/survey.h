@@ -23,6 +23,8 @@ public:
     CCalcXYZHV& operator=(const CCalcXYZHV& other);
     virtual ~CCalcXYZHV();
 
+    void Trace();  // a hook for debugging, does nothing
+
     // ---- Lengths: the argument times one constant ----
 
     static double MtoUSFT(double m);    // 3.280833333333333, one rounding step below 3937/1200

@@ -16,6 +16,8 @@ CRTCard& CRTCard::operator=(const CRTCard& other) {
     return *this;
 }
 
+void CRTCard::Trace() {}
+
 int CRTCard::IsFile(CString path) {
     return fieldscan::zeroIfOutOfMemory([&] { return fieldscan::system::isFile(path) ? 1 : 0; });
 }
