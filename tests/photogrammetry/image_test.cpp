@@ -119,7 +119,7 @@ TEST(Image, MarksWithoutNamesArePairedByTheirPlaces) {
     image.SetRes(0.5, 0.25);
     image.camera.innType = 1;
     for (int i = 0; i < 4; ++i) {
-        CXYZ measured(8 * (i % 2), 16 * (i / 2), 0);
+        CXYZ measured(i % 2 ? 8 : 0, i < 2 ? 0 : 16, 0);
         CXYZ mark(2 * measured.x * 0.5 + 3, 2 * measured.y * -0.25 - 1, 0);
         image.camera.marks.Add(mark);
         image.markImc.Add(measured);
