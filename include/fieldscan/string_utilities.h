@@ -15,8 +15,8 @@
 // included, and grows where the number needs a digit more: "P009" and 1 give "P010", "P999" and 1 "P1000",
 // "P1000" and -1 "P0999". Any number of digits counts. Full-width digits (U+FF10 to U+FF19) count too and
 // stay full-width; digits that come in front take the width of the first. A text that ends with none has the
-// number 0 in no digits: "ABC" and 1 give "ABC1"; a step of 0 changes no text. Returns 1; 0 when the number
-// would become negative, and then `text` is as it was.
+// number 0 in no digits: "ABC" and 1 give "ABC1"; a step of 0 changes no text.
+// Returns 1; 0 when the number would become negative, and then `text` is as it was.
 FIELDSCAN_API int IncrStr(CString& text, int step);
 FIELDSCAN_API int StrPlusOne(CString& text);   // IncrStr by 1
 FIELDSCAN_API int StrMinusOne(CString& text);  // IncrStr by -1
