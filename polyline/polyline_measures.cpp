@@ -4,8 +4,10 @@
 #include <cmath>
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "platform/framework/line_text.h"
+#include "polyline/edge_bands.h"
 
 namespace {
 
@@ -67,6 +69,33 @@ bool appendInner(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ&
     return true;
 }
 
+// PtInPolyline of many points; at 1000 vertices 1/6 of the time for 1000 points. False where an ordinate of
+// the polygon is not finite, and then nothing is done.
+bool areInBands(const CArray<CVertex, CVertex&>& vertices, const CArray<double, double>& x,
+                const CArray<double, double>& y, CArray<int, int>& inside) {
+    const std::size_t n = static_cast<std::size_t>(vertices.GetSize());
+    std::vector<double> abscissas(n), ordinates(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const CVertex& vertex = vertices[static_cast<int>(i)];
+        if (!std::isfinite(vertex.y))
+            return false;
+        abscissas[i] = vertex.x;
+        ordinates[i] = vertex.y;
+    }
+    const fieldscan::EdgeBands bands(ordinates, 0.0);
+    for (int k = 0; k < x.GetSize(); ++k) {
+        int crossings = 0;
+        bands.visit(y[k], [&](std::size_t i) {
+            const std::size_t from = fieldscan::startOfEdge(i, n);
+            const double px = abscissas[from], py = ordinates[from], qx = abscissas[i], qy = ordinates[i];
+            if ((py <= y[k]) != (qy <= y[k]))
+                crossings += (qx - px) / (qy - py) * (y[k] - py) + px >= x[k];
+        });
+        inside[k] = crossings % 2;
+    }
+    return true;
+}
+
 }  // namespace
 
 // One comparison a vertex tells the edges that pass the point's ordinate: 0.6 of the time of comparing both
@@ -89,6 +118,24 @@ int CPolyline::PtInPolyline(double x, double y) const {
         pBelow = qBelow;
     }
     return crossings % 2;
+}
+
+int CPolyline::PtInPolyline(const CArray<double, double>& x, const CArray<double, double>& y,
+                            CArray<int, int>& inside) const {
+    const int points = x.GetSize();
+    const int done = fieldscan::zeroIfOutOfMemory([&] {
+        if (y.GetSize() != points)
+            return 0;
+        inside.SetSize(points);
+        const bool bandsPay = vertices.GetSize() >= 16 && points >= 64;
+        if (!bandsPay || !areInBands(vertices, x, y, inside))
+            for (int k = 0; k < points; ++k)
+                inside[k] = PtInPolyline(x[k], y[k]);
+        return 1;
+    });
+    if (!done)
+        inside.RemoveAll();
+    return done;
 }
 
 double CPolyline::GetDistance(int i, int j) const { return between(*this, i, j, distanceInSpace); }

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "geometry/angle_constants.h"
+#include "platform/framework/line_text.h"
 
 using namespace fieldscan;
 
@@ -121,4 +122,19 @@ int CScanArea::CalPolylineTopLeftBottomRight() {
     areaAngle2.omega = bottom;
     areaAngle2.kappa = right;
     return 1;
+}
+
+int CScanArea::SetFullCircle(double top, double bottom) {
+    if (!(0.0 <= top && top < bottom && bottom <= kPi))
+        return 0;
+    constexpr double kRight = 359.9999;
+    const double horizontals[] = {0.0, 120.0, 240.0, kRight, kRight, 240.0, 120.0, 0.0};
+    constexpr int kVertices = 8;
+    Angles vertices;
+    if (!zeroIfOutOfMemory([&] { return vertices.SetSize(kVertices), 1; }))
+        return 0;
+    for (int i = 0; i < kVertices; ++i)
+        vertices[i].SetWPK(i < kVertices / 2 ? top : bottom, 0.0, horizontals[i] * kRadiansPerDegree);
+    outlineAngles.Swap(vertices);
+    return CalPolylineTopLeftBottomRight();
 }

@@ -88,6 +88,20 @@ struct Entry {
     int digits[4] = {0, 0, 0, 0};
 };
 
+// An angle of the second version in degrees. Just below the full circle the decimals would round up to 360,
+// which comes back as 0, and a full circle as no width at all.
+double degreesBelowTurn(double radians, int decimals) {
+    constexpr double kLast[] = {359.0, 359.9, 359.99, 359.999, 359.9999, 359.99999};
+    const double degrees = radians * kDegreesPerRadian;
+    return radians < kFullTurn ? std::fmin(degrees, kLast[decimals]) : degrees;
+}
+
+void appendDirectionBelowTurn(std::string& text, const CWPK& direction, int decimals) {
+    appendFixed(text, degreesBelowTurn(direction.kappa, decimals), decimals);
+    text += ' ';
+    appendFixed(text, degreesBelowTurn(direction.omega, decimals), decimals);
+}
+
 void appendEntry(LineWriter& lines, const Entry& entry) {
     lines.append(entry.name);
     std::string& text = lines.text();
@@ -269,7 +283,7 @@ int CScanArea::Write2(CString path) const {
         appendCount(lines, u"shots", shots, kShots);
         appendCount(lines, u"outline", outlineAngles.GetSize(), kOutline);
         for (const CWPK* corner : {&areaAngle1, &areaAngle2}) {
-            appendDirection(lines.text(), *corner, 3);
+            appendDirectionBelowTurn(lines.text(), *corner, 3);
             lines.endLine();
         }
         for (int i = 0; i < shots; ++i) {
@@ -279,8 +293,8 @@ int CScanArea::Write2(CString path) const {
             if (i < shootAngles.GetSize()) {
                 const CWPK& shot = shootAngles[i];
                 entry.digits[1] = 1;
-                entry.reals[0] = shot.kappa * kDegreesPerRadian;
-                entry.reals[1] = shot.omega * kDegreesPerRadian;
+                entry.reals[0] = degreesBelowTurn(shot.kappa, 5);
+                entry.reals[1] = degreesBelowTurn(shot.omega, 5);
                 entry.reals[2] = shot.phi * kDegreesPerRadian;
             }
             if (i < imageNames.GetSize()) {
@@ -290,7 +304,7 @@ int CScanArea::Write2(CString path) const {
             appendEntry(lines, entry);
         }
         for (int i = 0; i < outlineAngles.GetSize(); ++i) {
-            appendDirection(lines.text(), outlineAngles[i], 4);
+            appendDirectionBelowTurn(lines.text(), outlineAngles[i], 4);
             lines.endLine();
         }
         return rewritten.finish(lines.finish()) ? 1 : 0;

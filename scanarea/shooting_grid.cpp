@@ -8,13 +8,13 @@
 
 #include "geometry/angle_constants.h"
 #include "platform/framework/line_text.h"
+#include "scanarea/coincidence.h"
 
 using namespace fieldscan;
 
 namespace {
 
 constexpr double kWidestStep = 10.0 * kRadiansPerDegree;
-constexpr double kCoincident = 1e-12;
 
 // How many shots a side of the area takes; degrees have been through radians, 30 of them may be a rounding
 // step more than three steps.
@@ -76,9 +76,11 @@ int CScanArea::CalShootAng(CWPK first, CWPK second) {
         double width = second.kappa - first.kappa;
         if (width < 0.0)
             width += kFullTurn;
-        if (width > kFullTurn - kCoincident)  // the same direction, a rounding step to the left
+        if (width < kCoincident || width > kFullTurn - kCoincident)  // a rounding step to either side
             width = 0.0;
-        const double height = second.omega - first.omega;
+        double height = second.omega - first.omega;
+        if (height < kCoincident)
+            height = 0.0;
         const bool given = columns > 0 && rows > 0;
         columnCount = width == 0.0 ? 1 : given ? columns : shotsOver(width);
         rowCount = height == 0.0 ? 1 : given ? rows : shotsOver(height);

@@ -93,6 +93,11 @@ public:
     // outside. On a slanted edge that holds to the rounding of the crossing, which runs from the edge's first
     // vertex.
     int PtInPolyline(double x, double y) const;
+    // The same for the points (x[k], y[k]): inside[k] is 1 or 0, the figure of the single form to the last
+    // bit. Much faster for many points and vertices. Returns 1; 0 when the lists differ in length or memory
+    // runs out, and then `inside` is empty.
+    int PtInPolyline(const CArray<double, double>& x, const CArray<double, double>& y,
+                     CArray<int, int>& inside) const;
 
     double GetDistance(int i, int j) const;    // in space
     double GetDistanceXY(int i, int j) const;  // in the plane

@@ -36,6 +36,24 @@ public:
     // An empty grid passes.
     int CheckParameter() const;
 
+    // 1 when outlineAngles is an outline that IsPolyInside can judge, else the first of these that holds:
+    //   -1  fewer than three vertices; one that repeats the vertex before it does not count
+    //   -2  a direction is not finite
+    //   -3  an edge spans half a turn or more, so that the wrap rule reads it the other way round: neighbours
+    //       differ by half a turn exactly, to 1e-12 radians, or the edges, each taken the short way, go round
+    //       the full circle instead of closing (as a ring about the zenith does), or span it
+    //   -4  two edges cross
+    //    0  memory runs out
+    // Sets *edge to the edge from vertex i to the next one: with -2 i is the vertex that is not finite, with
+    // -3 the edge, or of edges that do not close the last one that wraps, with -4 the first edge that crosses
+    // another; else -1. Touching is no crossing, to 1e-12 radians: a vertex may repeat the one before it (the
+    // first one at the end, too) or lie on another vertex or edge, and edges may run along one another, so an
+    // outline may lead to a hole in it and back. Takes time with the square of the vertices: 0.1 s for 5000.
+    //
+    // An outline whose edges are too long may look like another one that is fine. Horizontal angles 0,
+    // 359.9999, 359.9999, 0 outline 0.0001 degrees across zero. Give long edges vertices between.
+    int CheckOutline(int* edge = nullptr) const;
+
     // 1 when the first image name is not empty; 0 when it is, or when there is none.
     int IsWithImage() const;
 
@@ -57,8 +75,9 @@ public:
     // horizontal angles of the columns, workTable2 the zenith angles of the rows, in radians.
     //
     // columnCount and rowCount are kept when both are greater than 0, so set them to 0 before another area is
-    // planned; else they become such that neighbours are at most 10 degrees apart. A side of no length gets
-    // one column or row, coincident corners a single shot.
+    // planned; else they become such that neighbours are at most 10 degrees apart. A side shorter than 1e-12
+    // radians counts as none and gets one column or row, coincident corners a single shot; so does a width
+    // that lacks less than 1e-12 of a full turn. A full circle ends just below a turn: SetFullCircle.
     //
     // imageNames count on from the last name of the record, before its extension: IMG0012.jpg is followed by
     // IMG0013.jpg. Without one they begin with IMG0001.jpg.
@@ -91,7 +110,19 @@ public:
     // to the bottom-right one; phi stays. Across the zero direction left is the smallest angle before the
     // wrap and right the largest behind it, so left > right. Always 1. Searches begin at 360 for the smallest
     // and -1 for the largest figure, which is what an empty outline leaves.
+    //
+    // An outline that goes round the full circle, as CheckOutline finds with -3, leaves them too: 360 as left
+    // or -1 as right. For a full circle call SetFullCircle.
     int CalPolylineTopLeftBottomRight();
+    // Outlines the full circle (a panorama) between two zenith angles in radians: an outline of eight
+    // vertices, a third of the circle apart, and both corners, from left 0 to right just below a turn:
+    // 359.9999 degrees, which all files keep but for the corners of the second version (359.999). The rest
+    // stays. Returns 1; 0 unless 0 <= top < bottom <= pi, or when memory runs out, and then nothing has
+    // changed.
+    //
+    // CalShootAng plans its last column at the right end, so it repeats the first. Directions in the seam,
+    // from 359.9999 to 360 and 0 itself, are not inside: ask IsPolyInside about 359.9999 for them.
+    int SetFullCircle(double top, double bottom);
 
     // ---- Scan-area file, first version: docs/file_formats.md ----
 
@@ -112,9 +143,11 @@ public:
 
     // Makes the file or replaces it as a whole: a failure keeps the old one. It holds the outline too, phi of
     // the shots, and image names with blanks and commas; three decimals of a degree for the corners, four for
-    // the outline, five for the shots. Not in it: work tables, polylines, headerLine. Returns 1; 0 when a
-    // name holds a line end or a direction is not finite (the file is then untouched), the path is empty, the
-    // file cannot be opened, or writing or closing fails.
+    // the outline, five for the shots. Horizontal and zenith angles that would round to 360 are written as
+    // the last figure below it (359.999, 359.9999, 359.99999), so that they do not come back as 0. Not in it:
+    // work tables, polylines, headerLine. Returns 1; 0 when a name holds a line end or a direction is not
+    // finite (the file is then untouched), the path is empty, the file cannot be opened, or writing or
+    // closing fails.
     int Write2(CString path) const;
     // Init, then what the file holds; headerLine is its first line, trimmed. Horizontal angles and those of
     // corners and outline come back in [0, 2 pi). Returns 1; 0 when the path is empty, the file cannot be

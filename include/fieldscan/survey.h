@@ -3,6 +3,7 @@
 #define FIELDSCAN_SURVEY_H
 
 #include <fieldscan/clock.h>
+#include <fieldscan/framework/array.h>
 #include <fieldscan/framework/string.h>
 #include <fieldscan/points.h>
 
@@ -130,11 +131,14 @@ public:
     // is as good as any; it must span less than the full circle. A point on an edge belongs to the area on
     // the left of it.
     //
-    // The left edge is that of GetAngleRange. Where it comes back a rounding step above the leftmost vertex
-    // (one outline in ten), that vertex counts as lying 360 degrees to the right, and points between the
-    // elevations of its two edges are misjudged. An outline whose horizontal angles were once taken through
-    // radians, x = x * 0.017453292519943295 * 57.29577951308232, is free of it: docs/oddities.md.
+    // The left edge is the horizontal angle of the leftmost vertex: of the vertices that GetAngleRange
+    // searches for the left, the one with the smallest. Before the first test ask CScanArea::CheckOutline.
     static int IsPolyInside(const CPolyline& outline, double h, double v);
+    // The same for the directions (h[k], v[k]): inside[k] is 1 or 0, the figure of the single form. Much
+    // faster for many directions and vertices. Returns 1; 0 when the lists differ in length or memory runs
+    // out, and then `inside` is empty.
+    static int IsPolyInside(const CPolyline& outline, const CArray<double, double>& h,
+                            const CArray<double, double>& v, CArray<int, int>& inside);
 
     // ---- Names of files ----
 

@@ -157,20 +157,29 @@ int countedEdgeByEdge(const CPolyline& polyline, double x, double y) {
     return crossings % 2;
 }
 
-TEST(Polyline, PointsInAnyPolygonAreCountedByItsEdges) {
+TEST(Polyline, PointsInAnyPolygonAreCountedByItsEdgesOneByOneAndInLists) {
     std::mt19937 random(5);
     const double unusual[] = {NAN, INFINITY, -INFINITY, -0.0, 1e308, -1e308};
     const auto coordinate = [&] {  // coarse, so that points meet vertices and edges
-        const int value = static_cast<int>(random() % 200);
+        const int value = static_cast<int>(random() % 2000);
         return value < 6 ? unusual[value] : value % 10 * 0.1;
     };
     for (int round = 0; round < 3000; ++round) {
         CPolyline polyline;
         for (int i = round % 40; i > 0; --i)
             polyline.AddVertex(CVertex(coordinate(), coordinate(), 0, 0));
-        for (int i = 0; i < 20; ++i) {
-            const double x = coordinate(), y = coordinate();
-            ASSERT_EQ(polyline.PtInPolyline(x, y), countedEdgeByEdge(polyline, x, y)) << x << " " << y;
+        CArray<double, double> x, y;
+        for (int i = 0; i < 64; ++i) {
+            x.Add(coordinate());
+            y.Add(coordinate());
+        }
+        CArray<int, int> inside;
+        ASSERT_EQ(polyline.PtInPolyline(x, y, inside), 1);
+        ASSERT_EQ(inside.GetSize(), 64);
+        for (int i = 0; i < 64; ++i) {
+            const int expected = countedEdgeByEdge(polyline, x[i], y[i]);
+            ASSERT_EQ(polyline.PtInPolyline(x[i], y[i]), expected) << x[i] << " " << y[i];
+            ASSERT_EQ(inside[i], expected) << x[i] << " " << y[i];
         }
     }
 }

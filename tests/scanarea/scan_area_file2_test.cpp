@@ -1,5 +1,6 @@
 // The scan-area file, second version.
 #include <fieldscan/scan_area.h>
+#include <fieldscan/survey.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -40,8 +41,8 @@ const char kSample[] =
     "shots,2,0.00000,0.00000,0.00000,3000\n"
     "outline,1,0.00000,0.00000,0.00000,4000\n"
     "350.000 80.000\n"
-    "360.000 100.250\n"
-    " Wall, east 1.jpg,0,360.00000,90.50000,-1.25000,5110\n"
+    "359.999 100.250\n"
+    " Wall, east 1.jpg,0,359.99999,90.50000,-1.25000,5110\n"
     ",1,350.12346,80.50000,0.00000,5110\n"
     "350.1235 80.5000\n";
 
@@ -53,7 +54,7 @@ TEST_F(ScanAreaFile2, IsWrittenAndRead) {
     EXPECT_EQ(back.CheckParameter(), 1);
     EXPECT_EQ(back.headerLine, CString(u"WQ_FSCAN_AREA_FORMAT_V2"));
     EXPECT_EQ(back.imageNames[0] + back.imageNames[1], CString(u" Wall, east 1.jpg"));
-    EXPECT_EQ(back.shootAngles[0].kappa, 0.0) << "360.00000 is 0";
+    EXPECT_EQ(back.shootAngles[0].kappa, 359.99999 * kDegree) << "not 360, which is 0";
     EXPECT_NEAR(back.shootAngles[0].phi, -1.25 * kDegree, 1e-15);
     EXPECT_EQ(back.Read(path("v2")), 0);
     EXPECT_EQ(get("v2"), kSample);
@@ -68,6 +69,40 @@ TEST_F(ScanAreaFile2, IsWrittenAndRead) {
         EXPECT_EQ(area.Write2(path("v2")), 0) << &area - bad;
     EXPECT_EQ(sample().Write2(u"/dev/full") + sample().Write2(path("none/x")), 0);
     EXPECT_EQ(get("v2"), kSample) << "untouched";
+}
+
+TEST_F(ScanAreaFile2, KeepsTheFullCircleThroughPlanAndBothVersions) {
+    CScanArea area, first, second;
+    EXPECT_EQ(area.SetFullCircle(100 * kDegree, 70 * kDegree), 0);
+    EXPECT_EQ(area.SetFullCircle(70 * kDegree, NAN), 0);
+    EXPECT_TRUE(area.outlineAngles.IsEmpty());
+    ASSERT_EQ(area.SetFullCircle(70 * kDegree, 100 * kDegree), 1);
+    EXPECT_EQ(area.CheckOutline(), 1);
+    EXPECT_EQ(area.areaAngle1.kappa, 0.0);
+    EXPECT_EQ(area.areaAngle2.kappa, 359.9999 * kDegree);
+    ASSERT_EQ(area.CalShootAng(area.areaAngle1, area.areaAngle2), 1);
+    EXPECT_EQ(area.columnCount, 37);
+    EXPECT_EQ(area.rowCount, 4);
+    ASSERT_EQ(area.Write(path("v1")), 1);
+    ASSERT_EQ(area.Write2(path("v2")), 1);
+    ASSERT_EQ(first.Read(path("v1")), 1);
+    ASSERT_EQ(second.Read2(path("v2")), 1);
+    EXPECT_EQ(first.areaAngle2.kappa, area.areaAngle2.kappa);
+    EXPECT_EQ(second.areaAngle2.kappa, 359.999 * kDegree);
+    EXPECT_EQ(second.outlineAngles[3].kappa, area.areaAngle2.kappa);
+    for (CScanArea* back : {&first, &second}) {
+        EXPECT_EQ(back->CheckParameter(), 1);
+        ASSERT_EQ(back->CalShootAng(back->areaAngle1, back->areaAngle2), 1);
+        EXPECT_EQ(back->columnCount, 37) << "as wide as it was";
+        EXPECT_EQ(back->rowCount, 4);
+    }
+    second.CalHVPolyline2();
+    const CPolyline& outline = second.outlinePolyline;
+    for (int tenth = 1; tenth < 3600; ++tenth)
+        EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, tenth * 0.1, 0), 1) << tenth;
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, 359.9999, 0), 1);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, 180, 20.001), 0);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, 180, 349.999), 0);
 }
 
 TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
@@ -89,7 +124,7 @@ TEST_F(ScanAreaFile2, RefusesWhatIsCutOrForeign) {
         {"350.000 80", {"350.000 x", "350.000,80"}},
         {"Wall", {"Wa\rll"}},
         {".jpg,0", {".jpg,1"}},
-        {",0,360", {"360"}},
+        {",0,359", {"359"}},
         {"90.50000", {"nan", "x"}},
         {"5110", {"51100", "5210", "5010", "4110", "511", "51a0", "51/0", "5100"}},
         {"1235 80.5000", {"1235 80.5000 1"}}};

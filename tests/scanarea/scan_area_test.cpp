@@ -1,14 +1,11 @@
-// Scan areas: checks, polylines, outline, outline tests.
+// Scan areas: checks, polylines, the crossing of the zero direction.
 #include <fieldscan/scan_area.h>
-#include <fieldscan/survey.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 #include <string>
 
 #include "tests/scanarea/scan_areas.h"
-#include "tests/shared_data.h"
 
 namespace {
 
@@ -188,107 +185,6 @@ TEST(Outline, SplitsAtTheZeroDirection) {
     empty.CalPolylineTopLeftBottomRight();
     EXPECT_EQ(empty.areaAngle1.omega + empty.areaAngle1.kappa, 720.0);
     EXPECT_EQ(empty.areaAngle2.omega + empty.areaAngle2.kappa, -2.0);
-}
-
-// An outline of (horizontal angle, elevation), turned; `throughRadians` as the left edge will go.
-CPolyline angleOutline(std::initializer_list<std::pair<double, double>> directions, double turnedBy = 0,
-                       bool throughRadians = true) {
-    CPolyline outline;
-    for (const auto& direction : directions) {
-        double h = direction.first + turnedBy;
-        CCalcXYZHV::Angle0To360(h);
-        h = h == 360 ? 0 : throughRadians ? h * kRadian * 57.29577951308232 : h;
-        outline.AddVertex(CVertex(h, CCalcXYZHV::AngleZ0toH0(90 - direction.second), 0, 0));
-    }
-    return outline;
-}
-
-TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
-    for (int heading = 0; heading < 360; heading += 15) {
-        const CPolyline outline = angleOutline({{-10, -5}, {10, -5}, {12, 8}, {0, 3}, {-8, 8}}, heading);
-        const struct {
-            double h, v;
-            int inside;
-        } rows[] = {{0, 0, 1},   {-5, 4.5, 1}, {0, 5, 0},  {11, 6, 1},
-                    {-11, 0, 0}, {13, 0, 0},   {0, -6, 0}, {180, 0, 0}};
-        for (const auto& row : rows) {
-            double h = row.h + heading;
-            CCalcXYZHV::Angle0To360(h);
-            const double v = row.v < 0 ? row.v + 360 : row.v;
-            EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v), row.inside) << heading << ": " << row.h;
-        }
-        double left, right, top, bottom;
-        EXPECT_EQ(CCalcXYZHV::GetAngleRange(outline, left, right, top, bottom), 1);
-        EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, left), -10, 1e-9) << heading;
-        EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, right), 12, 1e-9) << heading;
-    }
-    // 125 degrees come back from radians a rounding step high: the leftmost vertex is a turn to the right.
-    for (const bool back : {false, true}) {
-        const CPolyline outline = angleOutline({{125, -5}, {145, -5}, {147, 8}, {127, 8}}, 0, back);
-        EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, 135, 2), back);
-    }
-    EXPECT_EQ(CCalcXYZHV::IsPolyInside(CPolyline(), 0, 0), 0);
-    EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{0, 0}, {1, 0}, {1, 1}}), std::nan(""), 0), 0);
-    double left, right, top, bottom;
-    CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom);
-    EXPECT_NEAR(top, 30, 1e-12);
-    EXPECT_NEAR(bottom, 10, 1e-12);
-}
-
-// The crossings edge by edge from the left edge of GetAngleRange, as they are defined.
-int countedFromTheLeftEdge(const CPolyline& outline, double h, double v) {
-    double left, right, top, bottom;
-    CCalcXYZHV::GetAngleRange(outline, left, right, top, bottom);
-    const double point = CCalcXYZHV::AngleDifference_Over0(left, h);
-    const int n = outline.GetVertexSize();
-    int crossings = 0;
-    for (int i = 0; i < n; ++i) {
-        const CVertex p = outline.vertices[i], q = outline.vertices[i == n - 1 ? 0 : i + 1];
-        const double dp = CCalcXYZHV::AngleDifference(v, p.y), dq = CCalcXYZHV::AngleDifference(v, q.y);
-        if (!((dp <= 0 && dq > 0) || (dp > 0 && dq <= 0)))
-            continue;
-        const double xp = CCalcXYZHV::AngleDifference_Over0(left, p.x);
-        const double xq = CCalcXYZHV::AngleDifference_Over0(left, q.x);
-        const double width = (dq - dp) * -1.0;
-        crossings += (width == 0.0 ? xp : (xq - xp) / width * dp + xp) >= point;
-    }
-    return crossings % 2;
-}
-
-TEST(OutlineTests, CountTheEdgesOfAnyOutline) {
-    std::mt19937 random(6);
-    const double unusual[] = {NAN, INFINITY, -INFINITY, -0.0, 1e-16, 360.0, -725.0, 30000.0};
-    for (int round = 0; round < 6000; ++round) {
-        const int middle = static_cast<int>(random() % 8) * 45;
-        const unsigned width = round % 3 == 0 ? 360 : 80;  // up to full of wraps, in any order
-        const auto angle = [&](int around) {
-            const int value = static_cast<int>(random() % 300);
-            double degrees = around + static_cast<int>(random() % (width / 5 + 1) * 5 - width / 2);
-            if (round % 4)
-                CCalcXYZHV::Angle0To360(degrees);
-            return value < 8 && round % 5 == 0 ? unusual[value] : degrees;
-        };
-        CPolyline outline;
-        for (int i = round % 30 + 1; i > 0; --i)
-            outline.AddVertex(CVertex(angle(middle), angle(0), 0, 0));
-        for (int i = 0; i < 10; ++i) {
-            const double h = angle(middle), v = angle(0);
-            ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v), countedFromTheLeftEdge(outline, h, v))
-                << round << " " << h << " " << v;
-        }
-    }
-}
-
-TEST(OutlineTests, AgreeWithARealLibraryOnRealOutlines) {
-    for (const char* name : {"angle_switzerland_a", "angle_switzerland_c", "angle_switzerland_e"}) {
-        const SharedOutline shared(name);
-        if (shared.points.empty())
-            GTEST_SKIP() << kNoSharedData;
-        EXPECT_EQ(shared.points.size(), 600u);
-        for (const auto& point : shared.points)
-            ASSERT_EQ(CCalcXYZHV::IsPolyInside(shared.outline, point.x, point.y), point.inside)
-                << name << " " << point.x;
-    }
 }
 
 }  // namespace

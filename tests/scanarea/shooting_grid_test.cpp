@@ -63,6 +63,21 @@ TEST(ShootingGrid, CountsAndNames) {
     }
 }
 
+TEST(ShootingGrid, GivesEndsARoundingStepApartOneShot) {
+    const CWPK left = direction(100, 85);
+    for (const double side : {-1e300, 1e300}) {
+        CScanArea area;
+        area.columnCount = 3;
+        area.rowCount = 3;
+        CWPK right = left;
+        right.kappa = std::nextafter(right.kappa, side);
+        right.omega = std::nextafter(right.omega, side);
+        ASSERT_EQ(area.CalShootAng(left, right), 1);
+        EXPECT_EQ(area.columnCount, 1) << side;
+        EXPECT_EQ(area.rowCount, 1) << side;
+    }
+}
+
 TEST(ShootingGrid, Refuses) {
     CScanArea area;
     area.columnCount = 2;

@@ -1,0 +1,271 @@
+// Directions against outlines, and what is wrong with an outline.
+#include <fieldscan/scan_area.h>
+#include <fieldscan/survey.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/scanarea/scan_areas.h"
+#include "tests/shared_data.h"
+
+namespace {
+
+using Numbers = CArray<double, double>;
+
+double inTurn(double degrees) {
+    CCalcXYZHV::Angle0To360(degrees);
+    return degrees;
+}
+
+// An outline of (horizontal angle, elevation), turned.
+CPolyline angleOutline(std::initializer_list<std::pair<double, double>> directions, double turnedBy = 0) {
+    CPolyline outline;
+    for (const auto& [h, v] : directions)
+        outline.AddVertex(CVertex(inTurn(h + turnedBy), inTurn(v), 0, 0));
+    return outline;
+}
+
+TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
+    for (int heading = 0; heading < 360; ++heading) {
+        const CPolyline outline = angleOutline({{-10, -5}, {10, -5}, {12, 8}, {0, 3}, {-8, 8}}, heading);
+        const struct {
+            double h, v;
+            int inside;
+        } rows[] = {{0, 0, 1},   {-5, 4.5, 1}, {0, 5, 0},  {11, 6, 1},
+                    {-11, 0, 0}, {13, 0, 0},   {0, -6, 0}, {180, 0, 0}};
+        for (const auto& row : rows)
+            EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, inTurn(row.h + heading), inTurn(row.v)), row.inside)
+                << heading << ": " << row.h;
+        double left, right, top, bottom;
+        EXPECT_EQ(CCalcXYZHV::GetAngleRange(outline, left, right, top, bottom), 1);
+        EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, left), -10, 1e-9) << heading;
+        EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, right), 12, 1e-9) << heading;
+    }
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(CPolyline(), 0, 0), 0);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{0, 0}, {1, 0}, {1, 1}}), std::nan(""), 0), 0);
+    double left, right, top, bottom;
+    CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom);
+    EXPECT_NEAR(top, 30, 1e-12);
+    EXPECT_NEAR(bottom, 10, 1e-12);
+}
+
+// A star-shaped outline has what lies between its middle and an edge inside, and what lies beyond the edge
+// outside.
+TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
+    std::mt19937_64 random(16);
+    const auto between = [&](double a, double b) {
+        return std::uniform_real_distribution<double>(a, b)(random);
+    };
+    for (int round = 0; round < 5000; ++round) {
+        const std::size_t n = 4 + random() % 197;
+        const bool whole = round % 2 != 0;  // whole degrees, as an operator types them
+        const double h = whole ? std::floor(between(0, 360)) : between(0, 360), v = between(-40, 40);
+        std::vector<std::pair<double, double>> places;
+        for (std::size_t i = 0; i < n; ++i) {
+            const double radius = between(5, 45),
+                         angle = 2 * kPi * static_cast<double>(i) / static_cast<double>(n);
+            double x = h + radius * std::cos(angle);
+            if (whole && n < 9)
+                x = std::round(x);
+            places.emplace_back(x, v + radius * std::sin(angle));
+        }
+        CScanArea area;
+        for (const auto& [x, y] : places) {
+            addDirection(area.outlineAngles, inTurn(x), 90 - y);
+            area.outlinePolyline.AddVertex(CVertex(inTurn(x), inTurn(y), 0, 0));
+        }
+        if (round % 3 == 0)
+            area.CalHVPolyline2();  // through radians
+        for (int point = 0; point < 8; ++point) {
+            const auto& p = places[random() % n];
+            const auto& q = places[(static_cast<std::size_t>(&p - places.data()) + 1) % n];
+            const double along = between(0, 1);
+            const bool inside = point % 4 != 0;
+            const double outward = inside ? between(0, 0.999) : between(1.001, 1.2);
+            const double x = h + outward * (p.first + along * (q.first - p.first) - h);
+            const double y = v + outward * (p.second + along * (q.second - p.second) - v);
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(area.outlinePolyline, inTurn(x), inTurn(y)), inside)
+                << round << " " << x << " " << y;
+        }
+    }
+}
+
+// The horizontal angle of the vertex whose angle GetAngleRange gives, after radians, as the left one.
+double leftmost(const CPolyline& outline) {
+    double left, right, top, bottom;
+    CCalcXYZHV::GetAngleRange(outline, left, right, top, bottom);
+    double least = left;
+    bool found = false;
+    for (int i = 0; i < outline.GetVertexSize(); ++i) {
+        const double x = outline.vertices[i].x;
+        if (x * kRadian * 57.29577951308232 == left && (!found || x < least)) {
+            least = x;
+            found = true;
+        }
+    }
+    return least;
+}
+
+// The crossings edge by edge from the leftmost vertex, as they are defined.
+int countedFromTheLeftEdge(const CPolyline& outline, double h, double v) {
+    const double left = leftmost(outline);
+    const double point = CCalcXYZHV::AngleDifference_Over0(left, h);
+    const int n = outline.GetVertexSize();
+    int crossings = 0;
+    for (int i = 0; i < n; ++i) {
+        const CVertex p = outline.vertices[i], q = outline.vertices[i == n - 1 ? 0 : i + 1];
+        const double dp = CCalcXYZHV::AngleDifference(v, p.y), dq = CCalcXYZHV::AngleDifference(v, q.y);
+        if (!((dp <= 0 && dq > 0) || (dp > 0 && dq <= 0)))
+            continue;
+        const double xp = CCalcXYZHV::AngleDifference_Over0(left, p.x);
+        const double xq = CCalcXYZHV::AngleDifference_Over0(left, q.x);
+        const double width = (dq - dp) * -1.0;
+        crossings += (width == 0.0 ? xp : (xq - xp) / width * dp + xp) >= point;
+    }
+    return crossings % 2;
+}
+
+TEST(OutlineTests, CountTheEdgesOfAnyOutlineOneByOneAndInLists) {
+    std::mt19937 random(6);
+    const double unusual[] = {NAN, INFINITY, -INFINITY, -0.0, 1e-16, 360.0, -725.0, 30000.0};
+    for (int round = 0; round < 6000; ++round) {
+        const int middle = static_cast<int>(random() % 8) * 45;
+        const unsigned width = round % 3 == 0 ? 360 : 80;  // up to full of wraps, in any order
+        const auto angle = [&](int around) {
+            const int value = static_cast<int>(random() % 300);
+            double degrees = around + static_cast<int>(random() % (width / 5 + 1) * 5 - width / 2);
+            if (round % 4)
+                CCalcXYZHV::Angle0To360(degrees);
+            return value < 8 && round % 5 == 0 ? unusual[value] : degrees;
+        };
+        CPolyline outline;
+        for (int i = round % 30 + 1; i > 0; --i)
+            outline.AddVertex(CVertex(angle(middle), angle(0), 0, 0));
+        Numbers h, v;
+        for (int i = 0; i < 20; ++i) {
+            h.Add(angle(middle));
+            v.Add(angle(i % 4 == 3 ? 180 : 0));  // the opposite elevation passes edges too
+        }
+        CArray<int, int> inside;
+        ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v, inside), 1);
+        ASSERT_EQ(inside.GetSize(), 20);
+        for (int i = 0; i < 20; ++i) {
+            const int expected = countedFromTheLeftEdge(outline, h[i], v[i]);
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, h[i], v[i]), expected) << round << " " << h[i];
+            ASSERT_EQ(inside[i], expected) << round << ": " << h[i] << " " << v[i];
+        }
+    }
+}
+
+TEST(OutlineTests, RefuseListsOfUnequalLengths) {
+    const CPolyline outline = angleOutline({{0, 0}, {9, 0}, {9, 9}});
+    Numbers two, one;
+    two.SetSize(2);
+    one.SetSize(1);
+    CArray<int, int> inside;
+    inside.SetSize(5);
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, two, one, inside), 0);
+    EXPECT_TRUE(inside.IsEmpty());
+    inside.SetSize(5);
+    EXPECT_EQ(outline.PtInPolyline(one, two, inside), 0);
+    EXPECT_TRUE(inside.IsEmpty());
+}
+
+TEST(OutlineTests, AgreeWithARealLibraryOnRealOutlines) {
+    for (const char* name : {"angle_switzerland_a", "angle_switzerland_c", "angle_switzerland_e"}) {
+        const SharedOutline shared(name);
+        if (shared.points.empty())
+            GTEST_SKIP() << kNoSharedData;
+        ASSERT_EQ(shared.points.size(), 600u);
+        for (int heading = 0; heading < 360; heading += 3) {
+            CPolyline outline;
+            for (int i = 0; i < shared.outline.GetVertexSize(); ++i)
+                outline.AddVertex(CVertex(inTurn(shared.outline.vertices[i].x + heading),
+                                          shared.outline.vertices[i].y, 0, 0));
+            Numbers h, v;
+            for (const auto& point : shared.points) {
+                h.Add(inTurn(point.x + heading));
+                v.Add(point.y);
+            }
+            CArray<int, int> inside;
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v, inside), 1);
+            for (int k = 0; k < h.GetSize(); ++k) {
+                const auto& point = shared.points[static_cast<std::size_t>(k)];
+                ASSERT_EQ(inside[k], point.inside) << name << " turned by " << heading << ": " << point.x;
+            }
+        }
+    }
+}
+
+// ---- CheckOutline ----
+
+CScanArea outlineOf(const std::vector<std::pair<double, double>>& directions, double turnedBy) {
+    CScanArea area;
+    for (const auto& [horizontal, zenith] : directions)
+        addDirection(area.outlineAngles, inTurn(horizontal + turnedBy), zenith);
+    return area;
+}
+
+TEST(Outline, IsCheckedAtEveryHeading) {
+    const struct {
+        const char* what;
+        std::vector<std::pair<double, double>> directions;
+        int code, edge;
+    } rows[] = {{"nothing", {}, -1, -1},
+                {"a line", {{0, 80}, {10, 90}}, -1, -1},
+                {"a line there and back", {{0, 80}, {0, 80}, {10, 90}}, -1, -1},
+                {"a triangle", {{0, 80}, {10, 90}, {0, 100}}, 1, -1},
+                {"the first vertex again", {{0, 80}, {10, 90}, {0, 100}, {0, 80}}, 1, -1},
+                {"infinity", {{0, 80}, {10, INFINITY}, {0, 100}}, -2, 1},
+                {"half a turn", {{0, 80}, {90, 80}, {90, 100}, {-90, 100}}, -3, 2},
+                {"long edges", {{0, 80}, {179, 80}, {179, 100}, {0, 100}}, 1, -1},
+                {"a wide area",
+                 {{0, 80}, {120, 80}, {240, 80}, {359, 80}, {359, 100}, {240, 100}, {120, 100}, {0, 100}},
+                 1,
+                 -1},
+                {"all round",
+                 {{0, 80}, {120, 80}, {240, 80}, {360, 80}, {360, 100}, {240, 100}, {120, 100}, {0, 100}},
+                 -3,
+                 2},
+                {"a bow tie", {{0, 80}, {10, 100}, {10, 80}, {0, 100}}, -4, 0},
+                {"crossed by the last edge", {{0, 80}, {10, 80}, {10, 100}, {5, 70}}, -4, 0},
+                {"a vertex on an edge", {{0, 80}, {10, 80}, {10, 100}, {5, 80}, {0, 100}}, 1, -1},
+                {"a vertex beyond an edge", {{0, 80}, {10, 80}, {10, 100}, {5, 79.9999}, {0, 100}}, -4, 0},
+                {"a vertex twice", {{0, 80}, {10, 80}, {5, 90}, {10, 100}, {0, 100}, {5, 90}}, 1, -1},
+                {"a way to a hole and back",
+                 {{0, 80}, {10, 80}, {10, 100}, {6, 92}, {6, 88}, {4, 90}, {6, 92}, {10, 100}, {0, 100}},
+                 1,
+                 -1},
+                {"a spike", {{0, 80}, {10, 80}, {20, 80}, {10, 80}, {5, 100}}, 1, -1}};
+    for (int heading = 0; heading < 360; ++heading) {
+        for (const auto& row : rows) {
+            int edge = 99;
+            EXPECT_EQ(outlineOf(row.directions, heading).CheckOutline(&edge), row.code)
+                << row.what << " " << heading;
+            EXPECT_EQ(edge, row.edge) << row.what << " " << heading;
+        }
+        // Where the edges do not close, the one that wraps depends on the heading.
+        EXPECT_EQ(outlineOf({{0, 80}, {100, 90}, {200, 80}}, heading).CheckOutline(), -3) << heading;
+    }
+    int edge;
+    EXPECT_EQ(outlineOf({{0, 80}, {100, 90}, {200, 80}}, 0).CheckOutline(&edge), -3);
+    EXPECT_EQ(edge, 2) << "200 degrees to 0";
+}
+
+TEST(Outline, OfRealAreasPassesTheCheck) {
+    for (const char* name : {"angle_switzerland_a", "angle_switzerland_c", "angle_switzerland_e"}) {
+        const SharedOutline shared(name);
+        if (shared.points.empty())
+            GTEST_SKIP() << kNoSharedData;
+        CScanArea area;
+        for (int i = 0; i < shared.outline.GetVertexSize(); ++i)
+            addDirection(area.outlineAngles, shared.outline.vertices[i].x,
+                         CCalcXYZHV::AngleH0toZ0(shared.outline.vertices[i].y));
+        EXPECT_EQ(area.CheckOutline(), 1) << name;
+    }
+}
+
+}  // namespace
