@@ -14,13 +14,14 @@ void readArea(const TextFile& file, ScanJob& job, bool needsOutline) {
                 1, "expected a scan-area file, or an outline of lines name,horizontal angle,zenith angle,0");
         Contents contents;
         readWhole(file, format, contents);
-        if (*areaFault(contents.area))
-            file.fail(0, areaFault(contents.area));
+        const std::string fault = areaFault(contents.area);
+        if (!fault.empty())
+            file.fail(0, fault);
         job.area = contents.area;
     }
     const int vertices = job.area.outlineAngles.GetSize();
-    if (vertices == 0 ? needsOutline : vertices < 3)
-        file.fail(0, "expected an outline of three vertices at least, found " + std::to_string(vertices));
+    if (vertices == 0 && needsOutline)
+        file.fail(0, "expected an outline of three vertices at least, found none");
     job.area.CalHVPolyline1();
     try {
         if (vertices > 0)

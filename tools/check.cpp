@@ -25,7 +25,7 @@ bool isFine(const TextFile& file, const Options& options) {
     if (format != Format::unknown && !readContents(file, format, contents) && faults.empty())
         faults.push_back({0, "expected a file that the library reads; it refuses this one"});
     const bool isArea = format == Format::scanArea || format == Format::scanArea2;
-    if (isArea && faults.empty() && *areaFault(contents.area))
+    if (isArea && faults.empty() && !areaFault(contents.area).empty())
         faults.push_back({0, areaFault(contents.area)});
 
     const std::size_t shown = options.all ? faults.size() : std::min(faults.size(), kMostShown);

@@ -1,5 +1,7 @@
 #include "contents.h"
 
+#include "scan_job/scan_job.h"
+
 namespace {
 
 void takeCodes(const TextFile& file, CArray<CXYZ, CXYZ&>& points) {
@@ -46,10 +48,10 @@ bool readContents(const TextFile& file, Format format, Contents& c) {
     return false;
 }
 
-const char* areaFault(const CScanArea& area) {
+std::string areaFault(const CScanArea& area) {
     switch (area.CheckParameter()) {
         case 1:
-            return "";
+            return area.outlineAngles.IsEmpty() ? "" : outlineFault(area);
         case -1:
             return "expected as many image names as columns times rows";
         case -2:

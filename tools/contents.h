@@ -4,6 +4,8 @@
 
 #include <fieldscan/fieldscan.h>
 
+#include <string>
+
 #include "format.h"
 
 // Of each format the members that it has; the others are empty.
@@ -24,7 +26,7 @@ struct Contents {
 // taken from their lines.
 bool readContents(const TextFile& file, Format format, Contents& contents);
 
-// What is wrong with a scan area, or empty.
-const char* areaFault(const CScanArea& area);
+// What is wrong with a scan area, its outline included where it has one, or empty.
+std::string areaFault(const CScanArea& area);
 
 #endif

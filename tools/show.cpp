@@ -75,7 +75,8 @@ void showArea(const CScanArea& area) {
     put("outline", area.outlineAngles.GetSize());
     if (!area.outlineAngles.IsEmpty())
         put("crosses zero", area.CheckZeroCross() == 1 ? "yes" : "no");
-    put("check", *areaFault(area) ? areaFault(area) : "passed");
+    const std::string fault = areaFault(area);
+    put("check", fault.empty() ? "passed" : fault);
 }
 
 void showValues(const double* values, std::initializer_list<const char*> keys) {

@@ -44,9 +44,10 @@ void printArea(const ScanJob& job) {
     printDirection("top left", job.left(), job.top());
     printDirection("bottom right", job.right(), job.bottom());
     print("size", format("%.4f wide, %.4f high", job.width(), job.height()));
-    print("zero", job.crossesZero ? format("crossed by the outline: %d vertices before it, %d behind it",
-                                           job.verticesBeforeZero, job.verticesBehindZero)
-                                  : std::string("not crossed by the outline"));
+    print("zero", job.fullCircle    ? std::string("where the full circle begins and ends")
+                  : job.crossesZero ? format("crossed by the outline: %d vertices before it, %d after it",
+                                             job.verticesBeforeZero, job.verticesAfterZero)
+                                    : std::string("not crossed by the outline"));
     const CScanArea& area = job.area;
     const CVertex* first = area.shootPolyline.GetVertex(0);
     const CVertex* last =

@@ -9,11 +9,13 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double kDegreesPerRadian = 57.29577951308232;
-constexpr double kRadiansPerDegree = 0.017453292519943295;
 
 // What one image covers without the overlap to its neighbours, in degrees.
 constexpr double kShotWidth = 16.0;
 constexpr double kShotHeight = 15.0;
+
+// An area is wider than this, and a full circle lacks less than this, in degrees.
+constexpr double kNarrowest = 0.01;
 
 const char* meaningOf(int code) {
     switch (code) {
@@ -94,27 +96,57 @@ CXYZ readStation(const fs::path& path) {
     return occupied[0];
 }
 
+std::string outlineFault(const CScanArea& area) {
+    int edge;
+    const int code = area.CheckOutline(&edge);
+    const int n = area.outlineAngles.GetSize();
+    const std::string from = std::to_string(edge + 1), to = std::to_string((edge + 1) % std::max(n, 1) + 1);
+    switch (code) {
+        case 1:
+            return "";
+        case -1:
+            return "an outline needs three vertices at different places, this one has " + std::to_string(n) +
+                   " vertices (360 degrees are 0: a full circle ends at 359.9999)";
+        case -2:
+            return "vertex " + from + " of the outline is no direction";
+        case -3:
+            return "the edge from vertex " + from + " to vertex " + to +
+                   " of the outline spans half a turn or more, or the outline goes round the full circle; "
+                   "give "
+                   "long edges vertices between, and outline a full circle from 0 to 359.9999";
+        case -4:
+            return "the edge from vertex " + from + " to vertex " + to +
+                   " of the outline crosses another one";
+        default:
+            return "the outline cannot be checked: no memory";
+    }
+}
+
 void measureArea(ScanJob& job) {
     CScanArea& area = job.area;
-    area.CalHVPolyline2();
-    // IsPolyInside takes the left edge through radians, where one angle in ten comes back a rounding step
-    // high; those that went that way once come back unchanged.
-    for (int i = 0; i < area.outlinePolyline.GetVertexSize(); ++i)
-        area.outlinePolyline.vertices[i].x =
-            area.outlinePolyline.vertices[i].x * kRadiansPerDegree * kDegreesPerRadian;
+    const std::string fault = outlineFault(area);
+    if (!fault.empty())
+        throw std::runtime_error(fault);
+    area.CalPolylineTopLeftBottomRight();
+    // From 0 to 359.9999 without vertices between is next to nothing, across zero. Who outlines that means
+    // the full circle.
+    if (area.CheckZeroCross() == 1 && job.width() < kNarrowest &&
+        area.SetFullCircle(area.areaAngle1.omega, area.areaAngle2.omega) != 1)
+        throw std::runtime_error("the full circle needs two zenith angles");
+    job.fullCircle = job.width() > 360.0 - kNarrowest;
     job.crossesZero = area.CheckZeroCross() == 1;
     if (job.crossesZero) {
-        CArray<int, int&> behind, before;
-        area.DivideZeroCross(&behind, &before);
-        job.verticesBehindZero = behind.GetSize();
+        CArray<int, int&> after, before;
+        area.DivideZeroCross(&after, &before);
+        job.verticesAfterZero = after.GetSize();
         job.verticesBeforeZero = before.GetSize();
-        if (behind.IsEmpty() || before.IsEmpty())
-            throw std::runtime_error("the outline goes round the full circle; it must span less");
     }
-    area.CalPolylineTopLeftBottomRight();
+    area.CalHVPolyline2();
     check(area);
     if (job.width() == 0.0 || job.height() <= 0.0)
-        throw std::runtime_error("the outline covers no area: its vertices lie on a line");
+        throw std::runtime_error(
+            "the outline covers no area: its vertices lie on a line (a full circle ends at 359.9999, not "
+            "360)");
 }
 
 // A shot at each corner and others between them, so that images overlap a little. Degrees of horizontal angle
@@ -131,7 +163,13 @@ void planShots(ScanJob& job) {
 
 void placeSight(const ScanJob& job, Sight& sight) {
     sight.elevation = CCalcXYZHV::AngleZ0toH0(sight.zenith);
-    const int inside = CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, sight.direction, sight.elevation);
+    double horizontal = sight.direction;
+    if (job.fullCircle) {  // what lies in its seam belongs to the right edge
+        const double fromLeft = CCalcXYZHV::AngleDifference_Over0(job.left(), horizontal);
+        if (fromLeft == 0.0 || fromLeft > job.width())
+            horizontal = job.right();
+    }
+    const int inside = CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, horizontal, sight.elevation);
     sight.place = inside == 1 ? Place::inside : Place::outside;
 }
 

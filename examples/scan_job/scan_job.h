@@ -28,9 +28,10 @@ struct ScanJob {
     CArray<CXYZ, CXYZ&> points;
     std::vector<Sight> sights;  // one for each point
 
+    bool fullCircle = false;
     bool crossesZero = false;
     int verticesBeforeZero = 0;  // where the outline crosses the zero direction
-    int verticesBehindZero = 0;
+    int verticesAfterZero = 0;
 
     // The area in degrees. Top and bottom are elevations, less than 0 below the horizon.
     double left() const;
@@ -57,6 +58,10 @@ void readOutline(const std::filesystem::path& path, ScanJob& job);
 // The same from what was read: vertex i stands on line i + 1 of the file, which messages name.
 void setOutline(const CArray<CXYZ, CXYZ&>& vertices, const std::filesystem::path& path, ScanJob& job);
 CXYZ readStation(const std::filesystem::path& path);
+// What is wrong with the outline of an area, or empty. Vertices count from 1.
+std::string outlineFault(const CScanArea& area);
+// The corners and the polyline of the outline. One from 0 to 359.9999 without vertices between becomes the
+// full circle.
 void measureArea(ScanJob& job);
 void planShots(ScanJob& job);
 // The place of a direction with a zenith angle, which sets the sight's elevation too.
