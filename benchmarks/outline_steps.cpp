@@ -126,13 +126,20 @@ int isInsideByTheSteps(const CPolyline& outline, double h, double v) {
     const int n = outline.GetVertexSize();
     if (n < 1)
         return 0;
-    const Range range = rangeOf(outline);
-    const double point = differenceOver0(range.left, h);
+    // The leftmost vertex itself, whose angle went through radians.
+    const double edge = rangeOf(outline).left;
+    double left = HUGE_VAL;
+    for (int i = 0; i < n; ++i) {
+        const double x = outline.GetVertex(static_cast<unsigned>(i))->x;
+        if (x * kRadians * kDegrees == edge && x < left)
+            left = x;
+    }
+    const double point = differenceOver0(left, h);
     int count = 0;
     for (int i = 0; i < n; ++i) {
         const CVertex p = *outline.GetVertex(static_cast<unsigned>(i));
         const CVertex q = *outline.GetVertex(static_cast<unsigned>(i == n - 1 ? 0 : i + 1));
-        const double xi = differenceOver0(range.left, p.x), xj = differenceOver0(range.left, q.x);
+        const double xi = differenceOver0(left, p.x), xj = differenceOver0(left, q.x);
         const double di = difference(v, p.y), dj = difference(v, q.y);
         if (!((di <= 0.0 && dj > 0.0) || (di > 0.0 && dj <= 0.0)))
             continue;

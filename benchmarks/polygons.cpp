@@ -44,10 +44,7 @@ public:
         boost::geometry::correct(polygon);
         return polygon;
     }
-    static double fullTurn(double degrees) {
-        // Once through radians, as angles of a scan area are.
-        return (degrees < 0.0 ? degrees + 360.0 : degrees) * 0.017453292519943295 * 57.29577951308232;
-    }
+    static double fullTurn(double degrees) { return degrees < 0.0 ? degrees + 360.0 : degrees; }
 
     std::vector<Point> corners, points;
 

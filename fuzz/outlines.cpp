@@ -33,7 +33,15 @@ void polylines(FuzzedDataProvider& input) {
     const double x = number(input), y = number(input);
     const int inside = line.PtInPolyline(x, y);
     require(inside >= -1 && inside <= 1);
-    CCalcXYZHV::IsPolyInside(line, x, y);
+    const int insideInAngles = CCalcXYZHV::IsPolyInside(line, x, y);
+    CArray<double, double> manyX, manyY;
+    for (int k = 0; k < 64; ++k) {
+        manyX.Add(x);
+        manyY.Add(y);
+    }
+    CArray<int, int> all;
+    require(line.PtInPolyline(manyX, manyY, all) == 1 && all[63] == inside);
+    require(CCalcXYZHV::IsPolyInside(line, manyX, manyY, all) == 1 && all[63] == insideInAngles);
     double angles[4];
     CCalcXYZHV::GetAngleRange(line, angles[0], angles[1], angles[2], angles[3]);
     CPolyline smooth = line, dense = line;
@@ -62,6 +70,9 @@ void scanAreas(FuzzedDataProvider& input) {
     area.columnCount = input.ConsumeIntegralInRange(-2, 50);
     area.rowCount = input.ConsumeIntegralInRange(-2, 50);
     area.CheckParameter();
+    int edge;
+    const int code = area.CheckOutline(&edge);
+    require(code >= -4 && code <= 1 && edge < area.outlineAngles.GetSize() && (edge >= 0) == (code < -1));
     area.CalHVPolyline1();
     area.CalHVPolyline2();
     const CWPK first = direction(), second = direction();

@@ -128,11 +128,12 @@ public:
 
     // 1 when the direction (h, v) lies inside the closed outline, else 0. Counts the edges crossed in the
     // plane of horizontal angles from the left edge and elevations, so an outline across the zero direction
-    // is as good as any; it must span less than the full circle. A point on an edge belongs to the area on
-    // the left of it.
+    // is as good as any. It must span less than the full circle; CScanArea::CheckOutline finds out, and
+    // SetFullCircle makes one that does. A point on an edge belongs to the area on the left of it; on slanted
+    // edges that holds to the rounding of the crossing.
     //
     // The left edge is the horizontal angle of the leftmost vertex: of the vertices that GetAngleRange
-    // searches for the left, the one with the smallest. Before the first test ask CScanArea::CheckOutline.
+    // searches for the left, the one with the smallest.
     static int IsPolyInside(const CPolyline& outline, double h, double v);
     // The same for the directions (h[k], v[k]): inside[k] is 1 or 0, the figure of the single form. Much
     // faster for many directions and vertices. Returns 1; 0 when the lists differ in length or memory runs
