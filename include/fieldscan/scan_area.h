@@ -44,11 +44,15 @@ public:
     //       the full circle instead of closing (as a ring about the zenith does), or span it
     //   -4  two edges cross
     //    0  memory runs out
-    // Sets *edge to the edge from vertex i to the next one: with -2 i is the vertex that is not finite, with
-    // -3 the edge, or of edges that do not close the last one that wraps, with -4 the first edge that crosses
-    // another; else -1. Touching is no crossing, to 1e-12 radians: a vertex may repeat the one before it (the
-    // first one at the end, too) or lie on another vertex or edge, and edges may run along one another, so an
-    // outline may lead to a hole in it and back. Takes time with the square of the vertices: 0.1 s for 5000.
+    // Sets *edge to the index i of the edge from vertex i to the next one:
+    //   -2  i is the vertex that is not finite
+    //   -3  the edge; of edges that do not close, the last one that wraps
+    //   -4  the first edge that crosses another
+    //   else -1
+    // Touching is no crossing, to 1e-12 radians: a vertex may repeat the one before it (the first one at the
+    // end, too) or lie on another vertex or edge, even where the outline changes sides there, and edges may
+    // run along one another. So an outline may lead to a hole in it and back. Takes time with the square of
+    // the vertices: 0.1 s for 5000.
     //
     // An outline whose edges are too long may look like another one that is fine. Horizontal angles 0,
     // 359.9999, 359.9999, 0 outline 0.0001 degrees across zero. Give long edges vertices between.
