@@ -78,8 +78,11 @@ int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXY
 }
 
 int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points) {
-    if (!path || !imageName)
+    if (!path || !imageName || !fitsLine(*imageName))
         return 0;
+    for (int i = 0; i < points.GetSize(); ++i)
+        if (!fitsLine(points[i].name))
+            return 0;
     return writeNewFile(*path, [&](LineWriter& lines) {
         lines.append(*imageName);
         lines.endLine();

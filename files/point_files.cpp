@@ -16,11 +16,6 @@ using namespace fieldscan;
 
 namespace {
 
-// A last line without line feed and without all its fields was cut off while it was written.
-bool isCutPoint(std::string_view line) {
-    return line.back() != '\n' && std::count(line.begin(), line.end(), ',') < 3;
-}
-
 constexpr int kShortName = 32;
 
 // Writes a name of up to kShortName units of ASCII; nothing of any other.
@@ -86,25 +81,38 @@ CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsign
                           std::string_view& line) {
     const std::string_view name = takeField(line);
     reserveForLines(points, file);
-    points.SetSize(points.GetSize() + 1);
-    CXYZ& point = points[points.GetUpperBound()];
-    point.x = takeNumber(codePage, line);
-    point.y = takeNumber(codePage, line);
-    point.z = takeNumber(codePage, line);
-    setTrimmed(point.name, codePage, name);
+    const int size = points.GetSize();
+    points.SetSize(size + 1);
+    CXYZ& point = points[size];
+    try {
+        point.x = takeNumber(codePage, line);
+        point.y = takeNumber(codePage, line);
+        point.z = takeNumber(codePage, line);
+        setTrimmed(point.name, codePage, name);
+    } catch (...) {
+        points.SetSize(size);  // no point without all of it
+        throw;
+    }
     return point;
+}
+
+bool fieldscan::haveNames(const CArray<CXYZ, CXYZ&>& points) {
+    for (int i = 0; i < points.GetSize(); ++i)
+        if (!fitsField(points[i].name))
+            return false;
+    return true;
 }
 
 bool fieldscan::openForReading(CFile& file, const CString* path, int mustExist) {
     if (!path)
         return false;
-    if (file.Open(*path, CFile::modeRead))
+    if (openText(file, *path))
         return true;
     if (mustExist == 1 || file.GetOpenFailure() != CFile::causeNotFound)
         return false;
     // Not truncating: the file may have come into being meanwhile.
     return file.Open(*path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite) &&
-           file.Close() && file.Open(*path, CFile::modeRead);
+           file.Close() && openText(file, *path);
 }
 
 int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
@@ -116,7 +124,8 @@ int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         const unsigned int codePage = system::ansiCodePage();
         std::string split;
         std::string_view line;
-        while (readLine(file, split, line) && !isCutPoint(line) && !isBlank(codePage, line = trimmed(line)))
+        while (readLine(file, split, line) && !isCutOff(line, kPointLines.fields) &&
+               !isBlank(codePage, line = trimmed(line)))
             addPoint(points, file, codePage, line);
         return file.HasReadFailed() ? 0 : 1;
     });
@@ -129,9 +138,10 @@ int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append) {
             lines.endLine();
         }
     };
-    if (!path)
+    if (!path || !haveNames(points))
         return 0;
-    return append == 1 ? appendToFile(*path, CFile::modeWrite, "", write) : writeNewFile(*path, write);
+    return append == 1 ? appendToFile(*path, Existing::needed, kPointLines, write)
+                       : writeNewFile(*path, write);
 }
 
 int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
@@ -145,7 +155,10 @@ int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
         for (std::string_view rest; readLine(file, split, rest);) {
             while (!rest.empty()) {
                 const std::size_t end = rest.find('\r');
-                std::string_view part = trimmed(rest.substr(0, end));
+                std::string_view part = rest.substr(0, end);
+                if (end == std::string_view::npos && isCutOff(part, kPointLines.fields))
+                    break;
+                part = trimmed(part);
                 if (!isBlank(codePage, part))
                     addPoint(points, file, codePage, part);
                 rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);

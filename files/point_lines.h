@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/framework/appended_file.h"
 #include "platform/framework/line_text.h"
 
 namespace fieldscan {
@@ -33,27 +34,12 @@ bool readNamedPoint(CFile& file, unsigned int codePage, CXYZ& point);
 // Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
 bool openForReading(CFile& file, const CString* path, int mustExist);
 
-// What is written is on the medium when this returns true; the file is closed either way.
-bool closeOnMedium(CFile& file);
+// The kinds of files of points: a plain line, of which a code or more may follow, and a versioned one.
+constexpr LineKind kPointLines = {"", 4};
+constexpr LineKind kVersionedLines = {"FIELD_SCAN_MPT_FILEVER1.0\r\n", 9};
 
-constexpr unsigned int kMadeIfMissing = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite;
-
-// Opens the file for appending (openBehindLines), lets `write` fill lines behind what is missing, closes it
-// on the medium: 1, or 0 when a step fails.
-template <class Write>
-int appendToFile(const CString& path, unsigned int mode, std::string_view header, Write write) {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        LineWriter lines(file);
-        std::string_view missing;
-        if (!openBehindLines(file, path, mode, header, missing))
-            return 0;
-        lines.text() = missing;
-        write(lines);
-        const bool written = lines.finish();
-        return closeOnMedium(file) && written ? 1 : 0;
-    });
-}
+// Whether all names come back from a line (fitsField).
+bool haveNames(const CArray<CXYZ, CXYZ&>& points);
 
 }  // namespace fieldscan
 

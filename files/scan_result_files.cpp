@@ -2,6 +2,7 @@
 
 #include "files/point_lines.h"
 #include "platform/framework/number_text.h"
+#include "platform/system.h"
 
 using namespace fieldscan;
 
@@ -16,6 +17,8 @@ void appendWithCode(LineWriter& lines, const CXYZ& point) {
     lines.endLine();
 }
 
+bool isRecord(const CXYZ& point) { return fitsField(point.name) && fitsLine(point.code); }
+
 }  // namespace
 
 void fieldscan::appendScanPoint(LineWriter& lines, const CXYZ& point, const CString& text) {
@@ -28,31 +31,48 @@ void fieldscan::appendScanPoint(LineWriter& lines, const CXYZ& point, const CStr
     lines.append(text);
 }
 
-bool fieldscan::closeOnMedium(CFile& file) {
-    const bool flushed = file.Flush() == 1;
-    return file.Close() == 1 && flushed;
+// A new file's name has to be on the medium too.
+int ScanFileOpen(CFile* file, CString path) {
+    constexpr unsigned int kMode = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite;
+    return zeroIfOutOfMemory([&] {
+        if (!file->Open(path, kMode | system::kAppending))
+            return 0;
+        if (file->GetLength() == 0)
+            system::flushFolderOf(path);
+        if (file->SeekToEnd())
+            return 1;
+        file->Close();
+        return 0;
+    });
 }
 
-int ScanFileOpen(CFile* file, CString path) { return openForAppending(*file, path); }
-
 int ScanFileClose(CFile* file) {
-    closeOnMedium(*file);
+    file->Flush();
+    file->Close();
     return 1;
 }
 
 int ScanFileAdd(CString path, CXYZ point, CString extra) {
-    return appendToFile(path, kMadeIfMissing, "", [&](LineWriter& lines) {
+    if (!fitsField(point.name) || !fitsField(point.code) || !fitsLine(extra))
+        return 0;
+    return appendToFile(path, Existing::kept, kPointLines, [&](LineWriter& lines) {
         appendScanPoint(lines, point, extra);
         lines.endLine();
     });
 }
 
 int ScanFileAdd(CString path, CXYZ point) {
-    return appendToFile(path, kMadeIfMissing, "", [&](LineWriter& lines) { appendWithCode(lines, point); });
+    if (!isRecord(point))
+        return 0;
+    return appendToFile(path, Existing::kept, kPointLines,
+                        [&](LineWriter& lines) { appendWithCode(lines, point); });
 }
 
 int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points) {
-    return appendToFile(path, kMadeIfMissing, "", [&](LineWriter& lines) {
+    for (int i = 0; i < points.GetSize(); ++i)
+        if (!isRecord(points[i]))
+            return 0;
+    return appendToFile(path, Existing::kept, kPointLines, [&](LineWriter& lines) {
         for (int i = 0; i < points.GetSize(); ++i)
             appendWithCode(lines, points[i]);
     });

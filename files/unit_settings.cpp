@@ -37,7 +37,7 @@ void CTSUnit::Trace() {}
 int CTSUnit::Read(CString path) {
     return zeroIfOutOfMemory([&] {
         CFile file;
-        if (!file.Open(path, CFile::modeRead))
+        if (!openText(file, path))
             return 0;
         Init();
         std::string line, word;

@@ -12,12 +12,9 @@ using namespace fieldscan;
 
 namespace {
 
-const char kVersion[] = "FIELD_SCAN_MPT_FILEVER1.0";
-const char kVersionLine[] = "FIELD_SCAN_MPT_FILEVER1.0\r\n";
-
 // The fields of a line behind name, x, y, z, in their order.
 enum Field { kCode, kAttribute, kText, kFirst, kSecond, kFields };
-constexpr int kCommas = 3 + kFields;
+static_assert(kVersionedLines.fields == 4 + kFields);
 
 void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, double first, double second) {
     appendScanPoint(lines, point, text);
@@ -26,6 +23,10 @@ void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, 
         appendFixed(lines.text(), value, 4);
     }
     lines.endLine();
+}
+
+bool isRecord(const CXYZ& point, const CString& text) {
+    return fitsField(point.name) && fitsField(point.code) && fitsField(text);
 }
 
 // Element i, or what a missing one stands for.
@@ -50,6 +51,7 @@ int WriteHeader(CFile* file, CString header) {
 int ReadHeader(CFile* file, CString header) {
     return zeroIfOutOfMemory([&] {
         std::string line;
+        skipByteOrderMark(*file);
         if (!readLine(*file, line))
             return 0;
         const CString found = wideTrimmed(system::ansiCodePage(), line);
@@ -59,33 +61,22 @@ int ReadHeader(CFile* file, CString header) {
 
 int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
                         CArray<double, double>& second, CStringArray& texts, int append) {
-    const auto write = [&](LineWriter& lines) {
-        for (int i = 0; i < points.GetSize(); ++i)
-            appendVersioned(lines, points[i], elementOr(texts, i, CString()), elementOr(first, i, 0.0),
-                            elementOr(second, i, 0.0));
-    };
-    if (append == 1)
-        return appendToFile(path, CFile::modeWrite, kVersionLine, [&](LineWriter& lines) {
-            if (lines.text() == kVersionLine)  // an empty file gets no version line here
-                lines.text().clear();
-            write(lines);
-        });
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        LineWriter lines(file);
-        if (!file.Open(path, CFile::modeCreate | CFile::modeWrite))
+    const int size = points.GetSize();
+    for (int i = 0; i < size; ++i)
+        if (!isRecord(points[i], elementOr(texts, i, CString())))
             return 0;
-        lines.text() = kVersionLine;
-        write(lines);
-        const bool written = lines.finish();
-        return closeOnMedium(file) && written ? 1 : 0;
-    });
+    return appendToFile(path, append == 1 ? Existing::needed : Existing::emptied, kVersionedLines,
+                        [&](LineWriter& lines) {
+                            for (int i = 0; i < size; ++i)
+                                appendVersioned(lines, points[i], elementOr(texts, i, CString()),
+                                                elementOr(first, i, 0.0), elementOr(second, i, 0.0));
+                        });
 }
 
-// The version line and the point go to the medium together. Where a recording was cut off in the version
-// line, the next point's call completes it: without it no reader takes the file.
 int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text) {
-    return appendToFile(path, kMadeIfMissing, kVersionLine,
+    if (!isRecord(point, text))
+        return 0;
+    return appendToFile(path, Existing::kept, kVersionedLines,
                         [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
 }
 
@@ -97,14 +88,16 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
     texts.SetSize(0);
     const int result = zeroIfOutOfMemory([&] {
         CFile file;
-        if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, kVersion) != 1)
+        const CString version = CString(kVersionedLines.header.data()).Trim();
+        if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, version) != 1)
             return 0;
         const unsigned int codePage = system::ansiCodePage();
         std::string_view fields[kFields];
         std::string buffer;
         std::string split;
         for (std::string_view line; readLine(file, split, line);) {
-            if (std::count(line.begin(), line.end(), ',') < kCommas)
+            if (std::count(line.begin(), line.end(), ',') < kVersionedLines.fields - 1 ||
+                isCutOff(line, kVersionedLines.fields))
                 continue;
             CXYZ& point = addPoint(points, file, codePage, line);
             splitAtCommas(line, fields, kFields);

@@ -23,6 +23,13 @@ bool namesFile(const CString& path) {
     return EditFileName(path, fileTitle) == 1;
 }
 
+bool fitLines(const CCamera& camera) {
+    for (int i = 0; i < camera.marks.GetSize(); ++i)
+        if (!fitsLine(markName(camera, i)))
+            return false;
+    return true;
+}
+
 bool readModel(CFile& file, CDist& dist) {
     int model = DIST_NONE;
     if (!readInteger(file, model))
@@ -76,9 +83,10 @@ void readDistortionTable(CFile& file, CDist& dist) {
 int CCamera::Write(CString path) const {
     return zeroIfOutOfMemory([&] {
         RewrittenFile rewritten;
-        if (!rewritten.open(path) || !namesFile(path))
+        CFile::Cause cause;
+        if (!namesFile(path) || !fitLines(*this) || !rewritten.open(path, cause))
             return 0;
-        LineWriter lines(rewritten.file());
+        LineWriter& lines = rewritten.lines();
         std::string& text = lines.text();
         appendReal(lines, focal, "\t\t\t// focul length [mm]");
         appendReal(lines, pp.x, "\t\t\t// x of principal point [m]");
@@ -107,14 +115,14 @@ int CCamera::Write(CString path) const {
             text += " [mm]";
             lines.endLine();
         }
-        return rewritten.finish(lines.finish()) ? 1 : 0;
+        return rewritten.finish() ? 1 : 0;
     });
 }
 
 int CCamera::Read(CString path) {
     return zeroIfOutOfMemory([&] {
         CFile file;
-        if (!file.Open(path, CFile::modeRead))
+        if (!openText(file, path))
             return 0;
         Init();
         if (!namesFile(path) || !readReal(file, focal) || !readReal(file, pp.x) || !readReal(file, pp.y) ||

@@ -8,6 +8,7 @@
 #include <fieldscan/framework/types.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 
 namespace fieldscan {
@@ -18,28 +19,54 @@ namespace system {
 using FileHandle = long long;
 constexpr FileHandle kNoFile = -1;
 
+// A mode bit beside those of CFile: every write goes to the end of the file, wherever that is by then.
+constexpr unsigned int kAppending = 0x10000;
+
 // Opens by the mode bits of CFile; a folder is refused with access denied. kNoFile with `cause` set when it
 // fails.
+//
+// A file that is open for writing belongs to its handle: a second writer, of this process or another one,
+// tries again for about a second and then gets a sharing violation. Where the file system knows no locks,
+// writers are not kept apart.
 FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause);
 // Bytes read (0 at the end), -1 on failure.
 long long readFile(FileHandle file, void* buffer, std::size_t count);
+// The same from `offset` on; where the position is then depends on the system.
+long long readFileAt(FileHandle file, void* buffer, std::size_t count, long long offset);
 // Bytes written, which may be fewer than asked for; -1 on failure.
 long long writeFile(FileHandle file, const void* buffer, std::size_t count);
 // The new position, -1 on failure. `fromEnd`: the offset counts from the end, else from the position.
 long long seekFile(FileHandle file, long long offset, bool fromEnd);
 bool rewindFile(FileHandle file);
 long long fileLength(FileHandle file);
+bool cutFile(FileHandle file, long long length);  // leaves the first `length` bytes
 bool flushFile(FileHandle file);
 bool closeFile(FileHandle file);
-bool isFile(const CString& path);  // an existing file, not a folder
+bool isFile(const CString& path);          // an existing file, not a folder
+void removeFile(const CString& path);      // does nothing when that fails
+void flushFolderOf(const CString& path);   // brings a new file's name to the medium, as far as the system lets
 
-// Whether another file may take the place of `path`: a plain file under one name. False for links and
-// devices.
-bool isReplaceable(const CString& path);
-// Puts the closed file `from` in the place of `to`, with the rights that `to` has; the medium holds one of
-// the two at any time, as far as its file system goes. False when it cannot, and both are then as they were.
-bool replaceFile(const CString& from, const CString& to);
-void removeFile(const CString& path);
+// Try number `tries` + 1 for a file that another writer holds: waits a little longer each time, up to 10 ms;
+// false after the hundredth, about a second after the first.
+bool waitForFile(int tries);
+
+// A whole file that is being replaced. What is written goes to a new file beside the old one, with rights and
+// owner of that; its name, ".fieldscan-" and a number made of the old one's name, is the same each time, so
+// what a killed program left is found and removed by the next. It is the old file itself that is written,
+// from its start, where it has several names or is a device, and where the system refuses the new one for
+// another reason than lack of room.
+class Replacement {
+public:
+    virtual ~Replacement() = default;  // what is not in its place is taken away
+    virtual FileHandle file() const = 0;
+    // Flushes what was written and puts it in its place, of which the folder is flushed too. False: the old
+    // file is as it was, unless it was written itself.
+    virtual bool commit() = 0;
+};
+
+// Null with `cause` set when the old file may not be written, belongs to another writer (openFile), or there
+// is no room for a new one.
+std::unique_ptr<Replacement> beginReplacement(const CString& path, CFile::Cause& cause);
 
 // ---- Memory ----
 

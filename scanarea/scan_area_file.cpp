@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "geometry/angle_constants.h"
+#include "platform/framework/appended_file.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
 #include "platform/framework/rewritten_file.h"
@@ -27,16 +28,17 @@ void tellRefusal(CFile::Cause cause, const CString& path) {
 }
 
 bool openOrTell(CFile& file, const CString& path) {
-    const bool opened = file.Open(path, CFile::modeRead) == 1;
+    const bool opened = openText(file, path);
     if (!opened)
         tellRefusal(file.GetOpenFailure(), path);
     return opened;
 }
 
 bool rewriteOrTell(RewrittenFile& file, const CString& path) {
-    const bool opened = file.open(path);
+    CFile::Cause cause;
+    const bool opened = file.open(path, cause);
     if (!opened)
-        tellRefusal(file.file().GetOpenFailure(), path);
+        tellRefusal(cause, path);
     return opened;
 }
 
@@ -211,10 +213,13 @@ bool hasLineEnd(const CString& name) { return name.FindOneOf(u"\r\n") >= 0; }
 
 int CScanArea::Write(CString path) const {
     return zeroIfOutOfMemory([&] {
+        for (int i = 0; i < imageNames.GetSize(); ++i)
+            if (!fitsLine(imageNames[i]))
+                return 0;
         RewrittenFile rewritten;
         if (!rewriteOrTell(rewritten, path))
             return 0;
-        LineWriter lines(rewritten.file());
+        LineWriter& lines = rewritten.lines();
         appendInt(lines.text(), columnCount);
         lines.text() += ' ';
         appendInt(lines.text(), rowCount);
@@ -229,7 +234,7 @@ int CScanArea::Write(CString path) const {
             lines.append(imageNames[i]);
             lines.endLine();
         }
-        return rewritten.finish(lines.finish()) ? 1 : 0;
+        return rewritten.finish() ? 1 : 0;
     });
 }
 
@@ -274,7 +279,7 @@ int CScanArea::Write2(CString path) const {
         RewrittenFile rewritten;
         if (!rewriteOrTell(rewritten, path))
             return 0;
-        LineWriter lines(rewritten.file());
+        LineWriter& lines = rewritten.lines();
         lines.text() += kSecondVersion;
         lines.endLine();
         const int shots = std::max(shootAngles.GetSize(), imageNames.GetSize());
@@ -307,7 +312,7 @@ int CScanArea::Write2(CString path) const {
             appendDirectionBelowTurn(lines.text(), outlineAngles[i], 4);
             lines.endLine();
         }
-        return rewritten.finish(lines.finish()) ? 1 : 0;
+        return rewritten.finish() ? 1 : 0;
     });
 }
 
@@ -369,10 +374,5 @@ int CScanArea::GetImgCsvLine(CFile* file, char* buffer) {
 }
 
 void CScanArea::WriteLogFile(CString text) {
-    zeroIfOutOfMemory([&] {
-        CFile file;
-        LineWriter lines(file);
-        lines.append(text);
-        return openForAppending(file, kLogFile) && lines.finish() ? 1 : 0;
-    });
+    appendToFile(CString(kLogFile), Existing::kept, {"", 0}, [&](LineWriter& lines) { lines.append(text); });
 }

@@ -13,11 +13,6 @@ namespace {
 
 constexpr unsigned int kBufferSize = 64 * 1024;
 
-// A longer line is none: a device without end, or a damaged file, must not take all memory.
-constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
-
-bool hasZeroUnit(const CString& path) { return path.Find(static_cast<unsigned short>(0)) >= 0; }
-
 }  // namespace
 
 CFile::CFile()
@@ -37,7 +32,7 @@ int CFile::Open(const CString& path, unsigned int mode) {
     Close();
     m_readFailed = false;
     m_cause = causeOther;
-    if (path.IsEmpty() || hasZeroUnit(path))
+    if (!isPath(path))
         return 0;
     try {
         m_handle = system::openFile(path, mode, m_cause);
@@ -120,6 +115,12 @@ int CFile::Close() {
     m_next = m_end = 0;
     return closed;
 }
+
+bool fieldscan::isPath(const CString& path) {
+    return !path.IsEmpty() && path.Find(static_cast<unsigned short>(0)) < 0;
+}
+
+long long& fieldscan::handleOf(CFile& file) { return file.m_handle; }
 
 bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line) {
     split.clear();

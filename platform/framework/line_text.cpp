@@ -9,56 +9,48 @@ namespace fieldscan {
 namespace {
 
 constexpr std::size_t kPieceSize = 64 * 1024;
-constexpr std::size_t kLongestHeader = 64;
 
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-}  // namespace
+bool endsLine(unsigned short unit) { return unit == '\n' || unit == '\r' || unit == 0; }
 
-bool openForAppending(CFile& file, const CString& path) {
-    if (!file.Open(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite))
-        return false;
-    if (file.SeekToEnd())
-        return true;
-    file.Close();
-    return false;
+template <class Test>
+bool hasUnit(const CString& text, Test test) {
+    const unsigned short* const units = text.GetString();
+    return std::any_of(units, units + text.GetLength(), test);
 }
 
-// The file was just opened. Leaves the position at the end. (Asking for the length first takes a tenth
-// longer.)
-bool seekBehindLines(CFile& file, std::string_view header, std::string_view& missing) {
-    char bytes[kLongestHeader];
-    const auto wanted = static_cast<long long>(std::max<std::size_t>(1, header.size()));
-    const long long start = system::seekFile(file.m_handle, -wanted, true);  // stays in a shorter file
-    const long long count = system::readFile(file.m_handle, bytes, static_cast<std::size_t>(wanted));
-    if (count == 0) {
-        missing = header;
-        return true;
-    }
-    if (count < 0 || (start >= 0) != (count == wanted))
+}  // namespace
+
+bool openText(CFile& file, const CString& path) {
+    if (!file.Open(path, CFile::modeRead))
         return false;
-    const std::string_view last(bytes, static_cast<std::size_t>(count));
-    if (start <= 0 && header.substr(0, last.size()) == last)
-        missing = header.substr(last.size());
-    else
-        missing = last.back() == '\n' ? "" : "\n";
+    skipByteOrderMark(file);
     return true;
 }
 
-bool openBehindLines(CFile& file, const CString& path, unsigned int mode, std::string_view header,
-                     std::string_view& missing) {
-    const unsigned int reading = (mode ^ CFile::modeWrite) | CFile::modeReadWrite;
-    if (file.Open(path, reading)) {
-        if (seekBehindLines(file, header, missing))
-            return true;
-    } else if (file.GetOpenFailure() == CFile::causeAccessDenied && file.Open(path, mode)) {
-        // A file that may be written to and not read.
-        missing = file.GetLength() == 0 ? header : "";
-        if (file.SeekToEnd())
-            return true;
+void skipByteOrderMark(CFile& file) {
+    char bytes[3];
+    if (system::ansiCodePage() == system::kUtf8 && file.GetPosition() == 0 &&
+        !(file.Read(bytes, 3) == 3 && std::string_view(bytes, 3) == "\xEF\xBB\xBF"))
+        file.SeekToBegin();
+}
+
+bool hasFields(std::string_view line, int fields) {
+    for (; fields > 1; --fields) {
+        const std::size_t comma = line.find(',');
+        if (comma == std::string_view::npos)
+            return false;
+        line.remove_prefix(comma + 1);
     }
-    file.Close();
-    return false;
+    const std::string_view last = trimmed(line.substr(0, line.find(',')));
+    return !last.empty() && last != "-";
+}
+
+bool fitsLine(const CString& text) { return !hasUnit(text, [](unsigned short u) { return endsLine(u); }); }
+
+bool fitsField(const CString& text) {
+    return !hasUnit(text, [](unsigned short u) { return u == ',' || endsLine(u); });
 }
 
 bool readLine(CFile& file, std::string& line) {

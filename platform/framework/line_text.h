@@ -14,6 +14,12 @@
 
 namespace fieldscan {
 
+// A longer line is none: a device without end, or a damaged file, must not take all memory.
+constexpr std::size_t kLongestLine = 16 * 1024 * 1024;
+
+// Whether it can name a file: not empty, and no zero unit inside.
+bool isPath(const CString& path);
+
 // The next line with its line feed (the last line of a file may lack it); false at the end, when its end
 // cannot be read, and when it is longer than 16 MiB, which counts as a failure of the medium.
 bool readLine(CFile& file, std::string& line);
@@ -21,15 +27,22 @@ bool readLine(CFile& file, std::string& line);
 // cuts it, until the next operation on the file.
 bool readLine(CFile& file, std::string& split, std::string_view& line);
 
-// Opens for appending, behind the end of the file, which is made if it is missing.
-bool openForAppending(CFile& file, const CString& path);
+// Opens a text file for reading; in UTF-8 a byte order mark at its start, as spreadsheets write one, is passed
+// over.
+bool openText(CFile& file, const CString& path);
+// Passes over the mark when the position is at the start.
+void skipByteOrderMark(CFile& file);
 
-// Opens a file of lines for appending, with a mode of CFile that keeps its contents. `missing` is what has to
-// be written before the next line: the line feed of a last line that was cut off while it was written, which
-// shall cost the next one nothing; or, of the line `header` that every such file begins with, what the file
-// lacks of it.
-bool openBehindLines(CFile& file, const CString& path, unsigned int mode, std::string_view header,
-                     std::string_view& missing);
+// Whether the line has that many fields between commas, and something in the last of them. A last line
+// without line feed that has fewer is what a writer left that never finished.
+bool hasFields(std::string_view line, int fields);
+inline bool isCutOff(std::string_view line, int fields) {
+    return line.back() != '\n' && !hasFields(line, fields);
+}
+
+// Whether the text comes back from a line: without line end and NUL; from a field of one: without comma too.
+bool fitsLine(const CString& text);
+bool fitsField(const CString& text);
 
 // `text` without white space of ASCII at both ends.
 std::string_view trimmed(std::string_view text);

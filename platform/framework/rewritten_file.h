@@ -4,46 +4,46 @@
 
 #include <fieldscan/framework/file.h>
 
+#include <memory>
+
 #include "platform/framework/line_text.h"
+#include "platform/system.h"
 
 namespace fieldscan {
 
-// What is written goes to a new file beside the old one, "NAME.new~", which takes its place when all of it is
-// on the medium. Where that cannot be - a link, a device, a folder in which no file can be made - the old
-// file is emptied and written itself.
+// The lines go to a new file beside the old one, which takes its place when all of it is on the medium
+// (system::Replacement says where that cannot be).
 class RewrittenFile {
 public:
-    RewrittenFile() : m_made(false), m_beside(false) {}
+    RewrittenFile() : m_lines(m_file) {}
     ~RewrittenFile() { finish(false); }
 
-    // As CFile::Open with modeCreate | modeWrite, but that the old file keeps its contents; the cause of a
-    // failure is that of file().
-    bool open(const CString& path);
-    CFile& file() { return m_file; }
+    // False when the old file may not be written or another writer has it, the folder is missing, or there is
+    // no room; `cause` says which.
+    bool open(const CString& path, CFile::Cause& cause);
+    LineWriter& lines() { return m_lines; }
 
-    // `written`: nothing was lost on the way. True when the new file has its place; else the old one is there
-    // as it was, or none if there was none.
-    bool finish(bool written);
+    // `complete`: all lines are there. True when the new file has its place; else the old one is as it was,
+    // or none is there if there was none.
+    bool finish(bool complete = true);
 
 private:
+    std::unique_ptr<system::Replacement> m_replacement;
     CFile m_file;
-    CString m_path;
-    CString m_new;
-    bool m_made;    // there was no file
-    bool m_beside;  // m_new is being written, not the file itself
+    LineWriter m_lines;
 };
 
-// Makes or replaces the file by the lines that `write` fills: 1, or 0 when a step fails, and the file is then
-// as it was (RewrittenFile). `path` is what a CString converts from.
+// Makes or replaces the file by the lines that `write` fills: 1, or 0 when a step fails (RewrittenFile).
+// `path` is what a CString converts from.
 template <class Path, class Write>
 int writeNewFile(const Path& path, Write write) {
     return zeroIfOutOfMemory([&] {
         RewrittenFile rewritten;
-        if (!rewritten.open(path))
+        CFile::Cause cause;
+        if (!rewritten.open(path, cause))
             return 0;
-        LineWriter lines(rewritten.file());
-        write(lines);
-        return rewritten.finish(lines.finish()) ? 1 : 0;
+        write(rewritten.lines());
+        return rewritten.finish() ? 1 : 0;
     });
 }
 

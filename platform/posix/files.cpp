@@ -1,15 +1,14 @@
-// Files through the system calls of POSIX. Paths: `\` separates too; a path that begins with `\` is a path of
-// the device below the folder that FIELDSCAN_ROOT names (default `/`); names are UTF-8.
+// Files through the system calls of POSIX.
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
-#include <string>
+#include <ctime>
 
-#include "platform/system.h"
+#include "platform/posix/descriptors.h"
 
 namespace fieldscan {
 namespace system {
@@ -17,6 +16,50 @@ namespace system {
 namespace {
 
 int descriptor(FileHandle file) { return static_cast<int>(file); }
+
+int openFlags(unsigned int mode) {
+    int flags = O_RDONLY;
+    if (mode & CFile::modeWrite)
+        flags = O_WRONLY;
+    else if (mode & CFile::modeReadWrite)
+        flags = O_RDWR;
+    if (mode & CFile::modeCreate) {
+        flags |= O_CREAT;
+        if (!(mode & CFile::modeNoTruncate))
+            flags |= O_TRUNC;
+    }
+    return mode & kAppending ? flags | O_APPEND : flags;
+}
+
+int openDescriptor(const std::string& path, int flags) {
+    // Opening a pipe must not wait for its other end.
+    return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666); });
+}
+
+// Why an open file is no file of bytes: a folder, which POSIX opens for reading, a pipe, or a device to be
+// read, which may have no end.
+CFile::Cause unfit(const struct stat& status, bool forReading) {
+    if (S_ISDIR(status.st_mode))
+        return CFile::causeAccessDenied;
+    return S_ISFIFO(status.st_mode) || (forReading && S_ISCHR(status.st_mode)) ? CFile::causeOther
+                                                                               : CFile::causeNone;
+}
+
+// -1 with `cause` set when it fails, else `status` is that of the file.
+int openFit(const std::string& path, int flags, struct stat& status, CFile::Cause& cause) {
+    const int file = openDescriptor(path, flags);
+    if (file < 0) {
+        cause = causeOf(errno);
+        return -1;
+    }
+    cause = ::fstat(file, &status) == 0 ? unfit(status, (flags & O_ACCMODE) == O_RDONLY) : CFile::causeOther;
+    if (cause == CFile::causeNone)
+        return file;
+    ::close(file);
+    return -1;
+}
+
+}  // namespace
 
 std::string hostPath(const CString& path) {
     std::string host;
@@ -28,14 +71,9 @@ std::string hostPath(const CString& path) {
     return host;
 }
 
-// Repeats a call that a signal interrupted.
-template <class Call>
-auto uninterrupted(Call call) {
-    decltype(call()) result;
-    do {
-        result = call();
-    } while (result < 0 && errno == EINTR);
-    return result;
+std::string folderOf(const std::string& path) {
+    const std::size_t end = path.rfind('/');
+    return end == std::string::npos ? "./" : path.substr(0, end + 1);
 }
 
 CFile::Cause causeOf(int error) {
@@ -56,47 +94,61 @@ CFile::Cause causeOf(int error) {
     }
 }
 
-int openFlags(unsigned int mode) {
-    int flags = O_RDONLY;
-    if (mode & CFile::modeWrite)
-        flags = O_WRONLY;
-    else if (mode & CFile::modeReadWrite)
-        flags = O_RDWR;
-    if (mode & CFile::modeCreate) {
-        flags |= O_CREAT;
-        if (!(mode & CFile::modeNoTruncate))
-            flags |= O_TRUNC;
+bool takeLock(int file) {
+    return uninterrupted([&] { return ::flock(file, LOCK_EX | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
+}
+
+bool isNamed(int file, const std::string& path) {
+    struct stat open, named;
+    return ::fstat(file, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
+           open.st_ino == named.st_ino;
+}
+
+int openLocked(const std::string& path, int flags, CFile::Cause& cause) {
+    for (int tries = 0;; ++tries) {
+        struct stat status;
+        const int file = openFit(path, flags & ~O_TRUNC, status, cause);
+        if (file < 0 || !S_ISREG(status.st_mode))
+            return file;
+        // The file may have been replaced while another writer had it.
+        if (takeLock(file) && isNamed(file, path)) {
+            if (!(flags & O_TRUNC) || status.st_size == 0 || ::ftruncate(file, 0) == 0)
+                return file;
+            cause = causeOf(errno);
+            ::close(file);
+            return -1;
+        }
+        ::close(file);
+        if (!waitForFile(tries)) {
+            cause = CFile::causeSharingViolation;
+            return -1;
+        }
     }
-    return flags | O_CLOEXEC | O_NONBLOCK;  // opening a pipe must not wait for its other end
 }
-
-// Why an open file is no file of bytes: a folder, which POSIX opens for reading, or a pipe.
-CFile::Cause unfit(int file) {
-    struct stat status;
-    if (fstat(file, &status) != 0 || S_ISFIFO(status.st_mode))
-        return CFile::causeOther;
-    return S_ISDIR(status.st_mode) ? CFile::causeAccessDenied : CFile::causeNone;
-}
-
-}  // namespace
 
 FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
     const std::string host = hostPath(path);
-    const int file = uninterrupted([&] { return ::open(host.c_str(), openFlags(mode), 0666); });
-    if (file < 0) {
-        cause = causeOf(errno);
-        return kNoFile;
-    }
-    cause = unfit(file);
-    if (cause != CFile::causeNone) {
-        ::close(file);
-        return kNoFile;
-    }
-    return file;
+    const int flags = openFlags(mode);
+    struct stat status;
+    return (flags & O_ACCMODE) == O_RDONLY ? openFit(host, flags, status, cause)
+                                           : openLocked(host, flags, cause);
+}
+
+bool waitForFile(int tries) {
+    if (tries >= 100)
+        return false;
+    const timespec pause = {0, std::min(tries + 1, 10) * 1000000};
+    ::nanosleep(&pause, nullptr);
+    return true;
 }
 
 long long readFile(FileHandle file, void* buffer, std::size_t count) {
     return uninterrupted([&] { return ::read(descriptor(file), buffer, count); });
+}
+
+long long readFileAt(FileHandle file, void* buffer, std::size_t count, long long offset) {
+    return uninterrupted(
+        [&] { return ::pread(descriptor(file), buffer, count, static_cast<off_t>(offset)); });
 }
 
 long long writeFile(FileHandle file, const void* buffer, std::size_t count) {
@@ -114,9 +166,17 @@ long long fileLength(FileHandle file) {
     return fstat(descriptor(file), &status) == 0 ? static_cast<long long>(status.st_size) : -1;
 }
 
-bool flushFile(FileHandle file) {
-    return uninterrupted([&] { return ::fsync(descriptor(file)); }) == 0 || errno == EINVAL;  // has no medium
+bool cutFile(FileHandle file, long long length) {
+    return uninterrupted([&] { return ::ftruncate(descriptor(file), static_cast<off_t>(length)); }) == 0;
 }
+
+// A failed flush is not repeated: the system has dropped what it could not write, and the next one would
+// succeed without it.
+bool flushDescriptor(int file) {
+    return uninterrupted([&] { return ::fsync(file); }) == 0 || errno == EINVAL;  // has no medium
+}
+
+bool flushFile(FileHandle file) { return flushDescriptor(descriptor(file)); }
 
 // Not repeated when interrupted: the descriptor is gone then, and may already be another file's.
 bool closeFile(FileHandle file) { return ::close(descriptor(file)) == 0 || errno == EINTR; }
@@ -126,30 +186,18 @@ bool isFile(const CString& path) {
     return !path.IsEmpty() && ::stat(hostPath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
-bool isReplaceable(const CString& path) {
-    struct stat status;
-    return ::lstat(hostPath(path).c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
-}
+void removeFile(const CString& path) { ::unlink(hostPath(path).c_str()); }
 
-bool replaceFile(const CString& from, const CString& to) {
-    const std::string source = hostPath(from), target = hostPath(to);
-    const std::size_t end = target.rfind('/');
-    const std::string folder = end == std::string::npos ? "." : target.substr(0, end + 1);
-    struct stat status;
-    if (::stat(target.c_str(), &status) == 0)
-        ::chmod(source.c_str(), status.st_mode & 07777);  // file systems of cards may know no rights
-    if (::rename(source.c_str(), target.c_str()) != 0)
-        return false;
-    // The new name is on the medium when the folder is; a folder that cannot be read stays to the system.
-    const int entries = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+// A folder that cannot be read stays to the system.
+void flushFolder(const std::string& folder) {
+    const int entries = openDescriptor(folder, O_RDONLY | O_DIRECTORY);
     if (entries >= 0) {
-        uninterrupted([&] { return ::fsync(entries); });
+        flushDescriptor(entries);
         ::close(entries);
     }
-    return true;
 }
 
-void removeFile(const CString& path) { ::unlink(hostPath(path).c_str()); }
+void flushFolderOf(const CString& path) { flushFolder(folderOf(hostPath(path))); }
 
 }  // namespace system
 }  // namespace fieldscan

@@ -1,23 +1,15 @@
-// The file functions of the seam, of which one call can be made to fail. A program that links this takes it
-// for the system's own, since the linker looks into the library only for what is missing.
+// The system calls of files, of which one can be made to fail: the linker puts __wrap_NAME in the place of NAME
+// wherever the library calls it, and __real_NAME is the system's (tests/CMakeLists.txt names them).
 #include "tests/platform/faulty_files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdarg>
 #include <cstdlib>
 #include <new>
-
-#define openFile systemOpenFile
-#define readFile systemReadFile
-#define writeFile systemWriteFile
-#define flushFile systemFlushFile
-#define closeFile systemCloseFile
-#define replaceFile systemReplaceFile
-#include "platform/posix/files.cpp"  // NOLINT(bugprone-suspicious-include)
-#undef openFile
-#undef readFile
-#undef writeFile
-#undef flushFile
-#undef closeFile
-#undef replaceFile
 
 namespace fieldscan {
 namespace faults {
@@ -28,11 +20,21 @@ Fault armed = none;
 int callsLeft = 0;
 bool happened = false;
 int openFiles = 0;
+int folders = 0;
+std::string made;
 
 bool happens(Fault fault) {
     if (fault != armed || --callsLeft != 0)
         return false;
     return happened = true;
+}
+
+// Whether the call fails, with errno set.
+bool fails(Fault fault, int error) {
+    if (!happens(fault))
+        return false;
+    errno = error;
+    return true;
 }
 
 }  // namespace
@@ -41,68 +43,103 @@ void arm(Fault fault, int call) {
     armed = fault;
     callsLeft = call;
     happened = false;
+    folders = 0;
 }
 
 bool hasHappened() { return happened; }
 int openCount() { return openFiles; }
-
+int folderFlushes() { return folders; }
+const std::string& lastMade() { return made; }
 bool memoryEnds() { return happens(memory); }
 
 }  // namespace faults
+}  // namespace fieldscan
 
-namespace system {
+using namespace fieldscan::faults;
+using Size = std::size_t;
 
-using namespace faults;
+extern "C" {
 
-FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
-    const bool denied = happens(open);
-    if (denied || happens(openFull)) {
-        cause = denied ? CFile::causeAccessDenied : CFile::causeOther;
-        return kNoFile;
-    }
-    const FileHandle file = systemOpenFile(path, mode, cause);
-    openFiles += file != kNoFile;
+int __real_open64(const char* path, int flags, ...);
+ssize_t __real_read(int file, void* buffer, Size count);
+ssize_t __real_pread64(int file, void* buffer, Size count, off64_t offset);
+ssize_t __real_write(int file, const void* buffer, Size count);
+int __real_fsync(int file);
+int __real_close(int file);
+int __real_renameat2(int from, const char* path, int to, const char* target, unsigned int flags);
+int __real_fchown(int file, uid_t owner, gid_t group);
+int __real_ftruncate64(int file, off64_t length);
+
+int __wrap_open64(const char* path, int flags, ...) {
+    va_list rest;
+    va_start(rest, flags);
+    const int mode = va_arg(rest, int);
+    va_end(rest);
+    if (fails(fieldscan::faults::open, EACCES) || fails(openFull, ENOSPC))
+        return -1;
+    const int file = __real_open64(path, flags, mode);
+    openFiles += file >= 0;
+    if (file >= 0 && (flags & O_EXCL))
+        made = path;
     return file;
 }
 
-long long readFile(FileHandle file, void* buffer, std::size_t count) {
-    return happens(read) ? -1 : systemReadFile(file, buffer, count);
+ssize_t __wrap_read(int file, void* buffer, Size count) {
+    return fails(fieldscan::faults::read, EIO) ? -1 : __real_read(file, buffer, count);
+}
+
+ssize_t __wrap_pread64(int file, void* buffer, Size count, off64_t offset) {
+    return fails(fieldscan::faults::read, EIO) ? -1 : __real_pread64(file, buffer, count, offset);
 }
 
 // A full medium may take a part of what it is given.
-long long writeFile(FileHandle file, const void* buffer, std::size_t count) {
-    if (happens(write))
+ssize_t __wrap_write(int file, const void* buffer, Size count) {
+    if (fails(fieldscan::faults::write, ENOSPC))
         return -1;
     if (happens(writeHalf)) {
-        arm(write, 1);
-        return systemWriteFile(file, buffer, (count + 1) / 2);
+        arm(fieldscan::faults::write, 1);
+        return __real_write(file, buffer, (count + 1) / 2);
     }
-    return systemWriteFile(file, buffer, happens(writeShort) ? (count + 1) / 2 : count);
+    return __real_write(file, buffer, happens(writeShort) ? (count + 1) / 2 : count);
 }
 
-bool flushFile(FileHandle file) { return !happens(flush) && systemFlushFile(file); }
+int __wrap_fsync(int file) {
+    struct stat status;
+    const bool folder = fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
+    folders += folder;
+    return !folder && fails(flush, EIO) ? -1 : __real_fsync(file);
+}
 
-bool closeFile(FileHandle file) {
+int __wrap_close(int file) {
     --openFiles;
-    const bool closed = systemCloseFile(file);
-    return !happens(close) && closed;
+    const int result = __real_close(file);
+    return fails(fieldscan::faults::close, EIO) ? -1 : result;
 }
 
-bool replaceFile(const CString& from, const CString& to) {
-    return !happens(replace) && systemReplaceFile(from, to);
+int __wrap_renameat2(int from, const char* path, int to, const char* target, unsigned int flags) {
+    if (fails(replace, EIO) || fails(replaceDenied, EBUSY))
+        return -1;
+    return __real_renameat2(from, path, to, target, flags);
 }
 
-}  // namespace system
-}  // namespace fieldscan
+int __wrap_fchown(int file, uid_t owner, gid_t group) {
+    return fails(giveOwner, EPERM) ? -1 : __real_fchown(file, owner, group);
+}
+
+int __wrap_ftruncate64(int file, off64_t length) {
+    return fails(cut, EIO) ? -1 : __real_ftruncate64(file, length);
+}
+
+}  // extern "C"
 
 void* operator new(std::size_t size) {
-    void* const storage = fieldscan::faults::memoryEnds() ? nullptr : std::malloc(size);
+    void* const storage = memoryEnds() ? nullptr : std::malloc(size);
     if (!storage)
         throw std::bad_alloc();
     return storage;
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return fieldscan::faults::memoryEnds() ? nullptr : std::malloc(size);
+    return memoryEnds() ? nullptr : std::malloc(size);
 }
 void* operator new[](std::size_t size) { return operator new(size); }
 void* operator new[](std::size_t size, const std::nothrow_t& none) noexcept {

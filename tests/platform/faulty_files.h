@@ -1,6 +1,8 @@
-// Faults of the medium, made to order.
+// Faults of the medium and of memory, made to order.
 #ifndef FIELDSCAN_TESTS_PLATFORM_FAULTY_FILES_H
 #define FIELDSCAN_TESTS_PLATFORM_FAULTY_FILES_H
+
+#include <string>
 
 namespace fieldscan {
 namespace faults {
@@ -11,18 +13,24 @@ enum Fault {
     open,      // access denied
     openFull,  // no room for another file
     read,
-    write,
+    write,       // no room
     writeHalf,   // half of it is written, the rest is refused
     writeShort,  // half of it is written at first: no fault
-    flush,
+    flush,       // of a file, not of a folder
     close,
-    replace
+    replace,
+    replaceDenied,  // as for a mount point
+    giveOwner,
+    cut,
+    kFaults
 };
 
 // Call number `call` of that kind, counted from here, fails.
 void arm(Fault fault, int call);
 bool hasHappened();
-int openCount();  // files that are open now
+int openCount();      // files that are open now
+int folderFlushes();  // since the last arm
+const std::string& lastMade();  // path of the last file that had to be a new one
 
 }  // namespace faults
 }  // namespace fieldscan

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 #include "tests/temp_folder.h"
 
@@ -29,16 +30,25 @@ TEST_F(Posix, FilesThatAreNone) {
     EXPECT_EQ(file.Write("x", 1), 0);
     ASSERT_EQ(file.Open(u"/dev/null", CFile::modeWrite), 1);
     EXPECT_EQ(file.Write("x", 1) + file.Flush(), 2) << "no medium to flush to";
+    EXPECT_EQ(file.Open(u"/dev/zero", CFile::modeRead), 0) << "it has no end";
 }
 
 TEST_F(Posix, ReplacesInTheCurrentFolder) {
     const fs::path before = fs::current_path();
     fs::current_path(folder);
-    put("new", "new");
-    put("old", "old");
-    EXPECT_TRUE(seam::replaceFile(u"new", u"old"));
-    EXPECT_TRUE(get("old") == "new" && !exists("new"));
-    EXPECT_FALSE(seam::replaceFile(u"new", u"old"));
+    put("name", "old");
+    CFile::Cause cause;
+    {
+        fieldscan::RewrittenFile file;
+        ASSERT_TRUE(file.open(u"name", cause));
+        file.lines().text() = "new";
+        EXPECT_TRUE(file.finish());
+        EXPECT_EQ(get("name"), "new");
+        ASSERT_TRUE(file.open(u"name", cause));
+        file.lines().text() = "given up";
+    }
+    EXPECT_EQ(get("name"), "new");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
     fs::current_path(before);
 }
 
@@ -54,7 +64,7 @@ TEST_F(Posix, ReadsTheRegistryFile) {
     const std::string text =
         "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\System\\Other]\r\n\"Folder\"=\"wrong\"\r\n"
         "[hkey_local_machine\\SYSTEM\\Profiles]\r\n; \"Folder\"=\"comment\"\r\n\"Size\"=dword:00000001\r\n"
-        "\"folder\"=\"Card \\\\ \\\"1\\\"\"\n\"Open\"=\"never closed\r\n\"Trailing\"=\"x\\";
+        "\"Folder\"=\"earlier\"\r\n\"folder\"=\"Card \\\\ \\\"1\\\"\"\n\"Open\"=\"never closed\r\n\"Trailing\"=\"x\\";
     CString value;
     const auto lookUp = [&](const char16_t* name) {
         value = u"untouched";

@@ -11,11 +11,16 @@ class CFile;
 
 namespace fieldscan {
 bool readLine(CFile& file, std::string& split, std::string_view& line);
-bool seekBehindLines(CFile& file, std::string_view header, std::string_view& missing);
+long long& handleOf(CFile& file);
 }  // namespace fieldscan
 
 // A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
 // writes go to the system at once. Paths: docs/architecture.md, Paths.
+//
+// A file that is open for writing belongs to this object. A second writer, also in another thread or program,
+// tries again for about a second and then gets causeSharingViolation. On POSIX systems that holds between
+// users of this library (flock), and readers see what is written as it comes; on Windows it holds for every
+// program, and readers wait too.
 //
 // Every operation returns 1 for success and 0 for failure unless it says otherwise; on a file that is not
 // open they fail. Nothing is thrown. The destructor closes.
@@ -42,8 +47,8 @@ public:
         causeNone,              // it did not fail
         causeNotFound,          // no such file, or a folder of the path is missing
         causeAccessDenied,      // no right to it, write protected, or a folder
-        causeSharingViolation,  // another program holds it
-        causeOther
+        causeSharingViolation,  // another writer holds it
+        causeOther              // also a pipe, and a device that is to be read: it may have no end
     };
 
     CFile();
@@ -70,14 +75,15 @@ public:
     long long GetPosition() const;  // -1 when it cannot be told
     long long GetLength() const;    // in bytes, -1 when it cannot be told
 
-    // What was written is on the medium, not only with the system, when this returns 1.
+    // What was written is on the medium, not only with the system, when this returns 1. After a 0 a second call
+    // says nothing: the system may have dropped what it could not write.
     int Flush();
     // 0 when the system reports that something written before was lost; the file is closed all the same.
     int Close();
 
 private:
     friend bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line);
-    friend bool fieldscan::seekBehindLines(CFile& file, std::string_view header, std::string_view& missing);
+    friend long long& fieldscan::handleOf(CFile& file);
 
     bool fill();
     bool dropBuffer();

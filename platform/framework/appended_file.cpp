@@ -1,0 +1,125 @@
+#include "platform/framework/appended_file.h"
+
+#include <algorithm>
+#include <string>
+
+#include "platform/system.h"
+
+namespace fieldscan {
+
+namespace {
+
+constexpr std::size_t kTailSize = 512;  // what is looked at first: longer than most lines
+
+// The last line of the file, from `start` on; without a line feed when it was cut off. False when the file
+// cannot be read; a line that is longer than a line may be begins somewhere in its middle.
+bool readLastLine(system::FileHandle file, long long length, std::string& line, long long& start) {
+    for (std::size_t size = kTailSize;; size *= 8) {
+        start = std::max(0LL, length - static_cast<long long>(size));
+        line.resize(static_cast<std::size_t>(length - start));
+        for (std::size_t done = 0; done < line.size();) {
+            const long long got = system::readFileAt(file, &line[done], line.size() - done,
+                                                     start + static_cast<long long>(done));
+            if (got <= 0)
+                return false;
+            done += static_cast<std::size_t>(got);
+        }
+        const std::size_t feed = line.size() < 2 ? std::string::npos : line.rfind('\n', line.size() - 2);
+        if (feed != std::string::npos) {
+            line.erase(0, feed + 1);
+            start += static_cast<long long>(feed) + 1;
+            return true;
+        }
+        if (start == 0 || line.back() == '\n' || line.size() > kLongestLine)
+            return true;
+    }
+}
+
+bool beginsWith(system::FileHandle file, std::string_view header) {
+    std::string bytes(header.size(), '\0');
+    return system::readFileAt(file, bytes.data(), bytes.size(), 0) ==
+               static_cast<long long>(header.size()) &&
+           bytes == header;
+}
+
+}  // namespace
+
+// Finds out what has to be written before the lines, and cuts off what does not belong to the file.
+bool AppendedFile::look(const LineKind& kind, bool readable) {
+    std::string& text = m_lines.text();
+    m_length = m_file.GetLength();
+    if (m_length == 0) {
+        text = kind.header;
+    } else if (m_length > 0 && readable && kind.fields > 0) {
+        const system::FileHandle file = handleOf(m_file);
+        std::string last;
+        long long start = 0;
+        if (!readLastLine(file, m_length, last, start))
+            return false;
+        if (start == 0 && last.size() < kind.header.size() && kind.header.substr(0, last.size()) == last) {
+            text = kind.header.substr(last.size());
+        } else if (last.back() != '\n') {
+            const bool other = last.size() > kLongestLine || !beginsWith(file, kind.header);
+            if (other || hasFields(last, kind.fields))
+                text = "\n";
+            else if (system::cutFile(file, start))
+                m_length = start;
+            else
+                return false;
+        }
+    }
+    m_start = m_length + static_cast<long long>(text.size());
+    return m_length >= 0 && m_file.SeekToEnd() == 1;
+}
+
+bool AppendedFile::open(const CString& path, Existing existing, const LineKind& kind) {
+    const auto opened = [&](unsigned int mode) { return m_file.Open(path, mode | system::kAppending) == 1; };
+    m_path = path;
+    bool readable = opened(CFile::modeReadWrite);
+    if (!readable && m_file.GetOpenFailure() == CFile::causeAccessDenied) {
+        opened(CFile::modeWrite);
+    } else if (!readable && m_file.GetOpenFailure() == CFile::causeNotFound && existing != Existing::needed) {
+        readable = m_made = opened(CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite);
+    }
+    if (!m_file.IsOpen())
+        return false;
+    if (existing == Existing::emptied && m_file.GetLength() > 0 && !system::cutFile(handleOf(m_file), 0))
+        return false;
+    return look(kind, readable);
+}
+
+// Leaves what the file held, and of lines whose writing failed those that are whole.
+void AppendedFile::takeBack(bool wholeLinesStay) {
+    const system::FileHandle file = handleOf(m_file);
+    long long keep = m_length;
+    const long long end = m_file.GetLength();
+    if (wholeLinesStay && end > m_start) {
+        std::string last;
+        long long start = 0;
+        if (zeroIfOutOfMemory([&] { return readLastLine(file, end, last, start) ? 1 : 0; }))
+            keep = std::max(keep, last.back() == '\n' ? end : start);
+        if (keep <= m_start)
+            keep = m_length;
+    }
+    if (end > keep)
+        system::cutFile(file, keep);
+    if (keep > m_length)
+        m_file.Flush();
+    else if (m_made && keep == 0)
+        zeroIfOutOfMemory([&] { return system::removeFile(m_path), 1; });  // before anybody else has its lock
+}
+
+bool AppendedFile::finish(bool complete) {
+    if (!m_file.IsOpen())
+        return false;
+    const bool written = complete && m_lines.finish();
+    const bool kept = written && m_file.Flush() == 1;
+    if (!kept)
+        takeBack(complete && !written);
+    else if (m_made)
+        zeroIfOutOfMemory([&] { return system::flushFolderOf(m_path), 1; });
+    m_file.Close();  // what was flushed it cannot lose
+    return kept;
+}
+
+}  // namespace fieldscan

@@ -1,0 +1,49 @@
+// File descriptors: what opening files and replacing them share.
+#ifndef FIELDSCAN_PLATFORM_POSIX_DESCRIPTORS_H
+#define FIELDSCAN_PLATFORM_POSIX_DESCRIPTORS_H
+
+#include <cerrno>
+#include <string>
+
+#include "platform/system.h"
+
+namespace fieldscan {
+namespace system {
+
+// The path in the bytes of the system. `\` separates too; a path that begins with `\` is one of the device,
+// below the folder that FIELDSCAN_ROOT names (default `/`); names are UTF-8.
+std::string hostPath(const CString& path);
+
+// The folder of a path, with its separator; "./" for a plain name.
+std::string folderOf(const std::string& path);
+
+// Repeats a call that a signal interrupted.
+template <class Call>
+auto uninterrupted(Call call) {
+    decltype(call()) result;
+    do {
+        result = call();
+    } while (result < 0 && errno == EINTR);
+    return result;
+}
+
+CFile::Cause causeOf(int error);
+
+// The lock of a writer: it belongs to the descriptor, so that threads are kept apart too, and closing it or
+// the end of the process gives it back. True also where the file system knows no locks.
+bool takeLock(int file);
+
+// Whether the descriptor is of the file that the path names.
+bool isNamed(int file, const std::string& path);
+
+// Opens for writing, with the lock, the file that `path` names by then; flags are those of open, of which
+// O_TRUNC waits for the lock. -1 with `cause` set when it fails.
+int openLocked(const std::string& path, int flags, CFile::Cause& cause);
+
+bool flushDescriptor(int file);
+void flushFolder(const std::string& folder);
+
+}  // namespace system
+}  // namespace fieldscan
+
+#endif

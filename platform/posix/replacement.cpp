@@ -1,0 +1,240 @@
+// Whole files that are replaced, through the system calls of POSIX.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/posix/descriptors.h"
+
+namespace fieldscan {
+namespace system {
+
+namespace {
+
+// The path of the new file: as short for a long name as for a short one.
+std::string temporaryFor(const std::string& target) {
+    std::uint64_t hash = 14695981039346656037U;  // FNV-1a
+    const std::string folder = folderOf(target);
+    for (std::size_t i = target.rfind('/') + 1; i < target.size(); ++i)
+        hash = (hash ^ static_cast<unsigned char>(target[i])) * 1099511628211U;
+    char name[40];
+    std::snprintf(name, sizeof name, ".fieldscan-%016llx", static_cast<unsigned long long>(hash));
+    return folder + name;
+}
+
+// Refused, but not for lack of room: the old file itself can be written.
+bool mayWriteInPlace(int error) {
+    switch (error) {
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case EBUSY:         // a mount point
+        case EXDEV:         // another one
+        case EISDIR:        // things of others under the name of the new file
+        case ELOOP:
+        case ENXIO:
+        case ENAMETOOLONG:  // the path: the name itself is short
+            return true;
+        default:
+            return false;
+    }
+}
+
+class PosixReplacement : public Replacement {
+public:
+    ~PosixReplacement() override;
+    FileHandle file() const override { return inPlace() ? m_old : m_new; }
+    bool commit() override;
+    bool begin(const std::string& path, CFile::Cause& cause);
+
+private:
+    bool inPlace() const { return m_new < 0; }
+    int makeNew(mode_t mode);
+    bool giveRights(const struct stat& old) const;
+    bool beginInPlace(int flags, CFile::Cause& cause);
+    bool rename();
+    bool copyOver() const;
+    bool endInPlace() const;
+    void dropNew();
+
+    std::string m_target;
+    std::string m_temporary;
+    int m_old = -1;  // locked, so that appenders wait and find the new file then; -1: there is none
+    int m_new = -1;  // locked until it has its place; -1: the old one is written
+    bool m_made = false;  // the old one, to be written in place
+    bool m_done = false;  // what is left is not to be taken away
+};
+
+// The new file, locked; -1 with errno set.
+int PosixReplacement::makeNew(mode_t mode) {
+    constexpr int kFlags = O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
+    for (int tries = 0;; ++tries) {
+        int file = ::open(m_temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | kFlags, mode);
+        const bool made = file >= 0;
+        if (!made && errno == EEXIST)
+            file = ::open(m_temporary.c_str(), O_WRONLY | kFlags);
+        if (file < 0 && errno != ENOENT)
+            return -1;
+        if (file >= 0) {
+            if (takeLock(file) && isNamed(file, m_temporary)) {
+                if (made)
+                    return file;
+                // Nobody writes it: a killed program left it.
+                const bool removed = ::unlink(m_temporary.c_str()) == 0;
+                const int error = errno;
+                ::close(file);
+                errno = error;
+                if (!removed)
+                    return -1;
+                continue;
+            }
+            ::close(file);
+        }
+        if (!waitForFile(tries)) {
+            errno = ETXTBSY;
+            return -1;
+        }
+    }
+}
+
+// Before anything is written: nobody reads the new file who may not read the old one.
+bool PosixReplacement::giveRights(const struct stat& old) const {
+    struct stat own;
+    if (::fstat(m_new, &own) != 0)
+        return false;
+    if ((own.st_uid != old.st_uid || own.st_gid != old.st_gid) && ::fchown(m_new, old.st_uid, old.st_gid) != 0)
+        return false;
+    return own.st_mode == old.st_mode || ::fchmod(m_new, old.st_mode & 07777) == 0;
+}
+
+bool PosixReplacement::beginInPlace(int flags, CFile::Cause& cause) {
+    m_made = m_old < 0;
+    if (m_old < 0)
+        m_old = openLocked(m_target, O_WRONLY | O_CREAT | flags, cause);
+    return m_old >= 0;
+}
+
+bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
+    m_target = path;
+    struct stat status;
+    if (::lstat(path.c_str(), &status) == 0) {
+        if (S_ISLNK(status.st_mode)) {
+            char* const target = ::realpath(path.c_str(), nullptr);
+            if (!target)
+                return beginInPlace(0, cause);  // leads to no file yet
+            m_target = target;
+            std::free(target);
+        }
+        m_old = openLocked(m_target, O_WRONLY, cause);
+        if (m_old < 0 && cause != CFile::causeNotFound)
+            return false;
+        if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1))
+            return true;
+    }
+    m_temporary = temporaryFor(m_target);
+    m_new = makeNew(m_old < 0 ? 0666 : 0600);
+    if (m_new >= 0 && (m_old < 0 || giveRights(status)))
+        return true;
+    const bool refused = m_new >= 0 || mayWriteInPlace(errno);
+    cause = causeOf(errno);
+    dropNew();
+    return refused && beginInPlace(O_EXCL, cause);
+}
+
+bool PosixReplacement::rename() {
+    const auto renamed = [&](unsigned int flags) {
+        return ::renameat2(AT_FDCWD, m_temporary.c_str(), AT_FDCWD, m_target.c_str(), flags) == 0;
+    };
+    if (m_old >= 0)
+        return renamed(0);
+    if (renamed(RENAME_NOREPLACE))
+        return true;
+    if (errno == EEXIST) {  // made meanwhile: its writer finishes first
+        CFile::Cause cause;
+        m_old = openLocked(m_target, O_WRONLY, cause);
+        if (m_old < 0 && cause != CFile::causeNotFound)
+            return false;
+    }
+    return renamed(0);
+}
+
+// The new file's contents into the old one.
+bool PosixReplacement::copyOver() const {
+    char piece[16384];
+    for (off_t at = 0;;) {
+        const ssize_t got = uninterrupted([&] { return ::pread(m_new, piece, sizeof piece, at); });
+        if (got <= 0)
+            return got == 0;
+        for (ssize_t done = 0; done < got;) {
+            const ssize_t put = uninterrupted(
+                [&] { return ::write(m_old, piece + done, static_cast<std::size_t>(got - done)); });
+            if (put <= 0)
+                return false;
+            done += put;
+        }
+        at += got;
+    }
+}
+
+// What lies beyond the position is of the old contents.
+bool PosixReplacement::endInPlace() const {
+    struct stat status;
+    if (::fstat(m_old, &status) == 0 && S_ISREG(status.st_mode) &&
+        !cutFile(m_old, ::lseek(m_old, 0, SEEK_CUR)))
+        return false;
+    return flushDescriptor(m_old);
+}
+
+bool PosixReplacement::commit() {
+    bool done = false;
+    if (inPlace()) {
+        done = endInPlace();
+    } else if (flushDescriptor(m_new)) {
+        done = rename();
+        if (done)
+            flushFolder(folderOf(m_target));
+        else if (m_old >= 0 && mayWriteInPlace(errno)) {
+            const bool copied = copyOver();
+            done = endInPlace() && copied;
+            dropNew();  // before m_done is set: it has no place
+        }
+    }
+    m_done = done;
+    return done;
+}
+
+void PosixReplacement::dropNew() {
+    if (m_new < 0)
+        return;
+    if (!m_done)
+        ::unlink(m_temporary.c_str());
+    ::close(m_new);
+    m_new = -1;
+}
+
+PosixReplacement::~PosixReplacement() {
+    const bool overwritten = inPlace() && !m_done && m_old >= 0 && ::lseek(m_old, 0, SEEK_CUR) > 0;
+    if (overwritten)
+        endInPlace();  // a part of the new contents, but no mixture with the old ones
+    dropNew();
+    if (m_old < 0)
+        return;
+    if (m_made && !m_done)
+        ::unlink(m_target.c_str());
+    ::close(m_old);
+}
+
+}  // namespace
+
+std::unique_ptr<Replacement> beginReplacement(const CString& path, CFile::Cause& cause) {
+    auto replacement = std::make_unique<PosixReplacement>();
+    if (!replacement->begin(hostPath(path), cause))
+        return nullptr;
+    return replacement;
+}
+
+}  // namespace system
+}  // namespace fieldscan

@@ -1,0 +1,239 @@
+// Every file operation in places that refuse: devices, folders, media, names, links.
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "tests/faults/file_operations.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Places = FileOperations;
+
+// Runs work with the rights of a user who owns nothing here; false where the program has none to give up.
+template <class Work>
+bool asNobody(Work work) {
+    if (geteuid() != 0 || seteuid(65534) != 0)
+        return false;
+    work();
+    return seteuid(0) == 0;
+}
+
+fs::perms rightsOf(const fs::path& file) { return fs::status(file).permissions(); }
+
+TEST_F(Places, ThatNoSystemHasOrEverySystemRefuses) {
+    for (const CString& place : {CString(u"/dev/full"), CString(u"/dev/zero"), CString(folder.c_str()),
+                                 path("none/file"), path(std::string(5000, 'a'))}) {
+        file = place;
+        for (const Operation& operation : operations()) {
+            if (operation.kind != reads && file == u"/dev/zero")
+                continue;  // takes what is written
+            EXPECT_EQ(operation.run(), 0) << operation.name;
+            EXPECT_EQ(faults::openCount(), 0) << operation.name;
+        }
+    }
+    EXPECT_TRUE(fs::is_empty(folder));
+}
+
+// Where no file can be made, what may be written is written; nothing else is touched.
+TEST_F(Places, FolderWithoutRights) {
+    for (const Operation& operation : operations()) {
+        for (const int rights : {0666, 0444, 0}) {  // 0: no file
+            if (operation.kind == reads)
+                continue;
+            prepare(operation, rights != 0);
+            if (rights)
+                fs::permissions(folder / "file", static_cast<fs::perms>(rights));
+            fs::permissions(folder, static_cast<fs::perms>(0555));
+            int result = -1;
+            const bool tried = asNobody([&] { result = operation.run(); });
+            fs::permissions(folder, static_cast<fs::perms>(0755));
+            if (!tried)
+                GTEST_SKIP() << "another user's rights are needed";
+            EXPECT_EQ(result, rights == 0666) << operation.name << ' ' << rights;
+            EXPECT_EQ(get("file") != before, rights == 0666) << operation.name << ' ' << rights;
+            EXPECT_EQ(exists("file"), rights != 0) << operation.name;
+            EXPECT_TRUE(tidy()) << operation.name;
+        }
+    }
+}
+
+// The owner cannot be given to a new file, so the old one is written; in a sticky folder it may not go either.
+TEST_F(Places, FilesOfOthers) {
+    for (const int folderRights : {0777, 01777}) {
+        fs::permissions(folder, static_cast<fs::perms>(folderRights));
+        for (const Operation& operation : operations()) {
+            if (operation.kind != rewrites)
+                continue;
+            prepare(operation, true);
+            operation.run();
+            wanted = get("file");
+            prepare(operation, true);
+            fs::permissions(folder / "file", static_cast<fs::perms>(0666));
+            int result = -1;
+            if (!asNobody([&] { result = operation.run(); }))
+                GTEST_SKIP() << "another user's rights are needed";
+            struct stat status;
+            ASSERT_EQ(stat((folder / "file").c_str(), &status), 0);
+            EXPECT_EQ(result, 1) << operation.name;
+            EXPECT_EQ(get("file"), wanted) << operation.name;
+            EXPECT_EQ(status.st_uid, 0u) << operation.name;
+            EXPECT_TRUE(tidy()) << operation.name;
+        }
+    }
+}
+
+TEST_F(Places, OwnerAndRightsStay) {
+    CTSUnit units;
+    for (const int rights : {0600, 0640, 0666}) {
+        put("file", old);
+        fs::permissions(folder / "file", static_cast<fs::perms>(rights));
+        const bool given = chown((folder / "file").c_str(), 65534, 65534) == 0;
+        EXPECT_EQ(units.Write(file), 1);
+        struct stat status;
+        ASSERT_EQ(stat((folder / "file").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, static_cast<mode_t>(rights));
+        if (given)
+            EXPECT_EQ(status.st_uid, 65534u);
+    }
+    fs::remove(folder / "file");
+    const mode_t mask = umask(027);
+    EXPECT_EQ(units.Write(file), 1);
+    umask(mask);
+    EXPECT_EQ(rightsOf(folder / "file"), static_cast<fs::perms>(0640)) << "a new file: 0666 less the umask";
+}
+
+TEST_F(Places, LinksStayAndLeadToTheNewContents) {
+    CTSUnit units;
+    put("target", old);
+    fs::create_symlink("target", folder / "file");
+    EXPECT_EQ(units.Write(file), 1);
+    EXPECT_TRUE(fs::is_symlink(folder / "file"));
+    const std::string written = get("target");
+    EXPECT_NE(written, old);
+
+    put("target", old);
+    fs::remove(folder / "file");
+    fs::create_hard_link(folder / "target", folder / "file");
+    EXPECT_EQ(units.Write(file), 1);
+    EXPECT_EQ(get("target"), written) << "one file under two names";
+
+    fs::remove(folder / "target");
+    fs::remove(folder / "file");
+    fs::create_symlink("target", folder / "file");
+    EXPECT_EQ(units.Write(file), 1) << "a link to no file yet";
+    EXPECT_EQ(get("target"), written);
+}
+
+// What stands under the name of the new file is written to or taken away only where a killed program left it.
+TEST_F(Places, TheNewFileIsNobodyElses) {
+    CTSUnit units;
+    EXPECT_EQ(units.Write(file), 1);
+    const fs::path beside = faults::lastMade();
+    EXPECT_EQ(beside.parent_path(), folder);
+    const std::string written = get("file");
+
+    put("file", old);
+    std::ofstream(beside) << "left";
+    EXPECT_EQ(units.Write(file), 1);
+    EXPECT_EQ(get("file"), written);
+    EXPECT_FALSE(fs::exists(beside));
+
+    put("file", old);
+    put("victim", "kept");
+    fs::create_symlink("victim", beside);
+    EXPECT_EQ(units.Write(file), 1);
+    EXPECT_EQ(get("file"), written);
+    EXPECT_EQ(get("victim"), "kept");
+    EXPECT_TRUE(fs::is_symlink(beside));
+}
+
+TEST_F(Places, NamesOfEveryLength) {
+    CTSUnit units;
+    std::string kanji;
+    for (int i = 0; i < 85; ++i)
+        kanji += "\xE5\xB2\xB3";
+    for (const std::string& name : {std::string("a"), std::string(100, 'a'), std::string(250, 'a'),
+                                    std::string(251, 'a'), std::string(255, 'a'), kanji}) {
+        for (const bool present : {false, true})
+            EXPECT_EQ(units.Write(path(name)), 1) << name.size() << ' ' << present;
+        EXPECT_EQ(ScanFileAdd(path(name), points[0]), 1) << name.size();
+        fs::remove(folder / name);
+    }
+    for (const std::string& name : {std::string(256, 'a'), kanji + kanji.substr(0, 6)}) {
+        EXPECT_EQ(units.Write(path(name)), 0);
+        EXPECT_EQ(ScanFileAdd(path(name), points[0]), 0);
+    }
+    EXPECT_TRUE(fs::is_empty(folder));
+}
+
+// A small medium, and mount points, in a name space of their own.
+class Media : public FileOperations {
+protected:
+    bool mountSmallMedium() {
+        return unshare(CLONE_NEWNS) == 0 && mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
+               mount("none", folder.c_str(), "tmpfs", 0, "size=64k") == 0;
+    }
+    void TearDown() override {
+        umount2(folder.c_str(), MNT_DETACH);
+        FileOperations::TearDown();
+    }
+};
+
+TEST_F(Media, ThatAreFull) {
+    if (!mountSmallMedium())
+        GTEST_SKIP() << "no right to mount a small medium";
+    for (const Operation& operation : operations()) {
+        if (operation.kind == reads)
+            continue;
+        prepare(operation, true);
+        put("rest", std::string(65536, 'x'));
+        const int result = operation.run();
+        const std::string after = get("file");
+        EXPECT_EQ(result, operation.kind == appends) << operation.name << ": a line fits into the page of the old";
+        if (operation.kind == rewrites)
+            EXPECT_EQ(after, old) << operation.name;
+        EXPECT_TRUE(after.empty() || after.back() == '\n') << operation.name;
+        fs::remove(folder / "rest");
+        EXPECT_TRUE(tidy()) << operation.name;
+    }
+}
+
+TEST_F(Media, ThatAreFreedAgainHoldEveryPointOfACallThatGave1) {
+    if (!mountSmallMedium())
+        GTEST_SKIP() << "no right to mount a small medium";
+    int recorded = 0;
+    for (int round = 0; round < 10; ++round) {
+        put("rest", std::string(65536, 'x'));
+        int calls = 0;
+        while (calls < 200 && ScanFileAdd(file, points[recorded]) == 1)
+            ++calls, ++recorded;
+        EXPECT_LT(calls, 200) << "the page of the last line fills up";
+        EXPECT_EQ(ReadCSVFile(&file, back, 1), 1);
+        ASSERT_EQ(back.GetSize(), recorded) << round;
+        fs::remove(folder / "rest");
+        recorded += ScanFileAdd(file, points[recorded]);
+    }
+    EXPECT_EQ(ReadCSVFile(&file, back, 1), 1);
+    ASSERT_EQ(back.GetSize(), recorded);
+    for (int i = 0; i < recorded; ++i)
+        EXPECT_EQ(back[i].x, i);
+}
+
+TEST_F(Media, MountPointsAreWrittenInPlace) {
+    put("mounted", old);
+    put("file", "");
+    if (!(unshare(CLONE_NEWNS) == 0 && mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) == 0 &&
+          mount((folder / "mounted").c_str(), (folder / "file").c_str(), "none", MS_BIND, nullptr) == 0))
+        GTEST_SKIP() << "no right to mount a file";
+    EXPECT_EQ(WriteCSVFile(&file, points, 0), 1);
+    EXPECT_EQ(CTSUnit().Write(path("units")), 1);
+    EXPECT_EQ(CTSUnit().Write(file), 1) << "shorter than what was there";
+    umount2((folder / "file").c_str(), MNT_DETACH);
+    EXPECT_EQ(get("mounted"), get("units"));
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 3);
+}
+
+}  // namespace
