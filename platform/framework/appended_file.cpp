@@ -47,7 +47,6 @@ bool beginsWith(system::FileHandle file, std::string_view header) {
 // Finds out what has to be written before the lines, and cuts off what does not belong to the file.
 bool AppendedFile::look(const LineKind& kind, bool readable) {
     std::string& text = m_lines.text();
-    m_length = m_file.GetLength();
     if (m_length == 0) {
         text = kind.header;
     } else if (m_length > 0 && readable && kind.fields > 0) {
@@ -83,8 +82,12 @@ bool AppendedFile::open(const CString& path, Existing existing, const LineKind& 
     }
     if (!m_file.IsOpen())
         return false;
-    if (existing == Existing::emptied && m_file.GetLength() > 0 && !system::cutFile(handleOf(m_file), 0))
-        return false;
+    m_length = m_file.GetLength();
+    if (existing == Existing::emptied && m_length > 0) {
+        if (!system::cutFile(handleOf(m_file), 0))
+            return false;
+        m_length = 0;
+    }
     return look(kind, readable);
 }
 

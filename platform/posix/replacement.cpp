@@ -14,15 +14,14 @@ namespace system {
 
 namespace {
 
-// The path of the new file: as short for a long name as for a short one.
+// The name of the new file: as short for a long name as for a short one.
 std::string temporaryFor(const std::string& target) {
     std::uint64_t hash = 14695981039346656037U;  // FNV-1a
-    const std::string folder = folderOf(target);
     for (std::size_t i = target.rfind('/') + 1; i < target.size(); ++i)
         hash = (hash ^ static_cast<unsigned char>(target[i])) * 1099511628211U;
     char name[40];
     std::snprintf(name, sizeof name, ".fieldscan-%016llx", static_cast<unsigned long long>(hash));
-    return folder + name;
+    return name;
 }
 
 // Refused, but not for lack of room: the old file itself can be written.
@@ -61,6 +60,7 @@ private:
     void dropNew();
 
     std::string m_target;
+    std::string m_folder;
     std::string m_temporary;
     int m_old = -1;  // locked, so that appenders wait and find the new file then; -1: there is none
     int m_new = -1;  // locked until it has its place; -1: the old one is written
@@ -74,10 +74,13 @@ int PosixReplacement::makeNew(mode_t mode) {
     for (int tries = 0;; ++tries) {
         int file = ::open(m_temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | kFlags, mode);
         const bool made = file >= 0;
-        if (!made && errno == EEXIST)
+        if (!made) {
+            if (errno != EEXIST)
+                return -1;
             file = ::open(m_temporary.c_str(), O_WRONLY | kFlags);
-        if (file < 0 && errno != ENOENT)
-            return -1;
+            if (file < 0 && errno != ENOENT)
+                return -1;
+        }
         if (file >= 0) {
             if (takeLock(file) && isNamed(file, m_temporary)) {
                 if (made)
@@ -134,7 +137,8 @@ bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
         if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1))
             return true;
     }
-    m_temporary = temporaryFor(m_target);
+    m_folder = folderOf(m_target);
+    m_temporary = m_folder + temporaryFor(m_target);
     m_new = makeNew(m_old < 0 ? 0666 : 0600);
     if (m_new >= 0 && (m_old < 0 || giveRights(status)))
         return true;
@@ -195,7 +199,7 @@ bool PosixReplacement::commit() {
     } else if (flushDescriptor(m_new)) {
         done = rename();
         if (done)
-            flushFolder(folderOf(m_target));
+            flushFolder(m_folder);
         else if (m_old >= 0 && mayWriteInPlace(errno)) {
             const bool copied = copyOver();
             done = endInPlace() && copied;

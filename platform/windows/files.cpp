@@ -1,9 +1,9 @@
-// Files through the Windows calls. An open file may be opened a second time for reading alone, and by a
-// program that lets others write only; a second writer is refused: two would write over each other.
+// Files through the Windows calls. A file that is open for writing may only be opened to be read, and one that
+// is open to be read may be replaced: its reader goes on with the old contents.
 #include <algorithm>
 
 #include "platform/system.h"
-#include "platform/windows/api.h"
+#include "platform/windows/handles.h"
 
 namespace fieldscan {
 namespace system {
@@ -11,6 +11,23 @@ namespace system {
 namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{1} << 30;  // what one call is asked for
+
+DWORD accessOf(unsigned int mode) {
+    if (mode & CFile::modeWrite)
+        return GENERIC_WRITE;
+    return mode & CFile::modeReadWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ;
+}
+
+// Emptied after the opening: opening in order to empty refuses hidden files. causeNone when all went well.
+CFile::Cause prepare(HANDLE handle, unsigned int mode) {
+    // A name like "NUL.csv" or "COM1" means a device, which takes measurements and keeps none.
+    if (GetFileType(handle) != FILE_TYPE_DISK)
+        return CFile::causeOther;
+    const bool empties = (mode & CFile::modeCreate) && !(mode & CFile::modeNoTruncate);
+    return empties && !SetEndOfFile(handle) ? causeOf(GetLastError()) : CFile::causeNone;
+}
+
+}  // namespace
 
 HANDLE handleOf(FileHandle file) { return reinterpret_cast<HANDLE>(static_cast<INT_PTR>(file)); }
 
@@ -38,27 +55,33 @@ CFile::Cause causeOf(DWORD error) {
     }
 }
 
-DWORD accessOf(unsigned int mode) {
-    if (mode & CFile::modeWrite)
-        return GENERIC_WRITE;
-    return mode & CFile::modeReadWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ;
+bool isHeld(DWORD error, const CString& path) {
+    if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION)
+        return true;
+    const DWORD attributes = GetFileAttributesW(wideUnits(path));
+    return error == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
+           !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY));
 }
 
-// Emptied after the opening: opening in order to empty refuses hidden files. causeNone when all went well.
-CFile::Cause prepare(HANDLE handle, unsigned int mode) {
-    // A name like "NUL.csv" or "COM1" means a device, which takes measurements and keeps none.
-    if (GetFileType(handle) != FILE_TYPE_DISK)
-        return CFile::causeOther;
-    const bool empties = (mode & CFile::modeCreate) && !(mode & CFile::modeNoTruncate);
-    return empties && !SetEndOfFile(handle) ? causeOf(GetLastError()) : CFile::causeNone;
+HANDLE openWhenFree(const CString& path, DWORD access, DWORD share, DWORD disposition) {
+    for (int tries = 0;; ++tries) {
+        const HANDLE handle = CreateFileW(wideUnits(path), access, share, nullptr, disposition,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle != INVALID_HANDLE_VALUE)
+            return handle;
+        const DWORD error = GetLastError();
+        const bool again = isHeld(error, path) && waitForFile(tries);
+        SetLastError(error);
+        if (!again)
+            return handle;
+    }
 }
-
-}  // namespace
 
 FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
+    const DWORD access = accessOf(mode);
+    const DWORD share = access & GENERIC_WRITE ? FILE_SHARE_READ : FILE_SHARE_READ | FILE_SHARE_DELETE;
     const HANDLE handle =
-        CreateFileW(wideUnits(path), accessOf(mode), FILE_SHARE_READ, nullptr,
-                    mode & CFile::modeCreate ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        openWhenFree(path, access, share, mode & CFile::modeCreate ? OPEN_ALWAYS : OPEN_EXISTING);
     if (handle == INVALID_HANDLE_VALUE) {
         cause = causeOf(GetLastError());
         return kNoFile;
@@ -71,11 +94,24 @@ FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause)
     return fileOf(handle);
 }
 
+bool waitForFile(int tries) {
+    if (tries >= 100)
+        return false;
+    Sleep(static_cast<DWORD>(std::min(tries + 1, 10)));
+    return true;
+}
+
 long long readFile(FileHandle file, void* buffer, std::size_t count) {
     DWORD done = 0;
     return ReadFile(handleOf(file), buffer, static_cast<DWORD>(std::min(count, kMostBytes)), &done, nullptr)
                ? static_cast<long long>(done)
                : -1;
+}
+
+long long readFileAt(FileHandle file, void* buffer, std::size_t count, long long offset) {
+    LARGE_INTEGER distance;
+    distance.QuadPart = offset;
+    return SetFilePointerEx(handleOf(file), distance, nullptr, FILE_BEGIN) ? readFile(file, buffer, count) : -1;
 }
 
 long long writeFile(FileHandle file, const void* buffer, std::size_t count) {
@@ -102,6 +138,12 @@ long long fileLength(FileHandle file) {
     return GetFileSizeEx(handleOf(file), &length) ? length.QuadPart : -1;
 }
 
+bool cutFile(FileHandle file, long long length) {
+    LARGE_INTEGER distance;
+    distance.QuadPart = length;
+    return SetFilePointerEx(handleOf(file), distance, nullptr, FILE_BEGIN) && SetEndOfFile(handleOf(file));
+}
+
 bool flushFile(FileHandle file) { return FlushFileBuffers(handleOf(file)) != 0; }
 
 bool closeFile(FileHandle file) { return CloseHandle(handleOf(file)) != 0; }
@@ -111,18 +153,9 @@ bool isFile(const CString& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-bool isReplaceable(const CString& path) {
-    const DWORD attributes = GetFileAttributesW(wideUnits(path));
-    return attributes != INVALID_FILE_ATTRIBUTES &&
-           !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_REPARSE_POINT));
-}
-
-bool replaceFile(const CString& from, const CString& to) {
-    return SetFileAttributesW(wideUnits(from), GetFileAttributesW(wideUnits(to))) &&
-           MoveFileExW(wideUnits(from), wideUnits(to), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-}
-
 void removeFile(const CString& path) { DeleteFileW(wideUnits(path)); }
+
+void flushFolderOf(const CString&) {}  // the file system keeps a log of its folders
 
 }  // namespace system
 }  // namespace fieldscan

@@ -68,8 +68,8 @@ protected:
         const std::string after = get("file");
         if (after == before && exists("file") == present)
             return true;
-        const bool wholeLines = !after.empty() && after.back() == '\n' && after == wanted.substr(0, after.size());
-        return wholeLines && (operation.kind == overwrites ||
+        const bool wholeLines = after == wanted.substr(0, after.size()) && (after.empty() || after.back() == '\n');
+        return wholeLines && ((operation.kind == overwrites && (present || !after.empty())) ||
                               (operation.kind == appendsMany && after.size() > before.size()));
     }
     // Nothing lies beside the file, and none is open.
@@ -77,7 +77,7 @@ protected:
         for (const auto& entry : std::filesystem::directory_iterator(folder))
             if (entry.path().filename() != "file")
                 return false;
-        return faults::openCount() == 0;
+        return faults::openCount() == openBefore;
     }
     std::vector<Operation> operations() {
         static double v[6];
@@ -114,6 +114,7 @@ protected:
     }
 
     const std::string old = "what was there before\n";
+    int openBefore = faults::openCount();
     std::string before;
     std::string wanted;  // what the operation leaves where nothing fails
     CString file, name = u"image";

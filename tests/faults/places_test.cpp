@@ -31,7 +31,7 @@ TEST_F(Places, ThatNoSystemHasOrEverySystemRefuses) {
             if (operation.kind != reads && file == u"/dev/zero")
                 continue;  // takes what is written
             EXPECT_EQ(operation.run(), 0) << operation.name;
-            EXPECT_EQ(faults::openCount(), 0) << operation.name;
+            EXPECT_EQ(faults::openCount(), openBefore) << operation.name;
         }
     }
     EXPECT_TRUE(fs::is_empty(folder));
@@ -95,8 +95,7 @@ TEST_F(Places, OwnerAndRightsStay) {
         struct stat status;
         ASSERT_EQ(stat((folder / "file").c_str(), &status), 0);
         EXPECT_EQ(status.st_mode & 07777, static_cast<mode_t>(rights));
-        if (given)
-            EXPECT_EQ(status.st_uid, 65534u);
+        EXPECT_EQ(status.st_uid, given ? 65534u : geteuid());
     }
     fs::remove(folder / "file");
     const mode_t mask = umask(027);
@@ -155,16 +154,16 @@ TEST_F(Places, NamesOfEveryLength) {
     std::string kanji;
     for (int i = 0; i < 85; ++i)
         kanji += "\xE5\xB2\xB3";
-    for (const std::string& name : {std::string("a"), std::string(100, 'a'), std::string(250, 'a'),
+    for (const std::string& each : {std::string("a"), std::string(100, 'a'), std::string(250, 'a'),
                                     std::string(251, 'a'), std::string(255, 'a'), kanji}) {
         for (const bool present : {false, true})
-            EXPECT_EQ(units.Write(path(name)), 1) << name.size() << ' ' << present;
-        EXPECT_EQ(ScanFileAdd(path(name), points[0]), 1) << name.size();
-        fs::remove(folder / name);
+            EXPECT_EQ(units.Write(path(each)), 1) << each.size() << ' ' << present;
+        EXPECT_EQ(ScanFileAdd(path(each), points[0]), 1) << each.size();
+        fs::remove(folder / each);
     }
-    for (const std::string& name : {std::string(256, 'a'), kanji + kanji.substr(0, 6)}) {
-        EXPECT_EQ(units.Write(path(name)), 0);
-        EXPECT_EQ(ScanFileAdd(path(name), points[0]), 0);
+    for (const std::string& each : {std::string(256, 'a'), kanji + kanji.substr(0, 6)}) {
+        EXPECT_EQ(units.Write(path(each)), 0);
+        EXPECT_EQ(ScanFileAdd(path(each), points[0]), 0);
     }
     EXPECT_TRUE(fs::is_empty(folder));
 }
@@ -193,8 +192,7 @@ TEST_F(Media, ThatAreFull) {
         const int result = operation.run();
         const std::string after = get("file");
         EXPECT_EQ(result, operation.kind == appends) << operation.name << ": a line fits into the page of the old";
-        if (operation.kind == rewrites)
-            EXPECT_EQ(after, old) << operation.name;
+        EXPECT_TRUE(operation.kind != rewrites || after == old) << operation.name;
         EXPECT_TRUE(after.empty() || after.back() == '\n') << operation.name;
         fs::remove(folder / "rest");
         EXPECT_TRUE(tidy()) << operation.name;
@@ -204,7 +202,7 @@ TEST_F(Media, ThatAreFull) {
 TEST_F(Media, ThatAreFreedAgainHoldEveryPointOfACallThatGave1) {
     if (!mountSmallMedium())
         GTEST_SKIP() << "no right to mount a small medium";
-    int recorded = 0;
+    int recorded = ScanFileAdd(file, points[0]);
     for (int round = 0; round < 10; ++round) {
         put("rest", std::string(65536, 'x'));
         int calls = 0;

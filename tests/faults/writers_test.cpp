@@ -42,7 +42,8 @@ protected:
     void SetUp() override {
         TempFolder::SetUp();
         file = path("file");
-        points.Add(point);
+        points.SetSize(1);
+        points[0] = point;
     }
     std::vector<Writer> writers() {
         const std::string plain = "P1,1.000000,2.000000,3.000000",

@@ -1,0 +1,188 @@
+// Whole files that are replaced, through the Windows calls.
+#include <algorithm>
+#include <cstdint>
+#include <cwchar>
+#include <string>
+
+#include "platform/windows/handles.h"
+
+namespace fieldscan {
+namespace system {
+
+namespace {
+
+// 64-bit FNV-1a of the path from unit `from` on, as text.
+CString hashText(const CString& path, int from) {
+    std::uint64_t hash = 14695981039346656037U;
+    for (int i = from; i < path.GetLength(); ++i)
+        hash = (hash ^ path[i]) * 1099511628211U;
+    wchar_t text[20];
+    std::swprintf(text, 20, L"%016llx", static_cast<unsigned long long>(hash));
+    return CString(text);
+}
+
+bool mayWriteInPlace(DWORD error) {
+    return error == ERROR_ACCESS_DENIED || error == ERROR_FILENAME_EXCED_RANGE ||
+           error == ERROR_INVALID_NAME || error == ERROR_WRITE_PROTECT;
+}
+
+// One of several writers at a time replaces a file; the end of a process lets the next one in.
+class Turn {
+public:
+    ~Turn() {
+        if (m_mutex) {
+            ReleaseMutex(m_mutex);
+            CloseHandle(m_mutex);
+        }
+    }
+    // False when another writer keeps it for about a second. Where there is no mutex, nobody waits.
+    bool take(const CString& name) {
+        HANDLE mutex = CreateMutexW(nullptr, FALSE, wideUnits(name));
+        if (mutex && WaitForSingleObject(mutex, 1000) == WAIT_TIMEOUT) {
+            CloseHandle(mutex);
+            return false;
+        }
+        m_mutex = mutex;
+        return true;
+    }
+
+private:
+    HANDLE m_mutex = nullptr;
+};
+
+class WindowsReplacement : public Replacement {
+public:
+    ~WindowsReplacement() override;
+    FileHandle file() const override { return fileOf(m_file); }
+    bool commit() override;
+    bool begin(const CString& path, CFile::Cause& cause);
+
+private:
+    bool beginNew();
+    bool beginInPlace(CFile::Cause& cause);
+    bool replace() const;
+    void close();
+
+    CString m_target;
+    CString m_temporary;
+    Turn m_turn;
+    HANDLE m_file = INVALID_HANDLE_VALUE;
+    bool m_exists = false;   // the old file
+    bool m_inPlace = false;  // it is written itself
+};
+
+bool WindowsReplacement::beginNew() {
+    m_file = openWhenFree(m_temporary, GENERIC_WRITE, 0, CREATE_NEW);
+    if (m_file == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS &&
+        DeleteFileW(wideUnits(m_temporary)))  // a killed program left it
+        m_file = openWhenFree(m_temporary, GENERIC_WRITE, 0, CREATE_NEW);
+    return m_file != INVALID_HANDLE_VALUE;
+}
+
+bool WindowsReplacement::beginInPlace(CFile::Cause& cause) {
+    m_inPlace = true;
+    m_file = openWhenFree(m_target, GENERIC_WRITE, FILE_SHARE_READ, m_exists ? OPEN_EXISTING : CREATE_NEW);
+    if (m_file != INVALID_HANDLE_VALUE)
+        return true;
+    cause = causeOf(GetLastError());
+    return false;
+}
+
+bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
+    m_target = path;
+    CString whole;
+    const DWORD length = GetFullPathNameW(wideUnits(path), 0, nullptr, nullptr);
+    std::wstring buffer(length + 1, L'\0');
+    if (length > 0 && GetFullPathNameW(wideUnits(path), length + 1, buffer.data(), nullptr) > 0)
+        whole = buffer.c_str();
+    whole.MakeLower();  // paths that differ in case name one file
+    if (!m_turn.take(CString(u"fieldscan-") + hashText(whole, 0))) {
+        cause = CFile::causeSharingViolation;
+        return false;
+    }
+    // Whoever may not write to the old file may not replace it either.
+    const HANDLE old = openWhenFree(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING);
+    m_exists = old != INVALID_HANDLE_VALUE;
+    const DWORD error = GetLastError();
+    if (!m_exists && error != ERROR_FILE_NOT_FOUND) {
+        cause = causeOf(error);
+        return false;
+    }
+    bool single = true;
+    if (m_exists) {
+        BY_HANDLE_FILE_INFORMATION status;
+        const bool plain = GetFileType(old) == FILE_TYPE_DISK && GetFileInformationByHandle(old, &status);
+        single = plain && status.nNumberOfLinks == 1 &&
+                 !(GetFileAttributesW(wideUnits(path)) & FILE_ATTRIBUTE_REPARSE_POINT);
+        CloseHandle(old);
+        if (!plain) {
+            cause = CFile::causeOther;
+            return false;
+        }
+    }
+    if (!single)
+        return beginInPlace(cause);
+    const int folder = std::max(path.ReverseFind('\\'), path.ReverseFind('/')) + 1;
+    m_temporary = path.Left(folder) + u".fieldscan-" + hashText(whole, whole.ReverseFind('\\') + 1);
+    if (beginNew())
+        return true;
+    const DWORD refusal = GetLastError();
+    cause = causeOf(refusal);
+    return mayWriteInPlace(refusal) && beginInPlace(cause);
+}
+
+// Rights and streams of the old file stay with ReplaceFileW, which some file systems lack.
+bool WindowsReplacement::replace() const {
+    for (int tries = 0;; ++tries) {
+        if (m_exists && ReplaceFileW(wideUnits(m_target), wideUnits(m_temporary), nullptr,
+                                     REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr))
+            return true;
+        if (m_exists && isHeld(GetLastError(), m_target) && waitForFile(tries))
+            continue;
+        if (MoveFileExW(wideUnits(m_temporary), wideUnits(m_target),
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            return true;
+        if (!isHeld(GetLastError(), m_target) || !waitForFile(tries))
+            return false;
+    }
+}
+
+void WindowsReplacement::close() {
+    if (m_file != INVALID_HANDLE_VALUE)
+        CloseHandle(m_file);
+    m_file = INVALID_HANDLE_VALUE;
+}
+
+bool WindowsReplacement::commit() {
+    bool done = (!m_inPlace || SetEndOfFile(m_file)) && FlushFileBuffers(m_file);
+    close();
+    if (!m_inPlace) {
+        done = done && replace();
+        if (done)
+            m_temporary.Empty();
+    }
+    m_exists = m_exists || done;
+    return done;
+}
+
+WindowsReplacement::~WindowsReplacement() {
+    if (m_inPlace && m_file != INVALID_HANDLE_VALUE && seekFile(fileOf(m_file), 0, false) > 0)
+        SetEndOfFile(m_file);  // a part of the new contents, but no mixture with the old ones
+    close();
+    if (!m_inPlace && !m_temporary.IsEmpty())
+        DeleteFileW(wideUnits(m_temporary));
+    if (m_inPlace && !m_exists)
+        DeleteFileW(wideUnits(m_target));
+}
+
+}  // namespace
+
+std::unique_ptr<Replacement> beginReplacement(const CString& path, CFile::Cause& cause) {
+    auto replacement = std::make_unique<WindowsReplacement>();
+    if (!replacement->begin(path, cause))
+        return nullptr;
+    return replacement;
+}
+
+}  // namespace system
+}  // namespace fieldscan
