@@ -190,11 +190,13 @@ void raceAdding(Races& races) {
                                    ScanFileAdd(path, point);
                            },
                            remove};
-    const Contender append = {"fopen, fprintf, fclose",
+    const Contender append = {"fopen, fprintf, fflush, fsync, fclose",
                               [&] {
                                   for (const Point& p : points) {
                                       std::FILE* opened = std::fopen(file.c_str(), "ab");
                                       writeLine(opened, p);
+                                      std::fflush(opened);
+                                      fsync(fileno(opened));
                                       std::fclose(opened);
                                   }
                               },

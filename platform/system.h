@@ -31,7 +31,7 @@ constexpr unsigned int kAppending = 0x10000;
 FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause);
 // Bytes read (0 at the end), -1 on failure.
 long long readFile(FileHandle file, void* buffer, std::size_t count);
-// The same from `offset` on; where the position is then depends on the system.
+// The same from `offset` on; the position stays.
 long long readFileAt(FileHandle file, void* buffer, std::size_t count, long long offset);
 // Bytes written, which may be fewer than asked for; -1 on failure.
 long long writeFile(FileHandle file, const void* buffer, std::size_t count);
@@ -42,9 +42,9 @@ long long fileLength(FileHandle file);
 bool cutFile(FileHandle file, long long length);  // leaves the first `length` bytes
 bool flushFile(FileHandle file);
 bool closeFile(FileHandle file);
-bool isFile(const CString& path);          // an existing file, not a folder
-void removeFile(const CString& path);      // does nothing when that fails
-void flushFolderOf(const CString& path);   // brings a new file's name to the medium, as far as the system lets
+bool isFile(const CString& path);         // an existing file, not a folder
+void removeFile(const CString& path);     // does nothing when that fails
+void flushFolderOf(const CString& path);  // brings a new file's name to the medium, as far as the system lets
 
 // Try number `tries` + 1 for a file that another writer holds: waits a little longer each time, up to 10 ms;
 // false after the hundredth, about a second after the first.

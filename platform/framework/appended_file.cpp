@@ -11,34 +11,33 @@ namespace {
 
 constexpr std::size_t kTailSize = 512;  // what is looked at first: longer than most lines
 
-// The last line of the file, from `start` on; without a line feed when it was cut off. False when the file
-// cannot be read; a line that is longer than a line may be begins somewhere in its middle.
-bool readLastLine(system::FileHandle file, long long length, std::string& line, long long& start) {
+// What stands after the last line feed of the file, from `start` on: nothing, unless a line was cut off.
+// False when the file cannot be read. What is longer than a line may be begins somewhere in its middle.
+bool readRest(system::FileHandle file, long long length, std::string& rest, long long& start) {
     for (std::size_t size = kTailSize;; size *= 8) {
         start = std::max(0LL, length - static_cast<long long>(size));
-        line.resize(static_cast<std::size_t>(length - start));
-        for (std::size_t done = 0; done < line.size();) {
-            const long long got = system::readFileAt(file, &line[done], line.size() - done,
+        rest.resize(static_cast<std::size_t>(length - start));
+        for (std::size_t done = 0; done < rest.size();) {
+            const long long got = system::readFileAt(file, &rest[done], rest.size() - done,
                                                      start + static_cast<long long>(done));
             if (got <= 0)
                 return false;
             done += static_cast<std::size_t>(got);
         }
-        const std::size_t feed = line.size() < 2 ? std::string::npos : line.rfind('\n', line.size() - 2);
+        const std::size_t feed = rest.rfind('\n');
         if (feed != std::string::npos) {
-            line.erase(0, feed + 1);
+            rest.erase(0, feed + 1);
             start += static_cast<long long>(feed) + 1;
             return true;
         }
-        if (start == 0 || line.back() == '\n' || line.size() > kLongestLine)
+        if (start == 0 || rest.size() > kLongestLine)
             return true;
     }
 }
 
 bool beginsWith(system::FileHandle file, std::string_view header) {
     std::string bytes(header.size(), '\0');
-    return system::readFileAt(file, bytes.data(), bytes.size(), 0) ==
-               static_cast<long long>(header.size()) &&
+    return system::readFileAt(file, bytes.data(), bytes.size(), 0) == static_cast<long long>(header.size()) &&
            bytes == header;
 }
 
@@ -51,15 +50,15 @@ bool AppendedFile::look(const LineKind& kind, bool readable) {
         text = kind.header;
     } else if (m_length > 0 && readable && kind.fields > 0) {
         const system::FileHandle file = handleOf(m_file);
-        std::string last;
+        std::string rest;
         long long start = 0;
-        if (!readLastLine(file, m_length, last, start))
+        if (!readRest(file, m_length, rest, start))
             return false;
-        if (start == 0 && last.size() < kind.header.size() && kind.header.substr(0, last.size()) == last) {
-            text = kind.header.substr(last.size());
-        } else if (last.back() != '\n') {
-            const bool other = last.size() > kLongestLine || !beginsWith(file, kind.header);
-            if (other || hasFields(last, kind.fields))
+        if (start == 0 && rest.size() < kind.header.size() && kind.header.substr(0, rest.size()) == rest) {
+            text = kind.header.substr(rest.size());
+        } else if (!rest.empty()) {
+            const bool other = rest.size() > kLongestLine || !beginsWith(file, kind.header);
+            if (other || hasFields(rest, kind.fields))
                 text = "\n";
             else if (system::cutFile(file, start))
                 m_length = start;
@@ -68,7 +67,7 @@ bool AppendedFile::look(const LineKind& kind, bool readable) {
         }
     }
     m_start = m_length + static_cast<long long>(text.size());
-    return m_length >= 0 && m_file.SeekToEnd() == 1;
+    return m_length >= 0;
 }
 
 bool AppendedFile::open(const CString& path, Existing existing, const LineKind& kind) {
@@ -82,7 +81,7 @@ bool AppendedFile::open(const CString& path, Existing existing, const LineKind& 
     }
     if (!m_file.IsOpen())
         return false;
-    m_length = m_file.GetLength();
+    m_length = system::seekFile(handleOf(m_file), 0, true);
     if (existing == Existing::emptied && m_length > 0) {
         if (!system::cutFile(handleOf(m_file), 0))
             return false;
@@ -97,14 +96,14 @@ void AppendedFile::takeBack(bool wholeLinesStay) {
     long long keep = m_length;
     const long long end = m_file.GetLength();
     if (wholeLinesStay && end > m_start) {
-        std::string last;
+        std::string rest;
         long long start = 0;
-        if (zeroIfOutOfMemory([&] { return readLastLine(file, end, last, start) ? 1 : 0; }))
-            keep = std::max(keep, last.back() == '\n' ? end : start);
+        if (zeroIfOutOfMemory([&] { return readRest(file, end, rest, start) ? 1 : 0; }))
+            keep = std::max(keep, start);
         if (keep <= m_start)
             keep = m_length;
     }
-    if (end > keep)
+    if (end > keep && keep >= 0)
         system::cutFile(file, keep);
     if (keep > m_length)
         m_file.Flush();

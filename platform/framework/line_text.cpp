@@ -47,7 +47,9 @@ bool hasFields(std::string_view line, int fields) {
     return !last.empty() && last != "-";
 }
 
-bool fitsLine(const CString& text) { return !hasUnit(text, [](unsigned short u) { return endsLine(u); }); }
+bool fitsLine(const CString& text) {
+    return !hasUnit(text, [](unsigned short u) { return endsLine(u); });
+}
 
 bool fitsField(const CString& text) {
     return !hasUnit(text, [](unsigned short u) { return u == ',' || endsLine(u); });

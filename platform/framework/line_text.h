@@ -27,8 +27,8 @@ bool readLine(CFile& file, std::string& line);
 // cuts it, until the next operation on the file.
 bool readLine(CFile& file, std::string& split, std::string_view& line);
 
-// Opens a text file for reading; in UTF-8 a byte order mark at its start, as spreadsheets write one, is passed
-// over.
+// Opens a text file for reading; in UTF-8 a byte order mark at its start, as spreadsheets write one, is
+// passed over.
 bool openText(CFile& file, const CString& path);
 // Passes over the mark when the position is at the start.
 void skipByteOrderMark(CFile& file);

@@ -2,6 +2,8 @@
 #ifndef FIELDSCAN_PLATFORM_POSIX_DESCRIPTORS_H
 #define FIELDSCAN_PLATFORM_POSIX_DESCRIPTORS_H
 
+#include <sys/stat.h>
+
 #include <cerrno>
 #include <string>
 
@@ -33,8 +35,8 @@ CFile::Cause causeOf(int error);
 // the end of the process gives it back. True also where the file system knows no locks.
 bool takeLock(int file);
 
-// Whether the descriptor is of the file that the path names.
-bool isNamed(int file, const std::string& path);
+// Whether the path names the file of this status.
+bool isNamed(const struct stat& status, const std::string& path);
 
 // Opens for writing, with the lock, the file that `path` names by then; flags are those of open, of which
 // O_TRUNC waits for the lock. -1 with `cause` set when it fails.

@@ -98,10 +98,10 @@ bool takeLock(int file) {
     return uninterrupted([&] { return ::flock(file, LOCK_EX | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
 }
 
-bool isNamed(int file, const std::string& path) {
-    struct stat open, named;
-    return ::fstat(file, &open) == 0 && ::stat(path.c_str(), &named) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino;
+bool isNamed(const struct stat& status, const std::string& path) {
+    struct stat named;
+    return ::stat(path.c_str(), &named) == 0 && status.st_dev == named.st_dev &&
+           status.st_ino == named.st_ino;
 }
 
 int openLocked(const std::string& path, int flags, CFile::Cause& cause) {
@@ -111,8 +111,8 @@ int openLocked(const std::string& path, int flags, CFile::Cause& cause) {
         if (file < 0 || !S_ISREG(status.st_mode))
             return file;
         // The file may have been replaced while another writer had it.
-        if (takeLock(file) && isNamed(file, path)) {
-            if (!(flags & O_TRUNC) || status.st_size == 0 || ::ftruncate(file, 0) == 0)
+        if (takeLock(file) && isNamed(status, path)) {
+            if (!(flags & O_TRUNC) || ::ftruncate(file, 0) == 0)
                 return file;
             cause = causeOf(errno);
             ::close(file);

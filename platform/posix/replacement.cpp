@@ -30,9 +30,9 @@ bool mayWriteInPlace(int error) {
         case EACCES:
         case EPERM:
         case EROFS:
-        case EBUSY:         // a mount point
-        case EXDEV:         // another one
-        case EISDIR:        // things of others under the name of the new file
+        case EBUSY:   // a mount point
+        case EXDEV:   // another one
+        case EISDIR:  // things of others under the name of the new file
         case ELOOP:
         case ENXIO:
         case ENAMETOOLONG:  // the path: the name itself is short
@@ -62,8 +62,8 @@ private:
     std::string m_target;
     std::string m_folder;
     std::string m_temporary;
-    int m_old = -1;  // locked, so that appenders wait and find the new file then; -1: there is none
-    int m_new = -1;  // locked until it has its place; -1: the old one is written
+    int m_old = -1;       // locked, so that appenders wait and find the new file then; -1: there is none
+    int m_new = -1;       // locked until it has its place; -1: the old one is written
     bool m_made = false;  // the old one, to be written in place
     bool m_done = false;  // what is left is not to be taken away
 };
@@ -82,7 +82,8 @@ int PosixReplacement::makeNew(mode_t mode) {
                 return -1;
         }
         if (file >= 0) {
-            if (takeLock(file) && isNamed(file, m_temporary)) {
+            struct stat status;
+            if (takeLock(file) && ::fstat(file, &status) == 0 && isNamed(status, m_temporary)) {
                 if (made)
                     return file;
                 // Nobody writes it: a killed program left it.
@@ -108,7 +109,8 @@ bool PosixReplacement::giveRights(const struct stat& old) const {
     struct stat own;
     if (::fstat(m_new, &own) != 0)
         return false;
-    if ((own.st_uid != old.st_uid || own.st_gid != old.st_gid) && ::fchown(m_new, old.st_uid, old.st_gid) != 0)
+    if ((own.st_uid != old.st_uid || own.st_gid != old.st_gid) &&
+        ::fchown(m_new, old.st_uid, old.st_gid) != 0)
         return false;
     return own.st_mode == old.st_mode || ::fchmod(m_new, old.st_mode & 07777) == 0;
 }

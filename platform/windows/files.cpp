@@ -1,5 +1,5 @@
-// Files through the Windows calls. A file that is open for writing may only be opened to be read, and one that
-// is open to be read may be replaced: its reader goes on with the old contents.
+// Files through the Windows calls. A file that is open for writing may only be opened to be read, and one
+// that is open to be read may be replaced: its reader goes on with the old contents.
 #include <algorithm>
 
 #include "platform/system.h"
@@ -65,8 +65,8 @@ bool isHeld(DWORD error, const CString& path) {
 
 HANDLE openWhenFree(const CString& path, DWORD access, DWORD share, DWORD disposition) {
     for (int tries = 0;; ++tries) {
-        const HANDLE handle = CreateFileW(wideUnits(path), access, share, nullptr, disposition,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        const HANDLE handle =
+            CreateFileW(wideUnits(path), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle != INVALID_HANDLE_VALUE)
             return handle;
         const DWORD error = GetLastError();
@@ -109,9 +109,14 @@ long long readFile(FileHandle file, void* buffer, std::size_t count) {
 }
 
 long long readFileAt(FileHandle file, void* buffer, std::size_t count, long long offset) {
-    LARGE_INTEGER distance;
-    distance.QuadPart = offset;
-    return SetFilePointerEx(handleOf(file), distance, nullptr, FILE_BEGIN) ? readFile(file, buffer, count) : -1;
+    const LARGE_INTEGER none = {};
+    LARGE_INTEGER there, back;
+    there.QuadPart = offset;
+    if (!SetFilePointerEx(handleOf(file), none, &back, FILE_CURRENT) ||
+        !SetFilePointerEx(handleOf(file), there, nullptr, FILE_BEGIN))
+        return -1;
+    const long long got = readFile(file, buffer, count);
+    return SetFilePointerEx(handleOf(file), back, nullptr, FILE_BEGIN) ? got : -1;
 }
 
 long long writeFile(FileHandle file, const void* buffer, std::size_t count) {

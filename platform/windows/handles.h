@@ -12,8 +12,8 @@ HANDLE handleOf(FileHandle file);
 FileHandle fileOf(HANDLE handle);
 CFile::Cause causeOf(DWORD error);
 
-// Whether the call for `path` failed since another program has the file, which may be over in a moment. Access
-// is denied too while a file is being replaced; for a folder or a protected file it stays denied.
+// Whether the call for `path` failed since another program has the file, which may be over in a moment.
+// Access is denied too while a file is being replaced; for a folder or a protected file it stays denied.
 bool isHeld(DWORD error, const CString& path);
 
 // CreateFileW, again and again for about a second where another program has the file.

@@ -1,5 +1,5 @@
-// Every file operation with every fault of the medium: what gives 1 has done all of it, what gives 0 keeps what
-// was there.
+// Every file operation with every fault of the medium: what gives 1 has done all of it, what gives 0 keeps
+// what was there.
 #include <fieldscan/helmert.h>
 #include <fieldscan/key_sort.h>
 #include <fieldscan/least_squares.h>
@@ -31,8 +31,8 @@ TEST_F(Faults, LoseNothing) {
                     if (!hasHappened)
                         break;
                     happened.insert(fault);
-                    const std::string what = std::string(operation.name) + ", fault " + std::to_string(fault) +
-                                             ", call " + std::to_string(call) +
+                    const std::string what = std::string(operation.name) + ", fault " +
+                                             std::to_string(fault) + ", call " + std::to_string(call) +
                                              (present ? "" : ", no file before");
                     EXPECT_TRUE(tidy()) << what;
                     const bool done = result == 1 && operation.kind != reads;
@@ -62,8 +62,7 @@ TEST_F(Faults, FoldersAreFlushed) {
             prepare(operation, present);
             faults::arm(faults::none, 0);
             if (operation.kind != reads && operation.run() == 1) {
-                EXPECT_EQ(faults::folderFlushes(), operation.kind == rewrites || !present)
-                    << operation.name;
+                EXPECT_EQ(faults::folderFlushes(), operation.kind == rewrites || !present) << operation.name;
             }
         }
     }

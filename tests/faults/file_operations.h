@@ -68,7 +68,8 @@ protected:
         const std::string after = get("file");
         if (after == before && exists("file") == present)
             return true;
-        const bool wholeLines = after == wanted.substr(0, after.size()) && (after.empty() || after.back() == '\n');
+        const bool wholeLines =
+            after == wanted.substr(0, after.size()) && (after.empty() || after.back() == '\n');
         return wholeLines && ((operation.kind == overwrites && (present || !after.empty())) ||
                               (operation.kind == appendsMany && after.size() > before.size()));
     }

@@ -94,7 +94,8 @@ TEST_F(Kill, LeavesTheOldRecordOrTheNewOne) {
         CScanArea read;
         ASSERT_EQ(read.Read(path("area")), 1);
         ASSERT_EQ(read.imageNames.GetSize(), records[read.columnCount].imageNames.GetSize()) << round;
-        ASSERT_LE(std::distance(std::filesystem::directory_iterator(folder), {}), 2) << "one file left at most";
+        ASSERT_LE(std::distance(std::filesystem::directory_iterator(folder), {}), 2)
+            << "one file left at most";
     }
     ASSERT_EQ(records[0].Write(path("area")), 1);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1) << "and taken away";

@@ -60,7 +60,8 @@ TEST_F(Places, FolderWithoutRights) {
     }
 }
 
-// The owner cannot be given to a new file, so the old one is written; in a sticky folder it may not go either.
+// The owner cannot be given to a new file, so the old one is written; in a sticky folder it may not go
+// either.
 TEST_F(Places, FilesOfOthers) {
     for (const int folderRights : {0777, 01777}) {
         fs::permissions(folder, static_cast<fs::perms>(folderRights));
@@ -191,7 +192,8 @@ TEST_F(Media, ThatAreFull) {
         put("rest", std::string(65536, 'x'));
         const int result = operation.run();
         const std::string after = get("file");
-        EXPECT_EQ(result, operation.kind == appends) << operation.name << ": a line fits into the page of the old";
+        EXPECT_EQ(result, operation.kind == appends)
+            << operation.name << ": a line fits into the page of the old";
         EXPECT_TRUE(operation.kind != rewrites || after == old) << operation.name;
         EXPECT_TRUE(after.empty() || after.back() == '\n') << operation.name;
         fs::remove(folder / "rest");

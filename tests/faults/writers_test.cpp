@@ -1,5 +1,5 @@
-// Several writers of one file at once, in processes and in threads. FIELDSCAN_TEST_CALLS sets how many calls each
-// of two processes makes.
+// Several writers of one file at once, in processes and in threads. FIELDSCAN_TEST_CALLS sets how many calls
+// each of two processes makes.
 #include <fieldscan/message.h>
 #include <fieldscan/point_files.h>
 #include <fieldscan/scan_area.h>
@@ -46,8 +46,7 @@ protected:
         points[0] = point;
     }
     std::vector<Writer> writers() {
-        const std::string plain = "P1,1.000000,2.000000,3.000000",
-                          header = "FIELD_SCAN_MPT_FILEVER1.0\r\n",
+        const std::string plain = "P1,1.000000,2.000000,3.000000", header = "FIELD_SCAN_MPT_FILEVER1.0\r\n",
                           versioned = plain + ",,0,,0.0000,0.0000\n";
         return {{"ScanFileAdd", "", plain + "\n", [&] { return ScanFileAdd(file, point); }},
                 {"WriteCSVFile", "", plain + "\n", [&] { return WriteCSVFile(&file, points, 1); }},

@@ -1,5 +1,5 @@
-// The system calls of files, of which one can be made to fail: the linker puts __wrap_NAME in the place of NAME
-// wherever the library calls it, and __real_NAME is the system's (tests/CMakeLists.txt names them).
+// The system calls of files, of which one can be made to fail: the linker puts __wrap_NAME in the place of
+// NAME wherever the library calls it, and __real_NAME is the system's (tests/CMakeLists.txt names them).
 #include "tests/platform/faulty_files.h"
 
 #include <fcntl.h>

@@ -28,8 +28,8 @@ enum Fault {
 // Call number `call` of that kind, counted from here, fails.
 void arm(Fault fault, int call);
 bool hasHappened();
-int openCount();      // files that are open now
-int folderFlushes();  // since the last arm
+int openCount();                // files that are open now
+int folderFlushes();            // since the last arm
 const std::string& lastMade();  // path of the last file that had to be a new one
 
 }  // namespace faults

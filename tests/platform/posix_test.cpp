@@ -64,7 +64,8 @@ TEST_F(Posix, ReadsTheRegistryFile) {
     const std::string text =
         "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\System\\Other]\r\n\"Folder\"=\"wrong\"\r\n"
         "[hkey_local_machine\\SYSTEM\\Profiles]\r\n; \"Folder\"=\"comment\"\r\n\"Size\"=dword:00000001\r\n"
-        "\"Folder\"=\"earlier\"\r\n\"folder\"=\"Card \\\\ \\\"1\\\"\"\n\"Open\"=\"never closed\r\n\"Trailing\"=\"x\\";
+        "\"Folder\"=\"earlier\"\r\n\"folder\"=\"Card \\\\ \\\"1\\\"\"\n\"Open\"=\"never "
+        "closed\r\n\"Trailing\"=\"x\\";
     CString value;
     const auto lookUp = [&](const char16_t* name) {
         value = u"untouched";

@@ -75,8 +75,8 @@ public:
     long long GetPosition() const;  // -1 when it cannot be told
     long long GetLength() const;    // in bytes, -1 when it cannot be told
 
-    // What was written is on the medium, not only with the system, when this returns 1. After a 0 a second call
-    // says nothing: the system may have dropped what it could not write.
+    // What was written is on the medium, not only with the system, when this returns 1. After a 0 a second
+    // call says nothing: the system may have dropped what it could not write.
     int Flush();
     // 0 when the system reports that something written before was lost; the file is closed all the same.
     int Close();
