@@ -22,8 +22,9 @@ public:
     // ---- Camera file: docs/file_formats.md ----
 
     // Makes the file or replaces it as a whole: a failure keeps the old one. Six decimals are kept, of the
-    // distortion parameters seven digits; title and distortion table are not written. Returns 1; 0 when the
-    // file cannot be opened, has no name, or writing or closing fails.
+    // distortion parameters seven digits; title and distortion table are not written. Returns 1; 0 when a
+    // mark's name holds a line end or a NUL or the path has no file name (nothing is touched then), the file
+    // cannot be opened, another writer keeps it, or writing fails.
     int Write(CString path) const;
 
     // Init, then what the file holds: each value from the start of its line, what follows is a comment. A

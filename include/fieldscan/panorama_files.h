@@ -9,8 +9,8 @@
 // before horizontal. All functions return 1 for success and 0 for failure; nothing is shown and nothing is
 // thrown. A null path counts as an empty one, which fails.
 //
-// Writers make or replace the file, with six decimals. They return 0 when it cannot be opened, and also when
-// writing or closing fails; the file may then hold a part.
+// Writers make the file or replace it as a whole, with six decimals (Replacing in docs/reliability.md). They
+// return 0, and the file is as it was, when it cannot be opened, another writer keeps it, or writing fails.
 //
 // Readers return 0 when the file cannot be opened, when its first line, trimmed at both ends, is not exactly
 // the version line, when a value line is missing, blank (ideographic blanks too) or begins with a NUL, or

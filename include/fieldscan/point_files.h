@@ -11,6 +11,9 @@
 // Text files of lines in the ANSI code page, each ended by a line feed. All functions return 1 for success
 // and 0 for failure; nothing is shown and nothing is thrown. A null path counts as an empty one, which fails.
 //
+// Readers pass over a byte order mark where the code page is UTF-8, as spreadsheets write one. They refuse
+// devices that are not files: one without end would fill the memory.
+//
 // Readers empty the list first. A missing file fails when mustExist is 1; otherwise it is made, empty, and
 // read. Names may have any length, lines up to 16 MiB; blanks at both ends of a field go. A number is read as
 // atof reads it: what is none is 0. Blanks are those of ASCII and the ideographic one.
@@ -19,12 +22,18 @@
 // return 0.
 
 // "name,x,y,z" lines. Each line gives a point, from its first four fields; missing ones count as empty, those
-// beyond do not count. An empty line ends the file. Returns 0 when the file cannot be made or opened.
+// beyond do not count. An empty line ends the file. A last line without line feed and with fewer than four
+// fields, or with nothing in the fourth, was cut off while it was written: it is left out. Returns 0 when the
+// file cannot be made or opened.
 FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
-// Six decimals. append 1 adds to a file that must exist, any other value makes it or replaces it as a whole:
-// a failure keeps the old one. Returns 0 also when writing or closing fails; what was added may then be there
-// in part.
+// Six decimals; a coordinate that is no number is written as printf writes it ("nan", "inf") and comes back
+// so. append 1 adds to a file that must exist, as ScanFileAdd does (scan_result_files.h). Any other value
+// makes the file or replaces it as a whole: see Replacing in docs/reliability.md.
+//
+// Returns 0, and the file is not touched, when a name holds a comma, a line end or a NUL, which would come
+// back as something else. Returns 0 also when the file cannot be opened, when another writer keeps it for
+// more than about a second, and when writing fails; a file that was to be replaced is then as it was.
 FIELDSCAN_API int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append);
 
 // As ReadCSVFile, but a line ends at a carriage return too and empty lines are skipped.
@@ -39,8 +48,9 @@ FIELDSCAN_API int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, in
 FIELDSCAN_API int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points,
                               int mustExist);
 
-// Ten decimals; makes the file or replaces it as a whole: a failure keeps the old one. Returns 0 also when
-// writing or closing fails.
+// Ten decimals; makes the file or replaces it as a whole, as WriteCSVFile does. Returns 0, and the file is
+// not touched, when the image name or a point name holds a line end or a NUL; 0 also when the file cannot be
+// opened, another writer keeps it, or writing fails.
 FIELDSCAN_API int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points);
 
 // The name of the file without folder and extension, as CRTCard::GetFileTitle gives it, with its result.

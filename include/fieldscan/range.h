@@ -42,7 +42,7 @@ public:
     // Makes the file or replaces it as a whole: a failure keeps the old one. Ten decimals of the unit;
     // corners that the application has set the wrong way round are written and not read again. CCalcXYZHV
     // gives the feet. Returns 1; 0 when the axes or the unit are none of the above (the file is then
-    // untouched), when the file cannot be opened, or when writing or closing fails.
+    // untouched), when the file cannot be opened, another writer keeps it, or writing fails.
     int Write(CString path, RANGE_AXES axes, RANGE_UNIT unit) const;
 
     // Reads a file whatever its axes and unit. Returns 1; 0, and the range empty, when the file cannot be

@@ -132,7 +132,8 @@ public:
 
     // Makes the file or replaces it as a whole: a failure keeps the old one. Six decimals of a degree are
     // kept, phi is not. One line per image name, with the direction of the same index (0, 0 where there is
-    // none). Returns 1; 0 when the path is empty, the file cannot be opened, or writing or closing fails.
+    // none). Returns 1; 0 when an image name holds a line end or a NUL (the file is then untouched), the path
+    // is empty, the file cannot be opened, another writer keeps it, or writing fails.
     int Write(CString path) const;
     // Init, then what the file holds. The shots are read to the end of the file, whatever the counts say; a
     // line that does not begin with two numbers is passed over; an image name ends at its first blank.

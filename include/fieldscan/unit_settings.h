@@ -24,7 +24,8 @@ public:
     int Read(CString path);
 
     // Makes the file or replaces it as a whole: a failure keeps the old one. Always in version 1.1, whatever
-    // `version` holds. Returns 1; 0 when the file cannot be opened, or writing or closing fails.
+    // `version` holds. Returns 1; 0 when the file cannot be opened, another writer keeps it, or writing
+    // fails.
     int Write(CString path) const;
 
     CString version;  // of the file read
