@@ -112,9 +112,7 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
         }
         return file.HasReadFailed() ? 0 : 1;
     });
-    // Where memory ran out the lists may differ by the last point.
+    // Where memory ran out the last point may lack what goes along with it.
     points.SetSize(second.GetSize());
-    texts.SetSize(second.GetSize());
-    first.SetSize(second.GetSize());
     return result;
 }

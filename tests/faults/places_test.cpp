@@ -127,6 +127,18 @@ TEST_F(Places, LinksStayAndLeadToTheNewContents) {
     EXPECT_EQ(get("target"), written);
 }
 
+// Where the old file itself is written, a failure leaves a part of the new one and no mixture.
+TEST_F(Places, AFileWrittenInPlaceIsNoMixture) {
+    ASSERT_EQ(WriteCSVFile(&file, points, 0), 1);
+    wanted = get("file");
+    put("file", std::string(wanted.size() + 100, 'o'));
+    fs::create_hard_link(folder / "file", folder / "other name");
+    faults::arm(faults::write, 2);
+    EXPECT_EQ(WriteCSVFile(&file, points, 0), 0);
+    EXPECT_FALSE(get("file").empty());
+    EXPECT_EQ(get("file"), wanted.substr(0, get("file").size()));
+}
+
 // What stands under the name of the new file is written to or taken away only where a killed program left it.
 TEST_F(Places, TheNewFileIsNobodyElses) {
     CTSUnit units;

@@ -17,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "tests/platform/faulty_files.h"
 #include "tests/temp_folder.h"
 
 namespace fs = std::filesystem;
@@ -166,17 +167,12 @@ TEST_F(Writers, ThatReplaceShowNoMixture) {
     RecordProperty("read", reads);
 }
 
-// An appender that has opened the old file finds the new one.
-TEST_F(Writers, WhoWaitedFindTheNewFile) {
+// An appender that has opened the old file, and has not yet got it for itself, finds the new one.
+TEST_F(Writers, WhoOpenedTheOldFileFindTheNewOne) {
     put("file", "old\n");
     put("new", "new\n");
-    CFile held;
-    ASSERT_EQ(held.Open(file, CFile::modeWrite), 1);
-    std::thread appender([&] { EXPECT_EQ(ScanFileAdd(file, point), 1); });
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    fs::rename(folder / "new", folder / "file");
-    held.Close();
-    appender.join();
+    fieldscan::faults::atNextLock([&] { fs::rename(folder / "new", folder / "file"); });
+    EXPECT_EQ(ScanFileAdd(file, point), 1);
     EXPECT_EQ(get("file"), "new\nP1,1.000000,2.000000,3.000000\n");
 }
 

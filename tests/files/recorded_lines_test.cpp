@@ -37,7 +37,8 @@ protected:
 const std::string kVersion = "FIELD_SCAN_MPT_FILEVER1.0\r\n", kPlain = "N,1.000000,2.000000,3.000000\n",
                   kVersioned = "N,1.000000,2.000000,3.000000,,0,,0.0000,0.0000\n";
 
-// A last line without line feed is a point when it has its fields, else what a writer left that never finished.
+// A last line without line feed is a point when it has its fields, else what a writer left that never
+// finished.
 TEST_F(RecordedLines, AppendingKeepsPointsAndCutsTheirRests) {
     const std::string whole = "A,1,2,3\n";
     const std::pair<std::string, std::string> rows[] = {
@@ -165,7 +166,8 @@ TEST_F(RecordedLines, AByteOrderMarkIsPassedOver) {
         {"A,1,2,3\n", [&] { return ReadOccInfoFile(&file, points, 1) && points[0].name == u"A"; }},
         {"i\n1 2\n0\n", [&] { return ReadImcFile(&file, &name, size, points, 1) && name == u"i"; }},
         {kVersion + "A,1,2,3,c,4,t,5,6\n", [&] { return readVersioned() && points.GetSize() == 1; }},
-        {"1\n2\n3\n0\n0\n4\n5\n0\n", [&] {
+        {"1\n2\n3\n0\n0\n4\n5\n0\n",
+         [&] {
              CCamera camera;
              return camera.Read(file) && camera.focal == 1.0;
          }},

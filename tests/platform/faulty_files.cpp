@@ -10,6 +10,7 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace fieldscan {
 namespace faults {
@@ -22,6 +23,7 @@ bool happened = false;
 int openFiles = 0;
 int folders = 0;
 std::string made;
+std::function<void()> beforeLock;
 
 bool happens(Fault fault) {
     if (fault != armed || --callsLeft != 0)
@@ -47,6 +49,7 @@ void arm(Fault fault, int call) {
 }
 
 bool hasHappened() { return happened; }
+void atNextLock(std::function<void()> action) { beforeLock = std::move(action); }
 int openCount() { return openFiles; }
 int folderFlushes() { return folders; }
 const std::string& lastMade() { return made; }
@@ -67,6 +70,7 @@ ssize_t __real_write(int file, const void* buffer, Size count);
 int __real_fsync(int file);
 int __real_close(int file);
 int __real_renameat2(int from, const char* path, int to, const char* target, unsigned int flags);
+int __real_flock(int file, int operation);
 int __real_fchown(int file, uid_t owner, gid_t group);
 int __real_ftruncate64(int file, off64_t length);
 
@@ -120,6 +124,12 @@ int __wrap_renameat2(int from, const char* path, int to, const char* target, uns
     if (fails(replace, EIO) || fails(replaceDenied, EBUSY))
         return -1;
     return __real_renameat2(from, path, to, target, flags);
+}
+
+int __wrap_flock(int file, int operation) {
+    if (const auto action = std::exchange(beforeLock, nullptr))
+        action();
+    return __real_flock(file, operation);
 }
 
 int __wrap_fchown(int file, uid_t owner, gid_t group) {

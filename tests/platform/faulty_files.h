@@ -2,6 +2,7 @@
 #ifndef FIELDSCAN_TESTS_PLATFORM_FAULTY_FILES_H
 #define FIELDSCAN_TESTS_PLATFORM_FAULTY_FILES_H
 
+#include <functional>
 #include <string>
 
 namespace fieldscan {
@@ -28,6 +29,8 @@ enum Fault {
 // Call number `call` of that kind, counted from here, fails.
 void arm(Fault fault, int call);
 bool hasHappened();
+// What happens just before the next lock is taken.
+void atNextLock(std::function<void()> action);
 int openCount();                // files that are open now
 int folderFlushes();            // since the last arm
 const std::string& lastMade();  // path of the last file that had to be a new one
