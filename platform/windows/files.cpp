@@ -1,6 +1,8 @@
 // Files through the Windows calls. A file that is open for writing may only be opened to be read, and one
 // that is open to be read may be replaced: its reader goes on with the old contents.
 #include <algorithm>
+#include <cstdint>
+#include <cwchar>
 
 #include "platform/system.h"
 #include "platform/windows/handles.h"
@@ -55,10 +57,28 @@ CFile::Cause causeOf(DWORD error) {
     }
 }
 
+CString hashText(const CString& text) {
+    std::uint64_t hash = 14695981039346656037U;  // 64-bit FNV-1a
+    for (int i = 0; i < text.GetLength(); ++i)
+        hash = (hash ^ text[i]) * 1099511628211U;
+    wchar_t digits[20];
+    std::swprintf(digits, 20, L"%016llx", static_cast<unsigned long long>(hash));
+    return CString(digits);
+}
+
+CString temporaryFor(const CString& path) {
+    const int folder = std::max(path.ReverseFind('\\'), path.ReverseFind('/')) + 1;
+    CString name = path.Mid(folder);
+    name.MakeLower();  // names that differ in case are one file's
+    return path.Left(folder) + u".fieldscan-" + hashText(name);
+}
+
 bool isHeld(DWORD error, const CString& path) {
     if (error == ERROR_SHARING_VIOLATION || error == ERROR_LOCK_VIOLATION)
         return true;
     const DWORD attributes = GetFileAttributesW(wideUnits(path));
+    if (error == ERROR_FILE_NOT_FOUND)
+        return attributes != INVALID_FILE_ATTRIBUTES || isFile(temporaryFor(path));
     return error == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
            !(attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY));
 }
@@ -80,8 +100,10 @@ HANDLE openWhenFree(const CString& path, DWORD access, DWORD share, DWORD dispos
 FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
     const DWORD access = accessOf(mode);
     const DWORD share = access & GENERIC_WRITE ? FILE_SHARE_READ : FILE_SHARE_READ | FILE_SHARE_DELETE;
-    const HANDLE handle =
-        openWhenFree(path, access, share, mode & CFile::modeCreate ? OPEN_ALWAYS : OPEN_EXISTING);
+    HANDLE handle = openWhenFree(path, access, share, OPEN_EXISTING);
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND &&
+        (mode & CFile::modeCreate))
+        handle = openWhenFree(path, access, share, OPEN_ALWAYS);
     if (handle == INVALID_HANDLE_VALUE) {
         cause = causeOf(GetLastError());
         return kNoFile;

@@ -12,8 +12,13 @@ HANDLE handleOf(FileHandle file);
 FileHandle fileOf(HANDLE handle);
 CFile::Cause causeOf(DWORD error);
 
-// Whether the call for `path` failed since another program has the file, which may be over in a moment.
-// Access is denied too while a file is being replaced; for a folder or a protected file it stays denied.
+// The new file that is to replace `path`, in its folder; as short for a long name as for a short one.
+CString temporaryFor(const CString& path);
+CString hashText(const CString& text);  // 16 digits
+
+// Whether the call for `path` failed since another program has the file, or replaces it, which may be over in
+// a moment. Access is denied too while a file is being replaced; for a folder or a protected file it stays
+// denied. Between its old contents and its new ones a file has no name.
 bool isHeld(DWORD error, const CString& path);
 
 // CreateFileW, again and again for about a second where another program has the file.

@@ -1,7 +1,4 @@
 // Whole files that are replaced, through the Windows calls.
-#include <algorithm>
-#include <cstdint>
-#include <cwchar>
 #include <string>
 
 #include "platform/windows/handles.h"
@@ -10,16 +7,6 @@ namespace fieldscan {
 namespace system {
 
 namespace {
-
-// 64-bit FNV-1a of the path from unit `from` on, as text.
-CString hashText(const CString& path, int from) {
-    std::uint64_t hash = 14695981039346656037U;
-    for (int i = from; i < path.GetLength(); ++i)
-        hash = (hash ^ path[i]) * 1099511628211U;
-    wchar_t text[20];
-    std::swprintf(text, 20, L"%016llx", static_cast<unsigned long long>(hash));
-    return CString(text);
-}
 
 bool mayWriteInPlace(DWORD error) {
     return error == ERROR_ACCESS_DENIED || error == ERROR_FILENAME_EXCED_RANGE ||
@@ -49,6 +36,26 @@ public:
 private:
     HANDLE m_mutex = nullptr;
 };
+
+// Whoever may not write to the old file may not replace it either. One that is being read cannot be opened to
+// be written, but can be replaced; one that is being written, neither.
+HANDLE openOld(const CString& path) {
+    for (int tries = 0;; ++tries) {
+        HANDLE old = CreateFileW(wideUnits(path), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr);
+        const DWORD error = GetLastError();
+        if (old == INVALID_HANDLE_VALUE && error == ERROR_SHARING_VIOLATION)
+            old = CreateFileW(wideUnits(path), DELETE | FILE_READ_ATTRIBUTES,
+                              FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (old != INVALID_HANDLE_VALUE)
+            return old;
+        const bool again = isHeld(error, path) && waitForFile(tries);
+        SetLastError(error);
+        if (!again)
+            return old;
+    }
+}
 
 class WindowsReplacement : public Replacement {
 public:
@@ -96,12 +103,11 @@ bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     if (length > 0 && GetFullPathNameW(wideUnits(path), length + 1, buffer.data(), nullptr) > 0)
         whole = buffer.c_str();
     whole.MakeLower();  // paths that differ in case name one file
-    if (!m_turn.take(CString(u"fieldscan-") + hashText(whole, 0))) {
+    if (!m_turn.take(CString(u"fieldscan-") + hashText(whole))) {
         cause = CFile::causeSharingViolation;
         return false;
     }
-    // Whoever may not write to the old file may not replace it either.
-    const HANDLE old = openWhenFree(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING);
+    const HANDLE old = openOld(path);
     m_exists = old != INVALID_HANDLE_VALUE;
     const DWORD error = GetLastError();
     if (!m_exists && error != ERROR_FILE_NOT_FOUND) {
@@ -122,8 +128,7 @@ bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     }
     if (!single)
         return beginInPlace(cause);
-    const int folder = std::max(path.ReverseFind('\\'), path.ReverseFind('/')) + 1;
-    m_temporary = path.Left(folder) + u".fieldscan-" + hashText(whole, whole.ReverseFind('\\') + 1);
+    m_temporary = temporaryFor(path);
     if (beginNew())
         return true;
     const DWORD refusal = GetLastError();

@@ -1,11 +1,16 @@
 // What only Windows has: its own registry and code page, files that other programs hold.
 #include <fieldscan/framework/file.h>
+#include <fieldscan/scan_result_files.h>
+#include <fieldscan/unit_settings.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <ctime>
 #include <string>
+#include <thread>
 #include <tuple>
+#include <vector>
 
 #include "platform/system.h"
 #include "tests/temp_folder.h"
@@ -52,6 +57,52 @@ TEST_F(Windows, FilesThatOthersHold) {
     EXPECT_EQ(first.Open(path("file"), write) + second.Open(path("file"), write), 1) << "being written";
     first.Close();
     EXPECT_EQ(get("file"), "kept");
+}
+
+TEST_F(Windows, WritersOfOneFileLoseNothing) {
+    const CString file = path("file");
+    std::atomic<int> good{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&] {
+            for (int k = 0; k < 50; ++k)
+                good += ScanFileAdd(file, CXYZ(u"P", 1, 2, 3));
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_GT(good, 200);
+    std::string lines;
+    for (int i = 0; i < good; ++i)
+        lines += "P,1.000000,2.000000,3.000000\n";
+    EXPECT_EQ(get("file"), lines);
+}
+
+// A reader goes on with the contents that it opened.
+TEST_F(Windows, ReplacesAFileThatIsBeingRead) {
+    put("file", "old");
+    put(".fieldscan-a user's", "kept");
+    CFile reader;
+    ASSERT_EQ(reader.Open(path("file"), CFile::modeRead), 1);
+    EXPECT_EQ(CTSUnit().Write(path("file")), 1);
+    char bytes[4] = {};
+    EXPECT_EQ(reader.Read(bytes, 3), 3u);
+    EXPECT_STREQ(bytes, "old");
+    reader.Close();
+    EXPECT_EQ(get("file").substr(0, 10), "FIELD_SCAN");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 2);
+    CTSUnit unit;
+    std::vector<std::thread> writers;
+    std::atomic<int> good{0};
+    for (int i = 0; i < 2; ++i)
+        writers.emplace_back([&] {
+            for (int k = 0; k < 50; ++k)
+                good += CTSUnit().Write(path("file"));
+        });
+    for (int k = 0; k < 50; ++k)
+        EXPECT_EQ(unit.Read(path("file")), 1) << k;
+    for (std::thread& writer : writers)
+        writer.join();
+    EXPECT_GT(good, 50);
 }
 
 TEST_F(Windows, FilesThatAreProtectedHiddenOrDevices) {
