@@ -41,6 +41,8 @@ const std::string kVersion = "FIELD_SCAN_MPT_FILEVER1.0\r\n", kPlain = "N,1.0000
 // finished.
 TEST_F(RecordedLines, AppendingKeepsPointsAndCutsTheirRests) {
     const std::string whole = "A,1,2,3\n";
+    std::string tooLong;
+    tooLong.resize(20000000, 'B');
     const std::pair<std::string, std::string> rows[] = {
         {"", ""},
         {whole, whole},
@@ -53,7 +55,7 @@ TEST_F(RecordedLines, AppendingKeepsPointsAndCutsTheirRests) {
         {"B,4", ""},
         {whole + std::string(3000, 'B') + ",4", whole},
         {whole + std::string(3000, 'B') + ",4,5,6", whole + std::string(3000, 'B') + ",4,5,6\n"},
-        {std::string(20000000, 'B'), std::string(20000000, 'B') + "\n"}};
+        {tooLong, tooLong + "\n"}};
     for (const auto& [before, kept] : rows) {
         put("file", before);
         EXPECT_EQ(ScanFileAdd(file, points[0]), 1);

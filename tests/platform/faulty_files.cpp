@@ -61,6 +61,7 @@ bool memoryEnds() { return happens(memory); }
 using namespace fieldscan::faults;
 using Size = std::size_t;
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the linker's
 extern "C" {
 
 int __real_open64(const char* path, int flags, ...);
@@ -141,6 +142,7 @@ int __wrap_ftruncate64(int file, off64_t length) {
 }
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 void* operator new(std::size_t size) {
     void* const storage = memoryEnds() ? nullptr : std::malloc(size);
