@@ -60,7 +60,7 @@ TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
         return std::uniform_real_distribution<double>(a, b)(random);
     };
     for (int round = 0; round < 5000; ++round) {
-        const std::size_t n = 4 + random() % 197;
+        const auto n = static_cast<std::size_t>(4 + random() % 197);
         const bool whole = round % 2 != 0;  // whole degrees, as an operator types them
         const double h = whole ? std::floor(between(0, 360)) : between(0, 360), v = between(-40, 40);
         std::vector<std::pair<double, double>> places;
@@ -80,7 +80,7 @@ TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
         if (round % 3 == 0)
             area.CalHVPolyline2();  // through radians
         for (int point = 0; point < 8; ++point) {
-            const auto& p = places[random() % n];
+            const auto& p = places[static_cast<std::size_t>(random() % n)];
             const auto& q = places[(static_cast<std::size_t>(&p - places.data()) + 1) % n];
             const double along = between(0, 1);
             const bool inside = point % 4 != 0;
