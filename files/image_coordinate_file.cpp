@@ -81,7 +81,7 @@ int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CX
     if (!path || !imageName || !fitsLine(*imageName))
         return 0;
     for (int i = 0; i < points.GetSize(); ++i)
-        if (!fitsLine(points[i].name))
+        if (!fitsWord(points[i].name))
             return 0;
     return writeNewFile(*path, [&](LineWriter& lines) {
         lines.append(*imageName);

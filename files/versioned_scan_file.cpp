@@ -114,5 +114,7 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
     });
     // Where memory ran out the last point may lack what goes along with it.
     points.SetSize(second.GetSize());
+    texts.SetSize(second.GetSize());
+    first.SetSize(second.GetSize());
     return result;
 }

@@ -23,9 +23,9 @@ bool namesFile(const CString& path) {
     return EditFileName(path, fileTitle) == 1;
 }
 
-bool fitLines(const CCamera& camera) {
+bool haveNames(const CCamera& camera) {
     for (int i = 0; i < camera.marks.GetSize(); ++i)
-        if (!fitsLine(markName(camera, i)))
+        if (!fitsWord(markName(camera, i)))
             return false;
     return true;
 }
@@ -84,7 +84,7 @@ int CCamera::Write(CString path) const {
     return zeroIfOutOfMemory([&] {
         RewrittenFile rewritten;
         CFile::Cause cause;
-        if (!namesFile(path) || !fitLines(*this) || !rewritten.open(path, cause))
+        if (!namesFile(path) || !haveNames(*this) || !rewritten.open(path, cause))
             return 0;
         LineWriter& lines = rewritten.lines();
         std::string& text = lines.text();

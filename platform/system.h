@@ -26,9 +26,9 @@ constexpr unsigned int kAppending = 0x10000;
 // fails.
 //
 // A file that is open for writing belongs to its handle: a second writer, of this process or another one,
-// tries again for about a second and then gets a sharing violation. Where the file system knows no locks,
-// writers are not kept apart.
-FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause);
+// tries again for about a second and then gets a sharing violation. Where the file system has no locks,
+// writers are not kept apart, and `locked` becomes false.
+FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause, bool* locked = nullptr);
 // Bytes read (0 at the end), -1 on failure.
 long long readFile(FileHandle file, void* buffer, std::size_t count);
 // The same from `offset` on; the position stays.

@@ -267,7 +267,7 @@ void Rules::apply(Format format) {
             numbers(0, 3, "the upper corner x y z");
             break;
     }
-    if (m_file.line(0).rfind("\xEF\xBB\xBF", 0) == 0)
+    if (m_file.line(0).rfind("\xEF\xBB\xBF", 0) == 0)  // no UTF-8
         fault(0, "expected no byte order mark: it is read as a part of the first word");
     std::size_t foreign = 0, first = 0;
     for (std::size_t i = 0; i < size(); ++i)

@@ -82,6 +82,10 @@ TextFile::TextFile(const std::string& argument) : m_name(argument), m_path(argum
         text.assign(std::istreambuf_iterator<char>(file), {});
     }
     m_lines = linesOf(text);
+    // As the library's readers do where the code page is UTF-8: the mark is one character there.
+    constexpr char kMark[] = "\xEF\xBB\xBF";
+    if (text.rfind(kMark, 0) == 0 && CString(kMark).GetLength() == 1)
+        m_lines[0].erase(0, sizeof kMark - 1);
 }
 
 const std::string& TextFile::line(std::size_t i) const {

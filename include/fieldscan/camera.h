@@ -23,8 +23,9 @@ public:
 
     // Makes the file or replaces it as a whole: a failure keeps the old one. Six decimals are kept, of the
     // distortion parameters seven digits; title and distortion table are not written. Returns 1; 0 when a
-    // mark's name holds a line end or a NUL or the path has no file name (nothing is touched then), the file
-    // cannot be opened, another writer keeps it, or writing fails.
+    // mark has no name or one with white space, whose coordinates would come back shifted, or the path has no
+    // file name (nothing is touched then), the file cannot be opened, another writer keeps it, or writing
+    // fails.
     int Write(CString path) const;
 
     // Init, then what the file holds: each value from the start of its line, what follows is a comment. A

@@ -23,8 +23,8 @@
 
 // "name,x,y,z" lines. Each line gives a point, from its first four fields; missing ones count as empty, those
 // beyond do not count. An empty line ends the file. A last line without line feed and with fewer than four
-// fields, or with nothing in the fourth, was cut off while it was written: it is left out. Returns 0 when the
-// file cannot be made or opened.
+// fields, or without a number in the fourth, was cut off while it was written: it is left out. Returns 0 when
+// the file cannot be made or opened.
 FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
 // Six decimals; a coordinate that is no number is written as printf writes it ("nan", "inf") and comes back
@@ -49,8 +49,9 @@ FIELDSCAN_API int ReadImcFile(CString* path, CString* imageName, CSize& size, CA
                               int mustExist);
 
 // Ten decimals; makes the file or replaces it as a whole, as WriteCSVFile does. Returns 0, and the file is
-// not touched, when the image name or a point name holds a line end or a NUL; 0 also when the file cannot be
-// opened, another writer keeps it, or writing fails.
+// not touched, when the image name holds a line end or a NUL, or a point has no name or one with white space,
+// whose coordinates would come back shifted; 0 also when the file cannot be opened, another writer keeps it,
+// or writing fails.
 FIELDSCAN_API int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points);
 
 // The name of the file without folder and extension, as CRTCard::GetFileTitle gives it, with its result.

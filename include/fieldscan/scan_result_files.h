@@ -29,16 +29,16 @@
 // new file that stays empty is removed (on Windows it may stay).
 //
 // A last line without line feed is ended first. One with fewer than four fields (nine in a versioned file),
-// or with nothing in the last of them, is what a call left that never returned, in a crash of the system: it
-// is cut off. A number that was cut within its digits cannot be told from a shorter one. A file that may be
-// written but not read is taken to end with a whole line.
+// or without a number in the last of them, is what a call left that never returned, in a crash of the system:
+// it is cut off. A number that was cut within its digits cannot be told from a shorter one. A file that may
+// be written but not read is taken to end with a whole line.
 
 // ---- Building blocks ----
 
 // Opens for appending: made if missing, contents kept, position at the end, to which every write goes. The
 // file belongs to `file` until ScanFileClose: other writers wait for about a second and then fail. 0 for an
 // empty path, which touches no file, when it cannot be opened or another writer keeps it. What the last line
-// is, is left to the caller.
+// is, is left to the caller. A child that the program forks meanwhile shares the file until it ends.
 FIELDSCAN_API int ScanFileOpen(CFile* file, CString path);
 // Brings what was written to the medium and closes. Always 1.
 FIELDSCAN_API int ScanFileClose(CFile* file);
@@ -71,7 +71,7 @@ FIELDSCAN_API int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points,
 // that line (an empty file, the line's beginning) is completed.
 FIELDSCAN_API int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text);
 // Empties the four lists, then reads. Lines with fewer than nine fields are skipped, and a last line without
-// line feed and with nothing in the ninth; fields beyond the ninth do not count; blanks at both ends of a
+// line feed and without a number in the ninth; fields beyond the ninth do not count; blanks at both ends of a
 // field go. Returns 0 when the file cannot be opened or read to its end, or its first line is not the version
 // line; what was read until then stays, in lists of equal length.
 FIELDSCAN_API int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,

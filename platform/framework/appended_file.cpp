@@ -35,11 +35,23 @@ bool readRest(system::FileHandle file, long long length, std::string& rest, long
     }
 }
 
-bool beginsWith(system::FileHandle file, std::string_view header) {
-    std::string bytes(header.size(), '\0');
-    return system::readFileAt(file, bytes.data(), bytes.size(), 0) == static_cast<long long>(header.size()) &&
-           bytes == header;
+constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
+
+std::string_view withoutMark(std::string_view text) {
+    const bool marked = text.rfind(kByteOrderMark, 0) == 0 && system::ansiCodePage() == system::kUtf8;
+    return marked ? text.substr(sizeof kByteOrderMark - 1) : text;
 }
+
+// As ReadHeader finds it: after a byte order mark, and with any blanks at its ends.
+bool beginsWith(system::FileHandle file, std::string_view header) {
+    std::string bytes(kTailSize, '\0');
+    const long long got = system::readFileAt(file, bytes.data(), bytes.size(), 0);
+    bytes.resize(static_cast<std::size_t>(std::max(0LL, got)));
+    return header.empty() || trimmed(withoutMark(bytes.substr(0, bytes.find('\n')))) == trimmed(header);
+}
+
+// Of a line that never got to the medium its room may be there.
+bool isEmpty(std::string_view rest) { return rest.find_first_not_of('\0') == std::string_view::npos; }
 
 }  // namespace
 
@@ -48,40 +60,53 @@ bool AppendedFile::look(const LineKind& kind, bool readable) {
     std::string& text = m_lines.text();
     if (m_length == 0) {
         text = kind.header;
-    } else if (m_length > 0 && readable && kind.fields > 0) {
+    } else if (m_length > 0 && m_alone && readable && kind.fields > 0) {
         const system::FileHandle file = handleOf(m_file);
-        std::string rest;
+        std::string bytes;
         long long start = 0;
-        if (!readRest(file, m_length, rest, start))
+        if (!readRest(file, m_length, bytes, start))
             return false;
+        const std::string_view rest = start == 0 ? withoutMark(bytes) : bytes;
         if (start == 0 && rest.size() < kind.header.size() && kind.header.substr(0, rest.size()) == rest) {
             text = kind.header.substr(rest.size());
         } else if (!rest.empty()) {
-            const bool other = rest.size() > kLongestLine || !beginsWith(file, kind.header);
-            if (other || hasFields(rest, kind.fields))
+            const bool nothing = isEmpty(rest);
+            const bool others = rest.size() > kLongestLine || !beginsWith(file, kind.header);
+            if (!nothing && (others || hasFields(rest, kind.fields)))
                 text = "\n";
             else if (system::cutFile(file, start))
                 m_length = start;
             else
                 return false;
+            if (m_length == 0)
+                text = kind.header;
         }
     }
     m_start = m_length + static_cast<long long>(text.size());
     return m_length >= 0;
 }
 
+bool AppendedFile::openAlone(const CString& path, unsigned int mode, CFile::Cause& cause) {
+    handleOf(m_file) = system::openFile(path, mode | system::kAppending, cause, &m_alone);
+    return m_file.IsOpen();
+}
+
 bool AppendedFile::open(const CString& path, Existing existing, const LineKind& kind) {
-    const auto opened = [&](unsigned int mode) { return m_file.Open(path, mode | system::kAppending) == 1; };
+    CFile::Cause cause = CFile::causeNone;
+    if (!isPath(path))
+        return false;
     m_path = path;
-    bool readable = opened(CFile::modeReadWrite);
-    if (!readable && m_file.GetOpenFailure() == CFile::causeAccessDenied) {
-        opened(CFile::modeWrite);
-    } else if (!readable && m_file.GetOpenFailure() == CFile::causeNotFound && existing != Existing::needed) {
-        readable = m_made = opened(CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite);
+    bool readable = openAlone(path, CFile::modeReadWrite, cause);
+    if (!readable && cause == CFile::causeAccessDenied) {
+        openAlone(path, CFile::modeWrite, cause);
+    } else if (!readable && cause == CFile::causeNotFound && existing != Existing::needed) {
+        readable = m_made =
+            openAlone(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite, cause);
     }
     if (!m_file.IsOpen())
         return false;
     m_length = system::seekFile(handleOf(m_file), 0, true);
+    m_wasEmpty = m_length == 0;
     if (existing == Existing::emptied && m_length > 0) {
         if (!system::cutFile(handleOf(m_file), 0))
             return false;
@@ -92,6 +117,8 @@ bool AppendedFile::open(const CString& path, Existing existing, const LineKind& 
 
 // Leaves what the file held, and of lines whose writing failed those that are whole.
 void AppendedFile::takeBack(bool wholeLinesStay) {
+    if (!m_alone)
+        return;
     const system::FileHandle file = handleOf(m_file);
     long long keep = m_length;
     const long long end = m_file.GetLength();
@@ -118,7 +145,7 @@ bool AppendedFile::finish(bool complete) {
     const bool kept = written && m_file.Flush() == 1;
     if (!kept)
         takeBack(complete && !written);
-    else if (m_made)
+    else if (m_wasEmpty)
         zeroIfOutOfMemory([&] { return system::flushFolderOf(m_path), 1; });
     m_file.Close();  // what was flushed it cannot lose
     return kept;

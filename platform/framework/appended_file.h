@@ -31,9 +31,8 @@ public:
     AppendedFile() : m_lines(m_file) {}
     ~AppendedFile() { finish(false); }
 
-    // False when the file cannot be opened (file() says why), read at its end, or cut.
+    // False when the file cannot be opened, read at its end, or cut.
     bool open(const CString& path, Existing existing, const LineKind& kind);
-    CFile& file() { return m_file; }
     LineWriter& lines() { return m_lines; }
 
     // Brings the lines to the medium. False when that fails or `complete` is: of the lines those stay that
@@ -42,6 +41,7 @@ public:
     bool finish(bool complete = true);
 
 private:
+    bool openAlone(const CString& path, unsigned int mode, CFile::Cause& cause);
     bool look(const LineKind& kind, bool readable);
     void takeBack(bool wholeLinesStay);
 
@@ -51,6 +51,8 @@ private:
     long long m_length = 0;  // of what stays in any case
     long long m_start = 0;   // of the first line that is added
     bool m_made = false;
+    bool m_wasEmpty = false;  // its name may not be on the medium yet, whoever made it
+    bool m_alone = true;      // else the end may be what another writer has not finished: it is left as it is
 };
 
 // Appends the lines that `write` fills: 1, or 0 when a step fails.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/framework/number_text.h"
 #include "platform/system.h"
 
 namespace fieldscan {
@@ -44,11 +45,19 @@ bool hasFields(std::string_view line, int fields) {
         line.remove_prefix(comma + 1);
     }
     const std::string_view last = trimmed(line.substr(0, line.find(',')));
-    return !last.empty() && last != "-";
+    std::size_t used = 0;
+    parseDouble(last, &used);
+    return used > 0 && used == last.size();
 }
 
 bool fitsLine(const CString& text) {
     return !hasUnit(text, [](unsigned short u) { return endsLine(u); });
+}
+
+bool fitsWord(const CString& text) {
+    return !text.IsEmpty() && !hasUnit(text, [](unsigned short u) {
+        return endsLine(u) || (u < 0x80 && isSpace(static_cast<char>(u)));
+    });
 }
 
 bool fitsField(const CString& text) {

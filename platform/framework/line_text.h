@@ -33,16 +33,18 @@ bool openText(CFile& file, const CString& path);
 // Passes over the mark when the position is at the start.
 void skipByteOrderMark(CFile& file);
 
-// Whether the line has that many fields between commas, and something in the last of them. A last line
-// without line feed that has fewer is what a writer left that never finished.
+// Whether the line has that many fields between commas, and a number in the last of them. A last line without
+// line feed that has not is what a writer left that never finished.
 bool hasFields(std::string_view line, int fields);
 inline bool isCutOff(std::string_view line, int fields) {
     return line.back() != '\n' && !hasFields(line, fields);
 }
 
-// Whether the text comes back from a line: without line end and NUL; from a field of one: without comma too.
+// Whether the text comes back from a line: without line end and NUL; from a field of one between commas:
+// without a comma too; from a word of one: something, and without white space.
 bool fitsLine(const CString& text);
 bool fitsField(const CString& text);
+bool fitsWord(const CString& text);
 
 // `text` without white space of ASCII at both ends.
 std::string_view trimmed(std::string_view text);

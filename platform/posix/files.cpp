@@ -94,8 +94,23 @@ CFile::Cause causeOf(int error) {
     }
 }
 
-bool takeLock(int file) {
-    return uninterrupted([&] { return ::flock(file, LOCK_EX | LOCK_NB); }) == 0 || errno != EWOULDBLOCK;
+std::string withoutLinks(const std::string& path) {
+    std::string place = path;
+    for (int links = 0; links < 40; ++links) {  // as many as Linux follows
+        char target[4096];
+        const ssize_t length = ::readlink(place.c_str(), target, sizeof target);
+        if (length < 0 || length == sizeof target)
+            return place;
+        const std::string name(target, static_cast<std::size_t>(length));
+        place = name[0] == '/' ? name : folderOf(place) + name;
+    }
+    return path;
+}
+
+Lock takeLock(int file) {
+    if (uninterrupted([&] { return ::flock(file, LOCK_EX | LOCK_NB); }) == 0)
+        return Lock::taken;
+    return errno == EWOULDBLOCK ? Lock::held : Lock::unknown;
 }
 
 bool isNamed(const struct stat& status, const std::string& path) {
@@ -104,14 +119,17 @@ bool isNamed(const struct stat& status, const std::string& path) {
            status.st_ino == named.st_ino;
 }
 
-int openLocked(const std::string& path, int flags, CFile::Cause& cause) {
+int openLocked(const std::string& path, int flags, CFile::Cause& cause, bool* locked) {
     for (int tries = 0;; ++tries) {
         struct stat status;
         const int file = openFit(path, flags & ~O_TRUNC, status, cause);
         if (file < 0 || !S_ISREG(status.st_mode))
             return file;
         // The file may have been replaced while another writer had it.
-        if (takeLock(file) && isNamed(status, path)) {
+        const Lock lock = takeLock(file);
+        if (lock != Lock::held && isNamed(status, path)) {
+            if (locked)
+                *locked = lock == Lock::taken;
             if (!(flags & O_TRUNC) || ::ftruncate(file, 0) == 0)
                 return file;
             cause = causeOf(errno);
@@ -126,12 +144,12 @@ int openLocked(const std::string& path, int flags, CFile::Cause& cause) {
     }
 }
 
-FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
+FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause, bool* locked) {
     const std::string host = hostPath(path);
     const int flags = openFlags(mode);
     struct stat status;
     return (flags & O_ACCMODE) == O_RDONLY ? openFit(host, flags, status, cause)
-                                           : openLocked(host, flags, cause);
+                                           : openLocked(host, flags, cause, locked);
 }
 
 bool waitForFile(int tries) {
@@ -186,7 +204,7 @@ bool isFile(const CString& path) {
     return !path.IsEmpty() && ::stat(hostPath(path).c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
-void removeFile(const CString& path) { ::unlink(hostPath(path).c_str()); }
+void removeFile(const CString& path) { ::unlink(withoutLinks(hostPath(path)).c_str()); }
 
 // A folder that cannot be read stays to the system.
 void flushFolder(const std::string& folder) {
@@ -197,7 +215,7 @@ void flushFolder(const std::string& folder) {
     }
 }
 
-void flushFolderOf(const CString& path) { flushFolder(folderOf(hostPath(path))); }
+void flushFolderOf(const CString& path) { flushFolder(folderOf(withoutLinks(hostPath(path)))); }
 
 }  // namespace system
 }  // namespace fieldscan

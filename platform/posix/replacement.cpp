@@ -1,11 +1,11 @@
 // Whole files that are replaced, through the system calls of POSIX.
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 
 #include "platform/posix/descriptors.h"
 
@@ -42,6 +42,19 @@ bool mayWriteInPlace(int error) {
     }
 }
 
+// Rights of single users and groups, which the mode does not show; where there are none, those that the
+// folder gave to the new file go.
+bool copyAccessList(int from, int to) {
+    constexpr char kName[] = "system.posix_acl_access";
+    char list[4096];
+    const ssize_t size = ::fgetxattr(from, kName, list, sizeof list);
+    if (size >= 0)
+        return ::fsetxattr(to, kName, list, static_cast<std::size_t>(size), 0) == 0;
+    if (errno == ERANGE)
+        return false;
+    return ::fremovexattr(to, kName) == 0 || errno == ENODATA || errno == EOPNOTSUPP;
+}
+
 class PosixReplacement : public Replacement {
 public:
     ~PosixReplacement() override;
@@ -53,7 +66,7 @@ private:
     bool inPlace() const { return m_new < 0; }
     int makeNew(mode_t mode);
     bool giveRights(const struct stat& old) const;
-    bool beginInPlace(int flags, CFile::Cause& cause);
+    bool beginInPlace(CFile::Cause& cause);
     bool rename();
     bool copyOver() const;
     bool endInPlace() const;
@@ -83,7 +96,7 @@ int PosixReplacement::makeNew(mode_t mode) {
         }
         if (file >= 0) {
             struct stat status;
-            if (takeLock(file) && ::fstat(file, &status) == 0 && isNamed(status, m_temporary)) {
+            if (takeLock(file) != Lock::held && ::fstat(file, &status) == 0 && isNamed(status, m_temporary)) {
                 if (made)
                     return file;
                 // Nobody writes it: a killed program left it.
@@ -112,33 +125,25 @@ bool PosixReplacement::giveRights(const struct stat& old) const {
     if ((own.st_uid != old.st_uid || own.st_gid != old.st_gid) &&
         ::fchown(m_new, old.st_uid, old.st_gid) != 0)
         return false;
-    return own.st_mode == old.st_mode || ::fchmod(m_new, old.st_mode & 07777) == 0;
+    return copyAccessList(m_old, m_new) &&
+           (own.st_mode == old.st_mode || ::fchmod(m_new, old.st_mode & 07777) == 0);
 }
 
-bool PosixReplacement::beginInPlace(int flags, CFile::Cause& cause) {
+bool PosixReplacement::beginInPlace(CFile::Cause& cause) {
     m_made = m_old < 0;
     if (m_old < 0)
-        m_old = openLocked(m_target, O_WRONLY | O_CREAT | flags, cause);
+        m_old = openLocked(m_target, O_WRONLY | O_CREAT | O_EXCL, cause);
     return m_old >= 0;
 }
 
 bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
-    m_target = path;
+    m_target = withoutLinks(path);
     struct stat status;
-    if (::lstat(path.c_str(), &status) == 0) {
-        if (S_ISLNK(status.st_mode)) {
-            char* const target = ::realpath(path.c_str(), nullptr);
-            if (!target)
-                return beginInPlace(0, cause);  // leads to no file yet
-            m_target = target;
-            std::free(target);
-        }
-        m_old = openLocked(m_target, O_WRONLY, cause);
-        if (m_old < 0 && cause != CFile::causeNotFound)
-            return false;
-        if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1))
-            return true;
-    }
+    m_old = openLocked(m_target, O_WRONLY, cause);
+    if (m_old < 0 && cause != CFile::causeNotFound)
+        return false;
+    if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1))
+        return true;
     m_folder = folderOf(m_target);
     m_temporary = m_folder + temporaryFor(m_target);
     m_new = makeNew(m_old < 0 ? 0666 : 0600);
@@ -147,7 +152,7 @@ bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
     const bool refused = m_new >= 0 || mayWriteInPlace(errno);
     cause = causeOf(errno);
     dropNew();
-    return refused && beginInPlace(O_EXCL, cause);
+    return refused && beginInPlace(cause);
 }
 
 bool PosixReplacement::rename() {

@@ -97,7 +97,7 @@ HANDLE openWhenFree(const CString& path, DWORD access, DWORD share, DWORD dispos
     }
 }
 
-FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause) {
+FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause, bool*) {
     const DWORD access = accessOf(mode);
     const DWORD share = access & GENERIC_WRITE ? FILE_SHARE_READ : FILE_SHARE_READ | FILE_SHARE_DELETE;
     HANDLE handle = openWhenFree(path, access, share, OPEN_EXISTING);

@@ -2,6 +2,7 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include "tests/faults/file_operations.h"
@@ -105,6 +106,30 @@ TEST_F(Places, OwnerAndRightsStay) {
     EXPECT_EQ(rightsOf(folder / "file"), static_cast<fs::perms>(0640)) << "a new file: 0666 less the umask";
 }
 
+TEST_F(Places, NobodyReadsTheNewFileWhoMayNotReadTheOldOne) {
+    put("file", old);
+    fs::permissions(folder / "file", static_cast<fs::perms>(0666));
+    fs::perms atFirst = fs::perms::unknown;
+    faults::atNextLock([&] { faults::atNextLock([&] { atFirst = rightsOf(faults::lastMade()); }); });
+    EXPECT_EQ(CTSUnit().Write(file), 1);
+    EXPECT_EQ(atFirst, static_cast<fs::perms>(0600));
+
+    put("file", old);
+    fs::permissions(folder / "file", static_cast<fs::perms>(0640));
+    // Version 2; the owner rw-, the user 65534 r--, the group ---, the mask r--, others ---.
+    const unsigned char list[] = {2, 0,   0,   0,   1,   0,   6,  0, 255, 255, 255, 255, 2,   0,  4,
+                                  0, 254, 255, 0,   0,   4,   0,  0, 0,   255, 255, 255, 255, 16, 0,
+                                  4, 0,   255, 255, 255, 255, 32, 0, 0,   0,   255, 255, 255, 255};
+    const std::string path = (folder / "file").string();
+    if (setxattr(path.c_str(), "system.posix_acl_access", list, sizeof list, 0) != 0)
+        GTEST_SKIP() << "no lists of rights here";
+    EXPECT_EQ(CTSUnit().Write(file), 1);
+    unsigned char kept[sizeof list] = {};
+    EXPECT_EQ(getxattr(path.c_str(), "system.posix_acl_access", kept, sizeof kept),
+              static_cast<ssize_t>(sizeof list));
+    EXPECT_TRUE(std::equal(std::begin(list), std::end(list), kept));
+}
+
 TEST_F(Places, LinksStayAndLeadToTheNewContents) {
     CTSUnit units;
     put("target", old);
@@ -122,9 +147,23 @@ TEST_F(Places, LinksStayAndLeadToTheNewContents) {
 
     fs::remove(folder / "target");
     fs::remove(folder / "file");
-    fs::create_symlink("target", folder / "file");
-    EXPECT_EQ(units.Write(file), 1) << "a link to no file yet";
-    EXPECT_EQ(get("target"), written);
+    fs::create_directory(folder / "card");
+    fs::create_symlink("card/target", folder / "link");
+    fs::create_symlink("link", folder / "file");
+    const std::pair<faults::Fault, std::function<int()>> writers[] = {
+        {faults::write, [&] { return units.Write(file); }},
+        {faults::flush, [&] { return ScanFileAdd(file, points[0]); }}};
+    for (const auto& [fault, run] : writers) {
+        faults::arm(fault, 1);
+        EXPECT_EQ(run(), 0);
+        EXPECT_TRUE(fs::is_symlink(folder / "file")) << "a link to no file yet";
+        EXPECT_TRUE(fs::is_empty(folder / "card"));
+        faults::arm(faults::none, 0);
+        EXPECT_EQ(run(), 1);
+        EXPECT_EQ(faults::folderFlushes(), 1);
+        EXPECT_TRUE(fs::is_symlink(folder / "file"));
+        EXPECT_TRUE(fs::remove(folder / "card/target"));
+    }
 }
 
 // Where the old file itself is written, a failure leaves a part of the new one and no mixture.

@@ -176,6 +176,28 @@ TEST_F(Writers, WhoOpenedTheOldFileFindTheNewOne) {
     EXPECT_EQ(get("file"), "new\nP1,1.000000,2.000000,3.000000\n");
 }
 
+// A file that was not there when its replacement began is waited for too.
+TEST_F(Writers, WhoMadeTheFileMeanwhileKeepIt) {
+    CFile held;
+    fieldscan::faults::atNextLock([&] {
+        EXPECT_EQ(ScanFileOpen(&held, file), 1);
+        EXPECT_EQ(held.Write("first\n", 6), 1);
+    });
+    EXPECT_EQ(WriteCSVFile(&file, points, 0), 0);
+    EXPECT_EQ(get("file"), "first\n");
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
+}
+
+// Where the file system has no locks, nobody takes the end of another one's line for a rest.
+TEST_F(Writers, WithoutLocksLeaveUnfinishedLines) {
+    put("file", "A,1,2");
+    fieldscan::faults::arm(fieldscan::faults::lock, 1);
+    EXPECT_EQ(ScanFileAdd(file, point), 1);
+    EXPECT_TRUE(fieldscan::faults::hasHappened());
+    EXPECT_EQ(get("file"), "A,1,2P1,1.000000,2.000000,3.000000\n");
+    fieldscan::faults::arm(fieldscan::faults::none, 0);
+}
+
 // Nor is a file replaced while an appender has it.
 TEST_F(Writers, WhoReplaceWaitForAppenders) {
     CFile held;

@@ -130,7 +130,7 @@ int __wrap_renameat2(int from, const char* path, int to, const char* target, uns
 int __wrap_flock(int file, int operation) {
     if (const auto action = std::exchange(beforeLock, nullptr))
         action();
-    return __real_flock(file, operation);
+    return fails(lock, ENOLCK) ? -1 : __real_flock(file, operation);
 }
 
 int __wrap_fchown(int file, uid_t owner, gid_t group) {

@@ -22,6 +22,7 @@ enum Fault {
     replace,
     replaceDenied,  // as for a mount point
     giveOwner,
+    lock,  // the file system has none: no fault
     cut,
     kFaults
 };
