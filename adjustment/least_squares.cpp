@@ -8,7 +8,7 @@
 #include <limits>
 #include <string>
 
-#include "adjustment/normal_equations.h"
+#include "numerics/gram.h"
 #include "platform/framework/arithmetic.h"
 #include "platform/framework/number_text.h"
 #include "platform/framework/out_of_memory.h"
@@ -228,17 +228,12 @@ int CLeastSq::time(unsigned long* ms) const {
     return 1;
 }
 
-// ---- Forming and solving ----
-
-int CLeastSq::Solve() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::NewChores); }
-int CLeastSq::PISolve() { return timedSolve(&CLeastSq::Lessqu, &CLeastSq::PIChores); }
-int CLeastSq::SolveWithSwpMat() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::SwpMat); }
-int CLeastSq::SolveWithReduc() { return timedSolve(nullptr, &CLeastSq::NewChores); }
+// ---- Times and forming; solution.cpp has the rest ----
 
 // Three readings of the exact clock take as long as all else in solving 8 x 4, some ten-thousandths of a
 // millisecond. So stages that are as brief are timed by the last tick of the clock, which is read in a tenth
 // of that.
-int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver)()) {
+int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), bool (CLeastSq::*solver)()) {
     constexpr double kBrief = 10000.0;  // products
     const double unknowns = parameterNumber;
     const auto clock = (ObeqSize + unknowns) * unknowns * unknowns <= kBrief ? &system::fileTimeOfLastTick
@@ -251,7 +246,7 @@ int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver
         formTime = static_cast<double>(formed - start);
         start = formed;
     }
-    const int result = (this->*solver)();
+    const int result = solveBy(solver, form != nullptr);
     computationTime = static_cast<double>(millisecondsOf(clock()) - start);
     return result;
 }
@@ -276,7 +271,7 @@ int CLeastSq::LessquFast(int m, int n) {
     m_formed = -1;
     return zeroIfOutOfMemory([&] {
         fill(Noeq, 0.0);
-        addToNormal({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData(), &m_observations);
+        m_observations = addGram({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData());
         mirror(Noeq.GetData(), n);
         m_formed = m;
         return 1;

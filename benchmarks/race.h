@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/framework/instruction_set.h"
+#include "numerics/instruction_set.h"
 
 // `run` does the whole job once, again with the same result each time.
 struct Contender {

@@ -1,5 +1,5 @@
 # fieldscan_kernels(OBJECTS FILE...): compiles the files once for each instruction set that the library chooses from
-# at run time (platform/framework/instruction_set.h) and appends what they become to the list OBJECTS.
+# at run time (numerics/instruction_set.h) and appends what they become to the list OBJECTS.
 function(fieldscan_kernels objects)
     set(sets baseline)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|i[3-6]86|x86_64|AMD64)$")

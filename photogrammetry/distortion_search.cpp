@@ -12,8 +12,8 @@
 // t is 30 degrees from a line of the grid, on the edge of its cell), so that none of them can be taken.
 #include "photogrammetry/distortion_search.h"
 
+#include "numerics/lanes.h"
 #include "photogrammetry/distortion_model.h"
-#include "platform/framework/lanes.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
@@ -88,7 +88,7 @@ struct Search {
         const double s = __builtin_sqrt(best.e);
         const double h = s * 0.5;
         const double left = best.u - s, bottom = best.v - s;
-        Lanes smallest = all(best.e);
+        Lanes smallest = broadcast(best.e);
         for (int r = 0; r < registers; ++r) {
             errors[r] = errorAt(left + load(columns.column + r * kLanes) * h,
                                 bottom + load(rows.row + r * kLanes) * h, ex[r], ey[r]);
@@ -130,7 +130,7 @@ struct Search {
 
     Undistorted from(double u, double v) const {
         Lanes ex[1], ey[1];
-        const Lanes e[1] = {errorAt(all(u), all(v), ex[0], ey[0])};
+        const Lanes e[1] = {errorAt(broadcast(u), broadcast(v), ex[0], ey[0])};
         Best best = {u, v, e[0][0], cellOf(ex, e, 0), cellOf(ey, e, 0)};
         const double enough = leastForCells(best);
         for (int pass = 0; pass < kMostPasses && !(best.e <= accepted); ++pass)

@@ -4,7 +4,7 @@
 
 #include <fieldscan/distortion.h>
 
-#include "platform/framework/instruction_set.h"
+#include "numerics/instruction_set.h"
 
 namespace fieldscan {
 

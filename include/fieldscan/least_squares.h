@@ -201,16 +201,16 @@ private:
     double residual(int k) const;
     double sumOfSquares() const;
     int redundancyOrSize() const;
-    int timedSolve(int (CLeastSq::*form)(int, int), int (CLeastSq::*solver)());
-    int solveBy(bool (CLeastSq::*method)());
-    bool solveAndRefine(bool (CLeastSq::*method)());
+    int timedSolve(int (CLeastSq::*form)(int, int), bool (CLeastSq::*method)());
+    int solveBy(bool (CLeastSq::*method)(), bool justFormed);
+    bool solveExactly(bool (CLeastSq::*method)(), bool justFormed);
+    bool solveByFaster();
     bool solveByCholesky();
-    bool solveByLdl();
     bool solveBySweeping();
 
     // How many equations Noeq is the sum of; -1 when it was entered, or an equation changed since.
     int m_formed;
-    double m_observations;  // l^T |P| l of those equations
+    double m_observations;  // l^T |P| l of those equations, with a minus sign when a weight is negative
 };
 
 #endif

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "adjustment/double_double.h"
+#include "numerics/double_double.h"
 #include "tests/adjustment/solvers.h"
 #include "tests/shared_data.h"
 
 namespace {
 
-using fieldscan::DoubleDouble;
+using DoubleDouble = fieldscan::DoubleDouble<double>;
 
 double digits(double value, double expected) {
     const double error = std::fabs(value - expected);
@@ -27,11 +27,15 @@ std::map<std::string, double> sharedFigures(const std::string& name) {
     return figures;
 }
 
-DoubleDouble operator*(DoubleDouble a, DoubleDouble b) { return a * b.hi + a * b.lo; }
-
 using List = std::vector<DoubleDouble>;
 
 DoubleDouble exact(double value) { return {value, 0.0}; }
+
+DoubleDouble operator/(DoubleDouble a, double b) {
+    const double quotient = a.hi / b;
+    const DoubleDouble rest = a + fieldscan::twoProduct(-quotient, b);
+    return fieldscan::fastTwoSum(quotient, rest.hi / b);
+}
 
 // A decimal number, where double would round it.
 DoubleDouble decimal(const std::string& text) {

@@ -16,7 +16,7 @@
 #include <sstream>
 #include <string>
 
-#include "platform/framework/instruction_set.h"
+#include "numerics/instruction_set.h"
 #include "tests/digest/digest.h"
 
 namespace {

@@ -4,15 +4,16 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <random>
 #include <vector>
 
-#include "adjustment/double_double.h"
-#include "adjustment/normal_kernels.h"
-#include "adjustment/refinement.h"
-#include "adjustment/refinement_kernels.h"
-#include "adjustment/sweep.h"
-#include "platform/framework/instruction_set.h"
+#include "numerics/double_double.h"
+#include "numerics/exact_gram.h"
+#include "numerics/exact_products.h"
+#include "numerics/gram.h"
+#include "numerics/sweep.h"
+#include "numerics/triangle.h"
 
 using namespace fieldscan;
 
@@ -25,7 +26,7 @@ struct System {
     int m, n;
     Vector rows, weights;
     Index length() const { return static_cast<Index>(n) + 1; }
-    Equations equations() const { return {rows.data(), weights.data(), m, n}; }
+    WeightedRows rowsOfA() const { return {rows.data(), weights.data(), m, n}; }
 };
 
 // Of any size in magnitude, with zeros; well-conditioned by the diagonal.
@@ -81,7 +82,7 @@ Vector triangles(const Vector& normal, int unknowns) {
 
 Vector trianglesOfLibrary(const Vector& normal, int n) {
     Vector u(normal.size()), w, product(normal.size());
-    EXPECT_GT(choleskyFactor(normal.data(), n, 0.0, u.data()), 0.0);
+    EXPECT_TRUE(choleskyFactor(normal.data(), n, 0.0, u.data()));
     w = u;
     invertTriangle(w.data(), n);
     multiplyByTranspose(w.data(), n, product.data());
@@ -112,55 +113,76 @@ void expectSwept(const Vector& normal, int n, const Vector& inverse) {
     }
 }
 
-// U^-1, A U^-1 rounded once, A^T P (l - A x).
+// A U rounded once, A^T P v, v^T P v.
 Vector exactSums(const System& s, const Vector& u, const Vector& x, const Vector& low) {
+    using Number = DoubleDouble<double>;
     const Index n = x.size(), length = n + 1, m = s.weights.size();
-    Vector w(u.size()), b(s.rows.size()), misclosure;
-    std::vector<DoubleDouble> sums(n * kPartialSums), column(n);
-    for (Index j = 0; j < n; ++j)
-        for (Index i = j + 1; i-- > 0;) {
-            column[i] = {i == j ? 1.0 : 0.0, 0.0};
-            for (Index k = i + 1; k <= j; ++k)
-                column[i] = column[i] + column[k] * -u[i * length + k];
-            column[i] = column[i] / u[i * length + i];
-            w[i * length + j] = column[i].hi;
-        }
+    Vector results = s.rows, squares(kPartialSums);
+    std::vector<Number> sums(n * kPartialSums);
     for (Index k = 0; k < m; ++k) {
         const double* a = s.rows.data() + k * length;
-        DoubleDouble residual{a[n], 0.0};
+        Number residual{a[n], 0.0};
         for (Index j = 0; j < n; ++j) {
-            DoubleDouble sum{0.0, 0.0};
+            Number sum{0.0, 0.0};
             for (Index i = 0; i <= j; ++i)
-                sum = sum + exactProduct(w[i * length + j], a[i]);
-            b[k * length + j] = sum.hi;
-            residual = residual + DoubleDouble{x[j], low[j]} * -a[j];
+                sum = sum + twoProduct(u[i * length + j], a[i]);
+            results[k * length + j] = sum.hi;
+            residual = residual + Number{x[j], low[j]} * -a[j];
         }
+        squares[k % kPartialSums] += residual.hi * residual.hi * s.weights[k];
         residual = residual * s.weights[k];
         for (Index i = 0; i < n; ++i)
             sums[i * kPartialSums + k % kPartialSums] =
                 sums[i * kPartialSums + k % kPartialSums] + residual * a[i];
-        b[k * length + n] = a[n];
     }
     for (Index i = 0; i < n; ++i) {
-        DoubleDouble sum{0.0, 0.0};
+        Number sum{0.0, 0.0};
         for (Index k = 0; k < kPartialSums; ++k)
             sum = sum + sums[i * kPartialSums + k];
-        misclosure.push_back(sum.hi);
+        results.push_back(sum.hi);
     }
-    w.insert(w.end(), b.begin(), b.end());
-    w.insert(w.end(), misclosure.begin(), misclosure.end());
-    return w;
+    results.push_back(std::accumulate(squares.begin(), squares.end(), 0.0));
+    return results;
 }
 
 Vector exactSumsOfLibrary(const System& s, const Vector& u, const Vector& x, const Vector& low) {
-    const RefinementKernels& kernels = FIELDSCAN_CHOSEN(refinementKernels);
-    Vector w(u.size()), b(s.rows.size()), misclosure(x.size()), buffer((x.size() + 8) * kRefinementBuffer);
-    kernels.invertExactly(u.data(), s.n, buffer.data(), w.data());
-    kernels.multiplyRowsExactly(s.rows.data(), s.m, w.data(), s.n, buffer.data(), b.data());
-    kernels.misclosure(s.equations(), x.data(), low.data(), buffer.data(), misclosure.data());
-    w.insert(w.end(), b.begin(), b.end());
-    w.insert(w.end(), misclosure.begin(), misclosure.end());
-    return w;
+    const Workspace room(exactProductsRoom(s.n));
+    Vector results(s.rows.size()), sums(x.size());
+    FIELDSCAN_CHOSEN(multiplyRows)(s.rows.data(), s.m, u.data(), s.n, room.data(), results.data());
+    const double squares =
+        FIELDSCAN_CHOSEN(sumResiduals)(s.rowsOfA(), x.data(), low.data(), room.data(), sums.data());
+    results.insert(results.end(), sums.begin(), sums.end());
+    results.push_back(squares);
+    return results;
+}
+
+// b - N x of integers of 24 bits, which double-double holds exactly and double does not.
+void expectExactGram(int m, int n) {
+    std::mt19937 random(static_cast<unsigned>(m * 100 + n));
+    System s{m, n, {}, {}};
+    Vector x, low(static_cast<Index>(n)), squares(s.length()), sums(static_cast<Index>(n) + 8);
+    for (Index k = 0; k < static_cast<Index>(m) * s.length(); ++k)
+        s.rows.push_back(static_cast<double>(random() >> 8) - 0x1p23);
+    for (int k = 0; k < m; ++k)
+        s.weights.push_back(m % 2 ? 1.0 : static_cast<double>(random() % 9) - 3.0);
+    for (int i = 0; i < n; ++i)
+        x.push_back(static_cast<double>(random() % 1000));
+    for (Index k = 0; k < s.rows.size(); ++k)
+        squares[k % s.length()] += s.rows[k] * s.rows[k] * std::fabs(s.weights[k / s.length()]);
+    ExactGram gram(n);
+    ASSERT_TRUE(gram.form(s.rowsOfA(), squares.data()));
+    gram.residual(x.data(), low.data(), sums.data());
+    for (Index i = 0; i < x.size(); ++i) {
+        __extension__ __int128 rest = 0;
+        for (Index k = 0; k < s.weights.size(); ++k) {
+            const double* const a = s.rows.data() + k * s.length();
+            long long v = static_cast<long long>(a[n]);
+            for (Index j = 0; j < x.size(); ++j)
+                v -= static_cast<long long>(a[j] * x[j]);
+            rest += static_cast<decltype(rest)>(v) * static_cast<long long>(a[i] * s.weights[k]);
+        }
+        ASSERT_EQ(sums[i], static_cast<double>(rest)) << m << " x " << n;
+    }
 }
 
 bool sameBits(const Vector& a, const Vector& b) {
@@ -180,25 +202,39 @@ private:
 };
 
 TEST_P(Kernels, GiveTheBitsOfThePlainLoops) {
-    for (int n = 1; n <= 87; n += n < 41 ? 1 : 23) {  // equations in place, from 64 on packed
-        for (const int m : {0, 1, 2, 7, kEquationsPacked - 1, kEquationsPacked, kEquationsPacked + 1, 150}) {
+    for (int n = 1; n <= 87; n += n < 41 ? 1 : 23) {  // rows in place, from 64 on packed
+        for (const int m : {0, 1, 2, 7, 63, 64, 65, 150}) {
             const System s = systemOf(m, n, (m + n) % 2 == 0);
             const double start = m % 3 - 1.0;
-            Vector normal(s.length() * static_cast<Index>(n), start);
-            double squares = -1.0;
-            addToNormal(s.equations(), normal.data(), &squares);
-            ASSERT_TRUE(sameBits(normal, formed(s, start))) << m << " x " << n;
-            ASSERT_EQ(squares, squaredLength(s.equations())) << m << " x " << n;
+            Vector gram(s.length() * static_cast<Index>(n), start);
+            addGram(s.rowsOfA(), gram.data());
+            ASSERT_TRUE(sameBits(gram, formed(s, start))) << m << " x " << n;
             if (m < 2 * n)
                 continue;
             const Vector full = formed(s, 0.0), expected = triangles(full, n);
             ASSERT_TRUE(sameBits(trianglesOfLibrary(full, n), expected)) << n;
             const Vector inverse(expected.end() - static_cast<std::ptrdiff_t>(full.size()), expected.end());
             expectSwept(full, n, inverse);
-            const Vector u(expected.begin(), expected.begin() + static_cast<std::ptrdiff_t>(full.size()));
             const Vector x(static_cast<Index>(n), 1.0 / 3.0), low(x.size(), 0x1p-57);
-            ASSERT_TRUE(sameBits(exactSumsOfLibrary(s, u, x, low), exactSums(s, u, x, low)))
+            ASSERT_TRUE(sameBits(exactSumsOfLibrary(s, expected, x, low), exactSums(s, expected, x, low)))
                 << m << " x " << n;
+            expectExactGram(m, n);
+        }
+    }
+}
+
+TEST_P(Kernels, GiveTheSizeOfTheObservationsAndTheSignOfTheLeastWeight) {
+    for (const int n : {4, 40}) {
+        System s = systemOf(9, n, false);
+        Vector gram(s.length() * static_cast<Index>(n));
+        for (const double sign : {1.0, -1.0}) {
+            s.weights[7] *= sign;
+            double squares = 0.0;
+            for (Index k = 0; k < 9; ++k) {
+                const double l = s.rows[k * s.length() + s.length() - 1];
+                squares += l * l * std::fabs(s.weights[k]);
+            }
+            EXPECT_EQ(addGram(s.rowsOfA(), gram.data()), sign * squares) << n;
         }
     }
 }
@@ -209,7 +245,7 @@ TEST_P(Kernels, KeepNotANumberInItsRowAndColumn) {
         System s = systemOf(70, n, true);
         s.rows[3 * s.length() + 2] = std::numeric_limits<double>::quiet_NaN();
         Vector normal(s.length() * static_cast<Index>(n), 0.0);
-        addToNormal(s.equations(), normal.data());
+        addGram(s.rowsOfA(), normal.data());
         for (Index i = 0; i < normal.size(); ++i)
             EXPECT_EQ(std::isnan(normal[i]), i / s.length() <= 2 && i % s.length() >= i / s.length() &&
                                                  (i / s.length() == 2 || i % s.length() == 2))

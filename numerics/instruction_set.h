@@ -1,6 +1,6 @@
 // The instruction sets that the numerical kernels are compiled for. All of them give the same bits.
-#ifndef FIELDSCAN_PLATFORM_FRAMEWORK_INSTRUCTION_SET_H
-#define FIELDSCAN_PLATFORM_FRAMEWORK_INSTRUCTION_SET_H
+#ifndef FIELDSCAN_NUMERICS_INSTRUCTION_SET_H
+#define FIELDSCAN_NUMERICS_INSTRUCTION_SET_H
 
 namespace fieldscan {
 

@@ -1,8 +1,8 @@
-#include "adjustment/sweep.h"
+#include "numerics/sweep.h"
 
 #include <cstddef>
 
-#include "adjustment/normal_equations.h"
+#include "numerics/triangle.h"
 
 namespace fieldscan {
 

@@ -1,10 +1,10 @@
 // For kernels: doubles in the lanes of one register, as many as the instruction set of this compilation has.
 //
-// A kernel file includes no other header with functions in it, and has internal names alone beside its table:
-// the linker would keep one of several copies of an inline function, which another processor may not know.
-// The compiler's own header of instructions is no danger: its functions are always put where they are called.
-#ifndef FIELDSCAN_PLATFORM_FRAMEWORK_LANES_H
-#define FIELDSCAN_PLATFORM_FRAMEWORK_LANES_H
+// In a kernel file, and in the headers that it includes, every function but those it is for is static: of an
+// inline function the linker keeps one copy, which perhaps only another processor knows. The compiler's own
+// header of instructions is no danger: its functions are always put where they are called.
+#ifndef FIELDSCAN_NUMERICS_LANES_H
+#define FIELDSCAN_NUMERICS_LANES_H
 
 #if defined(__SSE2__)
 #include <immintrin.h>
@@ -29,16 +29,16 @@ static inline void store(double* to, Lanes value) { *reinterpret_cast<UnalignedL
 
 // (0.0 + value would be an addition, since it turns -0.0 into 0.0: 1.5 times the time of forming
 // 5000 x 30.)
-static inline Lanes all(double value) { return value - Lanes{}; }
+static inline Lanes broadcast(double value) { return value - Lanes{}; }
 
 // Bit k is set where lane k is at most `limit`, which NaN is not.
 static inline unsigned int atMost(Lanes a, double limit) {
 #if defined(__AVX512F__)
-    return _mm512_cmp_pd_mask(a, all(limit), _CMP_LE_OQ);
+    return _mm512_cmp_pd_mask(a, broadcast(limit), _CMP_LE_OQ);
 #elif defined(__AVX2__)
-    return static_cast<unsigned int>(_mm256_movemask_pd(_mm256_cmp_pd(a, all(limit), _CMP_LE_OQ)));
+    return static_cast<unsigned int>(_mm256_movemask_pd(_mm256_cmp_pd(a, broadcast(limit), _CMP_LE_OQ)));
 #elif defined(__SSE2__)
-    return static_cast<unsigned int>(_mm_movemask_pd(_mm_cmple_pd(a, all(limit))));
+    return static_cast<unsigned int>(_mm_movemask_pd(_mm_cmple_pd(a, broadcast(limit))));
 #else
     return (a[0] <= limit ? 1u : 0u) | (a[1] <= limit ? 2u : 0u);
 #endif

@@ -1,7 +1,8 @@
-// For kernels, as lanes.h: sums of products for normal equations and their triangles, in tiles.
+// For kernels: the upper half of a symmetric matrix of sums of products, in tiles (Goto and van de Geijn
+// 2008).
 //
-// An element (i, j) of any of the matrices is one sum over k that is added up in its order, so lanes hold
-// neighbouring columns j of one k:
+// An element (i, j) is one sum over k that is added up in the order of k, so lanes hold neighbouring columns
+// j of one k:
 //
 //            columns j: a panel, kVectors registers          rows k of a panel lie one behind the other,
 //          +--------+--------+                               kPanel doubles each: the tile reads two
@@ -12,10 +13,10 @@
 //          +--------+--------+
 //
 // The sums lie in a matrix padded to whole tiles; of those on the diagonal a register below it is left out.
-#ifndef FIELDSCAN_ADJUSTMENT_TILES_H
-#define FIELDSCAN_ADJUSTMENT_TILES_H
+#ifndef FIELDSCAN_NUMERICS_TILES_H
+#define FIELDSCAN_NUMERICS_TILES_H
 
-#include "platform/framework/lanes.h"
+#include "numerics/lanes.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
@@ -38,33 +39,6 @@ struct Factors {
     }
 };
 
-// Two lanes have no load that fills both with one factor. So of a pair of rows and of columns one register
-// has the sums on the diagonal, the other those beside it, and their factors are the pair of the left column
-// as it lies and swapped: forming 500 x 12 takes a seventh less, 5000 x 30 a tenth.
-template <int rows>
-constexpr bool kDiagonals = kLanes == 2 && rows > 1;
-
-template <int rows>
-static inline Lanes leftFactor(const double* left, int i) {
-    if (!kDiagonals<rows>)
-        return all(left[i]);
-    const Lanes pair = load(left + i - i % 2);
-    return i % 2 == 0 ? pair : Lanes{pair[1], pair[0]};
-}
-
-// Rows to diagonals, and back.
-template <int rows, int vectors>
-static inline void turnPairs(Lanes (&tile)[rows][vectors]) {
-#pragma GCC unroll 16
-    for (int i = 0; i < rows; i += 2)
-#pragma GCC unroll 16
-        for (int v = 0; v < vectors; ++v) {
-            const Lanes upper = tile[i][v], lower = tile[i + 1][v];
-            tile[i][v] = Lanes{upper[0], lower[1]};
-            tile[i + 1][v] = Lanes{lower[0], upper[1]};
-        }
-}
-
 // sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
 template <Kind kind, int rows, int vectors>
 static void addTile(const double* right, const double* left, Index rowStep, const double* weights, int count,
@@ -75,8 +49,6 @@ static void addTile(const double* right, const double* left, Index rowStep, cons
 #pragma GCC unroll 16
         for (int v = 0; v < vectors; ++v)
             tile[i][v] = load(sums + i * length + v * kLanes);
-    if constexpr (kDiagonals<rows>)
-        turnPairs(tile);
     for (Index k = 0; k < count; ++k, right += rowStep, left += rowStep) {
         Lanes row[vectors];
 #pragma GCC unroll 16
@@ -86,7 +58,7 @@ static void addTile(const double* right, const double* left, Index rowStep, cons
         for (int i = 0; i < rows; ++i) {
 #pragma GCC unroll 16
             for (int v = 0; v < vectors; ++v) {
-                const Lanes product = row[v] * leftFactor<rows>(left, i);
+                const Lanes product = row[v] * left[i];
                 if (kind == Kind::weighted)
                     tile[i][v] += product * weights[k];
                 else if (kind == Kind::subtracted)
@@ -96,8 +68,6 @@ static void addTile(const double* right, const double* left, Index rowStep, cons
             }
         }
     }
-    if constexpr (kDiagonals<rows>)
-        turnPairs(tile);
 #pragma GCC unroll 16
     for (int i = 0; i < rows; ++i)
 #pragma GCC unroll 16

@@ -1,6 +1,6 @@
 // Room for what kernels compute with.
-#ifndef FIELDSCAN_ADJUSTMENT_BUFFER_H
-#define FIELDSCAN_ADJUSTMENT_BUFFER_H
+#ifndef FIELDSCAN_NUMERICS_WORKSPACE_H
+#define FIELDSCAN_NUMERICS_WORKSPACE_H
 
 #include <cstddef>
 #include <cstdint>
@@ -8,15 +8,15 @@
 
 namespace fieldscan {
 
-// Aligned to cache lines; not initialized.
-class Buffer {
+// Doubles, aligned to a cache line of 64 bytes; not initialized.
+class Workspace {
 public:
-    explicit Buffer(long long size)
+    explicit Workspace(long long size)
         : m_storage(new double[static_cast<std::size_t>(size) + kLine]), m_data(m_storage.get()) {
         while (reinterpret_cast<std::uintptr_t>(m_data) % (kLine * sizeof(double)) != 0)
             ++m_data;
     }
-    double* data() { return m_data; }
+    double* data() const { return m_data; }
 
 private:
     static constexpr std::size_t kLine = 8;

@@ -1,6 +1,6 @@
-// Solving normal equations by sweeping.
-#ifndef FIELDSCAN_ADJUSTMENT_SWEEP_H
-#define FIELDSCAN_ADJUSTMENT_SWEEP_H
+// The sweep operator on a symmetric matrix (Beaton 1964; Goodnight, The American Statistician 33, 1979).
+#ifndef FIELDSCAN_NUMERICS_SWEEP_H
+#define FIELDSCAN_NUMERICS_SWEEP_H
 
 namespace fieldscan {
 

@@ -1,4 +1,4 @@
-#include "platform/framework/instruction_set.h"
+#include "numerics/instruction_set.h"
 
 #include <atomic>
 

@@ -1,0 +1,297 @@
+// How CLeastSq solves: which way is taken when, and why.
+//
+//   VIF     variance inflation factor, largest N_ii Q_ii: what correlations cost the unknowns and cofactors
+//   m eps   what forming N in order may cost them, eps = 2^-52
+//   cancels what the observations would let an unknown be exceeds 256 times its value and its deviation
+//
+// way                               when                                          exact to
+// 1 N in double                     VIF <= 64, m eps <= 1e-11, nothing cancels    1e-14
+// 2 N in double-double              else, while its own rounding is unseen:       all digits
+//                                   VIF up to 1e14, no negative weight
+// 3 orthonormal equations           else: VIF up to 1e26, negative weights        all digits
+//
+// 1 Cholesky, or sweeping: of up to 16 unknowns in 0.3 to 0.85 of the time.
+// 2 N and A^T P l as sums of exact products; the Q of 1 becomes Q by Schulz's steps, x is refined with
+//   A^T P l - N x. ...
+// 3 ...
+// Entered normal equations (SetNoeq) are the way 2 with the N that was entered: it is exact as it stands.
+#include <fieldscan/least_squares.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <numeric>
+#include <vector>
+
+#include "numerics/exact_gram.h"
+#include "numerics/exact_products.h"
+#include "numerics/gram.h"
+#include "numerics/iterative_refinement.h"
+#include "numerics/orthonormal.h"
+#include "numerics/sweep.h"
+#include "numerics/triangle.h"
+#include "numerics/workspace.h"
+#include "platform/framework/out_of_memory.h"
+
+using namespace fieldscan;
+
+namespace {
+
+using Vector = std::vector<double>;
+
+constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
+constexpr double kHarmlessInflation = 64.0;
+constexpr double kHarmlessForming = 1e-11;
+constexpr double kHarmlessCancellation = 256.0;
+constexpr int kMostInDoubleDouble = 512;  // unknowns: 20 MB of partial sums
+constexpr double kErrorOfCofactor = 0x1p-48;
+constexpr double kNoise = 0x1p-104;  // of double-double, in residuals, for each product
+constexpr double kLost = 1.0 / 64.0;
+
+bool allFinite(const CArray<double, double>& array) {
+    return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
+                       [](double value) { return std::isfinite(value); });
+}
+
+// What is solved: the equations, N | A^T P l as formed from them, and l^T |P| l; or N | b as entered, the
+// rest empty. x and Q begin as what N in double gives, and `inflation` as the VIF of that.
+struct System {
+    WeightedRows equations;
+    const double* normal;
+    double observations;
+    double inflation;
+    double* solution;
+    double* inverse;
+    int n;
+};
+
+// Whether an unknown is a small difference of large sums, which costs it digits. Below their standard
+// deviation unknowns count as that large: else the last, tiny corrections of an iteration would call for
+// digits that mean nothing. NaN counts as cancelled.
+bool isCancelled(const System& s) {
+    const std::ptrdiff_t length = s.n + 1;
+    double residuals = s.observations;
+    for (int i = 0; i < s.n; ++i)
+        residuals -= s.normal[i * length + s.n] * s.solution[i];
+    const double variance = std::max(0.0, residuals) / std::max(1, s.equations.m - s.n);
+    for (int i = 0; i < s.n; ++i) {
+        const double cofactor = s.inverse[i * (length + 1)];
+        const double square = std::max(s.solution[i] * s.solution[i], variance * cofactor);
+        if (!(s.observations * cofactor <= kHarmlessCancellation * kHarmlessCancellation * square))
+            return true;
+    }
+    return false;
+}
+
+// Whether the equations as they are now give N | A^T P l, to the last bit.
+bool addUpToNormal(const System& s) {
+    const std::size_t length = static_cast<std::size_t>(s.n) + 1;
+    Vector normal(length * (length - 1));
+    addGram(s.equations, normal.data());
+    for (std::size_t i = 0; i + 1 < length; ++i)
+        if (!std::equal(normal.begin() + static_cast<std::ptrdiff_t>(i * (length + 1)),
+                        normal.begin() + static_cast<std::ptrdiff_t>((i + 1) * length),
+                        s.normal + i * (length + 1)))
+            return false;
+    return true;
+}
+
+Refinement refinementOf(const System& s, double inflation) {
+    Refinement refinement;
+    refinement.normal = s.normal;
+    refinement.inverse = s.inverse;
+    refinement.n = s.n;
+    refinement.solve = [&s](const double* sums, double* correction) {
+        const double* row = s.inverse;
+        for (int i = 0; i < s.n; ++i, row += s.n + 1)
+            correction[i] = std::inner_product(row, row + s.n, sums, 0.0);
+    };
+    refinement.scale = std::sqrt(s.observations);
+    refinement.rate = s.n * kEpsilon * std::sqrt(inflation);
+    return refinement;
+}
+
+// x += Q A^T P (l - A x).
+bool refineFromEquations(const System& s, Refinement refinement) {
+    const Workspace room(exactProductsRoom(s.n));
+    refinement.noise = kNoise * (s.n + 1);
+    refinement.final = true;
+    refinement.residual = [&](const double* high, const double* low, double* sums) {
+        const double squares = FIELDSCAN_CHOSEN(sumResiduals)(s.equations, high, low, room.data(), sums);
+        return s.equations.m > s.n ? std::max(0.0, squares) / (s.equations.m - s.n) : 0.0;
+    };
+    return refineIteratively(refinement, s.solution);
+}
+
+bool solveInDoubleDouble(const System& s) {
+    const double error = std::sqrt(s.n) * ExactGram::formingError(s.equations.m);
+    if (s.n > kMostInDoubleDouble || !(s.inflation * s.n * error <= kErrorOfCofactor))
+        return false;
+    ExactGram gram(s.n);
+    Vector squares(static_cast<std::size_t>(s.n) + 1, s.observations);
+    for (int i = 0; i < s.n; ++i)
+        squares[static_cast<std::size_t>(i)] = s.normal[i * (s.n + 2LL)];
+    if (!gram.form(s.equations, squares.data()) || !gram.improveInverse(s.inverse))
+        return false;
+    Refinement refinement = refinementOf(s, s.inflation);
+    refinement.noise = std::sqrt(s.inflation) * error;
+    refinement.final = false;
+    refinement.residual = [&](const double* high, const double* low, double* sums) {
+        gram.residual(high, low, sums);
+        return 0.0;
+    };
+    return refineIteratively(refinement, s.solution) || refineFromEquations(s, refinement);
+}
+
+bool solveOrthonormal(const System& s, bool negativeWeights) {
+    const std::ptrdiff_t length = s.n + 1;
+    Vector root(static_cast<std::size_t>(s.n * length));
+    if (!orthonormalize(s.equations, root.data(), s.solution))
+        return false;
+    multiplyByTranspose(root.data(), s.n, s.inverse);
+    Refinement refinement = refinementOf(s, varianceInflation(s.normal, s.inverse, s.n));
+    if (negativeWeights)
+        refinement.rate = 1.0;
+    refinement.solve = [&](const double* sums, double* correction) {  // Z Z^T sums
+        Vector inner(static_cast<std::size_t>(s.n));
+        for (int i = 0; i < s.n; ++i)
+            for (int j = i; j < s.n; ++j)
+                inner[static_cast<std::size_t>(j)] +=
+                    root[static_cast<std::size_t>(i * length + j)] * sums[i];
+        for (int i = 0; i < s.n; ++i)
+            correction[i] =
+                std::inner_product(inner.begin() + i, inner.end(), root.begin() + i * (length + 1), 0.0);
+    };
+    return refineFromEquations(s, refinement);
+}
+
+bool solveEntered(const System& s) {
+    ExactGram gram(s.n);
+    gram.set(s.normal);
+    if (s.inflation > kHarmlessInflation && !gram.improveInverse(s.inverse))
+        return false;
+    const double inflation = varianceInflation(s.normal, s.inverse, s.n);
+    if (inflation * s.n * kEpsilon > kLost)
+        return false;
+    Refinement refinement = refinementOf(s, inflation);
+    refinement.rate = s.n * s.n * kEpsilon * inflation;  // where Q is still that of N in double
+    refinement.noise = std::sqrt(inflation) * kNoise * (s.n + 1);
+    refinement.final = true;
+    refinement.residual = [&](const double* high, const double* low, double* sums) {
+        gram.residual(high, low, sums);
+        return 0.0;
+    };
+    return refineIteratively(refinement, s.solution);
+}
+
+}  // namespace
+
+// Each method reads Noeq, uses work and leaves Bcor and the inverse; false when a pivot is singular.
+
+bool CLeastSq::solveByCholesky() {
+    return LUDivid() && ForwardSubstiotution() && BackwardSubstiotution() && CalLInverse() &&
+           CalNoeqInverse();
+}
+
+bool CLeastSq::solveBySweeping() {
+    return sweep(Noeq.GetData(), parameterNumber, tolerance, work.GetData(), Bcor.GetData(),
+                 inverse.GetData());
+}
+
+bool CLeastSq::solveByFaster() {
+    constexpr int kSwept = 16;
+    return parameterNumber <= kSwept ? solveBySweeping() : solveByCholesky();
+}
+
+int CLeastSq::NewChores() { return solveBy(&CLeastSq::solveByFaster, false); }
+int CLeastSq::PIChores() { return solveBy(&CLeastSq::solveByCholesky, false); }
+int CLeastSq::SwpMat() { return solveBy(&CLeastSq::solveBySweeping, false); }
+
+int CLeastSq::Solve() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::solveByFaster); }
+int CLeastSq::PISolve() { return timedSolve(&CLeastSq::Lessqu, &CLeastSq::solveByCholesky); }
+int CLeastSq::SolveWithSwpMat() { return timedSolve(&CLeastSq::LessquFast, &CLeastSq::solveBySweeping); }
+int CLeastSq::SolveWithReduc() { return timedSolve(nullptr, &CLeastSq::solveByFaster); }
+
+int CLeastSq::solveBy(bool (CLeastSq::*method)(), bool justFormed) {
+    if (!hasUnknowns())
+        return 0;
+    const int solved = zeroIfOutOfMemory([&] { return CheckNoeq() && solveExactly(method, justFormed); });
+    if (!solved) {
+        InitParameter(Bcor, std::numeric_limits<double>::quiet_NaN());
+        InitParameter(inverse, std::numeric_limits<double>::quiet_NaN());
+    }
+    return solved;
+}
+
+bool CLeastSq::solveExactly(bool (CLeastSq::*method)(), bool justFormed) {
+    const auto finite = [this] { return allFinite(Bcor) && allFinite(inverse); };
+    const bool solved = (this->*method)() && finite();
+    System s = {{}, Noeq.GetData(), 0.0, 0.0, Bcor.GetData(), inverse.GetData(), parameterNumber};
+    s.inflation =
+        solved ? varianceInflation(s.normal, s.inverse, s.n) : std::numeric_limits<double>::infinity();
+    bool formed = m_formed >= 0 && hasEquations(m_formed);
+    const bool negative = formed && std::signbit(m_observations);
+    if (formed) {
+        s.equations = {Obeq.GetData(), Weight.GetData(), m_formed, s.n};
+        s.observations = std::fabs(m_observations);
+        if (!negative && s.inflation <= kHarmlessInflation && m_formed * kEpsilon <= kHarmlessForming &&
+            !isCancelled(s))
+            return true;
+        formed = justFormed || addUpToNormal(s);
+    }
+    if (!formed) {
+        s.observations = 0.0;
+        return solved && solveEntered(s) && finite();
+    }
+    if (!solved)
+        InitBcor();
+    return ((solved && !negative && solveInDoubleDouble(s)) || solveOrthonormal(s, negative)) && finite();
+}
+
+// ---- Single steps ----
+
+int CLeastSq::LUDivid() {
+    if (!hasUnknowns())
+        return 0;
+    return zeroIfOutOfMemory(
+        [&] { return choleskyFactor(Noeq.GetData(), parameterNumber, tolerance, work.GetData()) ? 1 : 0; });
+}
+
+int CLeastSq::ForwardSubstiotution() {
+    if (!hasUnknowns())
+        return 0;
+    const int n = parameterNumber;
+    for (int i = 0; i < n; ++i)
+        Bcor[i] = work[i * (n + 1) + n];
+    solveTransposed(work.GetData(), n, Bcor.GetData());
+    for (int i = 0; i < n; ++i)
+        work[i * (n + 1) + n] = Bcor[i];
+    return 1;
+}
+
+int CLeastSq::BackwardSubstiotution() {
+    if (!hasUnknowns())
+        return 0;
+    const int n = parameterNumber;
+    for (int i = 0; i < n; ++i)
+        Bcor[i] = work[i * (n + 1) + n];
+    solveUpper(work.GetData(), n, Bcor.GetData());
+    return 1;
+}
+
+int CLeastSq::CalLInverse() {
+    if (!hasUnknowns())
+        return 0;
+    invertTriangle(work.GetData(), parameterNumber);
+    return 1;
+}
+
+int CLeastSq::CalNoeqInverse() {
+    if (!hasUnknowns())
+        return 0;
+    return zeroIfOutOfMemory([&] {
+        multiplyByTranspose(work.GetData(), parameterNumber, inverse.GetData());
+        return 1;
+    });
+}

@@ -1,0 +1,70 @@
+// For kernels: rows turned into columns, so that lanes hold as many rows of one column.
+#ifndef FIELDSCAN_NUMERICS_TRANSPOSE_H
+#define FIELDSCAN_NUMERICS_TRANSPOSE_H
+
+#include "numerics/lanes.h"
+
+namespace fieldscan {
+namespace FIELDSCAN_KERNELS {
+
+template <int... lanes>
+struct Lane {};
+#if defined(__AVX512F__)
+using EachLane = Lane<0, 1, 2, 3, 4, 5, 6, 7>;
+#elif defined(__AVX2__)
+using EachLane = Lane<0, 1, 2, 3>;
+#else
+using EachLane = Lane<0, 1>;
+#endif
+
+template <int step, int... lanes>
+static inline void exchange(Lanes& a, Lanes& b, Lane<lanes...>) {
+    const Lanes first = a;
+    a = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes - step : lanes)...);
+    b = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes : lanes + step)...);
+}
+
+template <int step>
+static inline void exchangeAll(Lanes* tile) {
+#pragma GCC unroll 8
+    for (int k = 0; k < kLanes; ++k)
+        if (!(k & step))
+            exchange<step>(tile[k], tile[k + step], EachLane{});
+    if constexpr (2 * step < kLanes)
+        exchangeAll<2 * step>(tile);
+}
+
+static inline void transposeSquare(const double* from, long long length, double* to, long long stride) {
+    Lanes tile[kLanes];
+#pragma GCC unroll 8
+    for (int k = 0; k < kLanes; ++k)
+        tile[k] = load(from + k * length);
+    exchangeAll<1>(tile);
+#pragma GCC unroll 8
+    for (int c = 0; c < kLanes; ++c)
+        store(to + c * stride, tile[c]);
+}
+
+// transposed[i * stride + k] = row k, column i for k < count; 0 from there up to `width`, whole registers. In
+// squares of kLanes: up to kLanes - 1 more columns are written. `readable` elements of the rows can be read.
+static inline void transpose(const double* rows, int count, int columns, long long length, long long readable,
+                             int width, int stride, double* transposed) {
+    for (int first = 0; first < width; first += kLanes, rows += kLanes * length)
+        for (long long i = 0; i < columns; i += kLanes) {
+            double* const to = transposed + i * stride + first;
+            if ((first + kLanes - 1) * length + i + kLanes <= readable) {
+                transposeSquare(rows + i, length, to, stride);
+            } else {
+                double square[kLanes * kLanes] = {};
+                for (int k = 0; first + k < count && k < kLanes; ++k)
+                    for (int c = 0; c < kLanes && i + c < columns; ++c)
+                        square[k * kLanes + c] = rows[k * length + i + c];
+                transposeSquare(square, kLanes, to, stride);
+            }
+        }
+}
+
+}  // namespace FIELDSCAN_KERNELS
+}  // namespace fieldscan
+
+#endif

@@ -1,0 +1,105 @@
+// Kernels of triangle.h. Cholesky takes the rows of U above from those below, Z Z^T adds the columns of Z,
+// both in tiles.
+#include "numerics/tiles.h"
+#include "numerics/triangle.h"
+
+namespace fieldscan {
+namespace FIELDSCAN_KERNELS {
+
+namespace {
+
+constexpr int kBlock = 4 * kLanes;  // columns of the inverse at a time
+
+// sums[j] += a W(k, j) over a row of U and the rows of W that it begins to multiply at.
+void addRows(const double* row, const double* w, Index length, int count, Lanes* sums) {
+    Lanes sum[4] = {sums[0], sums[1], sums[2], sums[3]};
+    for (int k = 0; k < count; ++k, w += length)
+#pragma GCC unroll 4
+        for (int v = 0; v < 4; ++v)
+            sum[v] += load(w + v * kLanes) * row[k];
+    for (int v = 0; v < 4; ++v)
+        sums[v] = sum[v];
+}
+
+}  // namespace
+
+long long triangleRoom(int n) { return Space::sizeOf(n, n, n); }
+
+bool factorize(const double* matrix, int n, double tolerance, double* room, double* factor) {
+    const Space space(room, n, n);
+    space.readSums(matrix, n);
+    for (int first = 0; first < n; first += kRows) {
+        const int end = smaller(n, first + kRows);
+        for (int j = first - first % kPanel; first > 0 && j < n; j += kPanel)
+            space.add<Kind::subtracted>(first, j, space.factors(), nullptr, 0, first);
+        for (int k = first; k < end; ++k) {
+            double* pivotRow = space.sums + k * space.length;
+            if (isSingularPivot(pivotRow[k], matrix[k * (n + 1LL) + k], n, tolerance))
+                return false;
+            const double root = __builtin_sqrt(pivotRow[k]);
+            pivotRow[k] = root;
+            for (int j = k + 1; j < n; ++j)
+                pivotRow[j] /= root;
+            for (int i = k + 1; i < end; ++i) {
+                double* __restrict row = space.sums + i * space.length;
+                const double multiple = pivotRow[i];
+                for (int j = i; j < n; ++j)
+                    row[j] -= multiple * pivotRow[j];
+            }
+            space.setRows(k, 1, pivotRow, 0, end, space.length);
+        }
+    }
+    for (Index k = 0; k < n * (n + 1LL); ++k)
+        factor[k] = matrix[k];
+    space.writeSums(factor, n);
+    return true;
+}
+
+// Blocks of columns from the right, since those to the left need their U no more; rows upward. The rows of W
+// that are not as long as the block is wide, on its diagonal, lie in a copy with zeros to the left: products
+// with them change no sum.
+void invert(double* factor, int n) {
+    const Index length = n + 1;
+    for (int end = n; end > 0; end -= kBlock) {
+        const int begin = end > kBlock ? end - kBlock : 0, width = end - begin;
+        double diagonal[kBlock * kBlock] = {};
+        for (int i = end - 1; i >= 0; --i) {
+            double* row = factor + i * length;
+            const int above = i < begin ? begin - i - 1 : 0, inside = i < begin ? begin : i + 1;
+            Lanes sums[4] = {};
+            addRows(row + i + 1, row + length + begin, length, above, sums);
+            addRows(row + inside, diagonal + (inside - begin) * kBlock, kBlock, end - inside, sums);
+            double* w = i < begin ? row + begin : diagonal + (i - begin) * kBlock;
+            const double pivot = row[i];
+            for (int v = 0; v < 4; ++v)
+                store(w + v * kLanes, -sums[v] / pivot);
+            if (i >= begin) {
+                for (int c = 0; c < i - begin; ++c)
+                    w[c] = 0.0;
+                w[i - begin] = 1.0 / pivot;
+            }
+        }
+        for (int i = 0; i < width; ++i)
+            for (int c = i; c < width; ++c)
+                factor[(begin + i) * length + begin + c] = diagonal[i * kBlock + c];
+    }
+}
+
+// Zeros stand before the first element of a row; products with them change no sum.
+void multiply(const double* triangle, int n, double* room, double* product) {
+    const Space space(room, n, n);
+    for (int i = 0; i < upTo(kPanel, n); ++i)
+        for (int k = i - i % kPanel; k < n; ++k)
+            *space.panelAt(k, i) = i <= k ? triangle[i * (n + 1LL) + k] : 0.0;
+    for (Index k = 0; k < upTo(kRows, n) * space.length; ++k)
+        space.sums[k] = 0.0;
+    for (int j = 0; j < n; j += kPanel)
+        for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
+            space.add<Kind::plain>(i, j, space.factors(), nullptr, j, n);
+    space.writeSums(product, n);
+    for (int i = 0; i < n; ++i)
+        product[i * (n + 1LL) + n] = 0.0;
+}
+
+}  // namespace FIELDSCAN_KERNELS
+}  // namespace fieldscan

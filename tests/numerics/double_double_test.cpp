@@ -1,0 +1,41 @@
+// Error-free transformations.
+#include "numerics/double_double.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+using namespace fieldscan;
+
+namespace {
+
+double anyDouble(std::mt19937_64& random) {
+    return std::ldexp(static_cast<double>(random()) - 0x1p63, static_cast<int>(random() % 200) - 100);
+}
+
+TEST(DoubleDouble, SumsAndProductsLoseNothing) {
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 100000; ++i) {
+        const double a = anyDouble(random), b = anyDouble(random);
+        const auto product = twoProduct(a, b);
+        ASSERT_EQ(product.hi, a * b);
+        ASSERT_EQ(product.lo, std::fma(a, b, -product.hi));
+        const double larger = std::fabs(a) > std::fabs(b) ? a : b, smaller = larger == a ? b : a;
+        const auto sum = twoSum(a, b), ordered = fastTwoSum(larger, smaller);
+        ASSERT_EQ(sum.hi, a + b);
+        ASSERT_EQ(sum.lo, (larger - sum.hi) + smaller) << "of which both differences are exact";
+        ASSERT_EQ(ordered.lo, sum.lo);
+    }
+}
+
+TEST(DoubleDouble, ArithmeticHasThirtyDigits) {
+    const DoubleDouble<double> third = {1.0 / 3.0, 1.0 / 3.0 * 0x1p-54};
+    const auto one = third * 3.0, ninth = third * third;
+    EXPECT_EQ(one.hi, 1.0);
+    EXPECT_LE(std::fabs(one.lo), 0x1p-104);
+    const auto zero = ninth * 9.0 + DoubleDouble<double>{-1.0, 0.0};
+    EXPECT_LE(std::fabs(zero.hi), 0x1p-102);
+}
+
+}  // namespace
