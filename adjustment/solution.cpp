@@ -24,8 +24,7 @@
 #include <numeric>
 #include <vector>
 
-#include "numerics/exact_gram.h"
-#include "numerics/exact_products.h"
+#include "numerics/exact_sums.h"
 #include "numerics/gram.h"
 #include "numerics/iterative_refinement.h"
 #include "numerics/orthonormal.h"
@@ -46,7 +45,7 @@ constexpr double kHarmlessForming = 1e-11;
 constexpr double kHarmlessCancellation = 256.0;
 constexpr int kMostInDoubleDouble = 512;  // unknowns: 20 MB of partial sums
 constexpr double kErrorOfCofactor = 0x1p-48;
-constexpr double kNoise = 0x1p-104;  // of double-double, in residuals, for each product
+constexpr double kRounding = 0x1p-104;  // of double-double, for each product of a residual
 constexpr double kLost = 1.0 / 64.0;
 
 bool allFinite(const CArray<double, double>& array) {
@@ -97,31 +96,37 @@ bool addUpToNormal(const System& s) {
     return true;
 }
 
-Refinement refinementOf(const System& s, double inflation) {
-    Refinement refinement;
-    refinement.normal = s.normal;
-    refinement.inverse = s.inverse;
-    refinement.n = s.n;
-    refinement.solve = [&s](const double* sums, double* correction) {
+// Q sums.
+Solve timesInverse(const System& s) {
+    return [&s](const double* sums, double* correction) {
         const double* row = s.inverse;
         for (int i = 0; i < s.n; ++i, row += s.n + 1)
             correction[i] = std::inner_product(row, row + s.n, sums, 0.0);
     };
-    refinement.scale = std::sqrt(s.observations);
-    refinement.rate = s.n * kEpsilon * std::sqrt(inflation);
-    return refinement;
 }
 
 // x += Q A^T P (l - A x).
-bool refineFromEquations(const System& s, Refinement refinement) {
-    const Workspace room(exactProductsRoom(s.n));
-    refinement.noise = kNoise * (s.n + 1);
-    refinement.final = true;
-    refinement.residual = [&](const double* high, const double* low, double* sums) {
+bool refineFromEquations(const System& s, const Solve& solve, double inflation) {
+    const int m = s.equations.m, n = s.n;
+    const Workspace room(exactProductsRoom(n));
+    const auto residual = [&](const double* high, const double* low, double* sums) {
         const double squares = FIELDSCAN_CHOSEN(sumResiduals)(s.equations, high, low, room.data(), sums);
-        return s.equations.m > s.n ? std::max(0.0, squares) / (s.equations.m - s.n) : 0.0;
+        return m > n ? std::max(0.0, squares) / (m - n) : 0.0;
     };
-    return refineIteratively(refinement, s.solution);
+    const double rate = n * kEpsilon * std::sqrt(inflation), noise = kRounding * (n + 1);
+    return refineIteratively(
+        {s.normal, s.inverse, n, residual, solve, std::sqrt(s.observations), rate, noise, true}, s.solution);
+}
+
+// x += Q (b - N x).
+bool refineFromGram(const System& s, const ExactGram& gram, double rate, double noise, bool final) {
+    const auto residual = [&gram](const double* high, const double* low, double* sums) {
+        gram.residual(high, low, sums);
+        return 0.0;
+    };
+    return refineIteratively(
+        {s.normal, s.inverse, s.n, residual, timesInverse(s), std::sqrt(s.observations), rate, noise, final},
+        s.solution);
 }
 
 bool solveInDoubleDouble(const System& s) {
@@ -134,36 +139,29 @@ bool solveInDoubleDouble(const System& s) {
         squares[static_cast<std::size_t>(i)] = s.normal[i * (s.n + 2LL)];
     if (!gram.form(s.equations, squares.data()) || !gram.improveInverse(s.inverse))
         return false;
-    Refinement refinement = refinementOf(s, s.inflation);
-    refinement.noise = std::sqrt(s.inflation) * error;
-    refinement.final = false;
-    refinement.residual = [&](const double* high, const double* low, double* sums) {
-        gram.residual(high, low, sums);
-        return 0.0;
-    };
-    return refineIteratively(refinement, s.solution) || refineFromEquations(s, refinement);
+    const double root = std::sqrt(s.inflation);
+    return refineFromGram(s, gram, s.n * kEpsilon * root, root * error, false) ||
+           refineFromEquations(s, timesInverse(s), s.inflation);
 }
 
-bool solveOrthonormal(const System& s, bool negativeWeights) {
-    const std::ptrdiff_t length = s.n + 1;
-    Vector root(static_cast<std::size_t>(s.n * length));
-    if (!orthonormalize(s.equations, root.data(), s.solution))
+bool solveOrthonormal(const System& s) {
+    const std::ptrdiff_t n = s.n, length = n + 1;
+    Vector root(static_cast<std::size_t>(n * length)), inner(static_cast<std::size_t>(n));
+    if (!orthonormalize(s.equations, root.data()))
         return false;
     multiplyByTranspose(root.data(), s.n, s.inverse);
-    Refinement refinement = refinementOf(s, varianceInflation(s.normal, s.inverse, s.n));
-    if (negativeWeights)
-        refinement.rate = 1.0;
-    refinement.solve = [&](const double* sums, double* correction) {  // Z Z^T sums
-        Vector inner(static_cast<std::size_t>(s.n));
-        for (int i = 0; i < s.n; ++i)
-            for (int j = i; j < s.n; ++j)
+    std::fill(s.solution, s.solution + n, 0.0);
+    const auto timesRoots = [&](const double* sums, double* correction) {  // Z Z^T sums
+        std::fill(inner.begin(), inner.end(), 0.0);
+        for (int i = 0; i < n; ++i)
+            for (int j = i; j < n; ++j)
                 inner[static_cast<std::size_t>(j)] +=
                     root[static_cast<std::size_t>(i * length + j)] * sums[i];
-        for (int i = 0; i < s.n; ++i)
+        for (int i = 0; i < n; ++i)
             correction[i] =
                 std::inner_product(inner.begin() + i, inner.end(), root.begin() + i * (length + 1), 0.0);
     };
-    return refineFromEquations(s, refinement);
+    return refineFromEquations(s, timesRoots, varianceInflation(s.normal, s.inverse, s.n));
 }
 
 bool solveEntered(const System& s) {
@@ -171,18 +169,9 @@ bool solveEntered(const System& s) {
     gram.set(s.normal);
     if (s.inflation > kHarmlessInflation && !gram.improveInverse(s.inverse))
         return false;
-    const double inflation = varianceInflation(s.normal, s.inverse, s.n);
-    if (inflation * s.n * kEpsilon > kLost)
-        return false;
-    Refinement refinement = refinementOf(s, inflation);
-    refinement.rate = s.n * s.n * kEpsilon * inflation;  // where Q is still that of N in double
-    refinement.noise = std::sqrt(inflation) * kNoise * (s.n + 1);
-    refinement.final = true;
-    refinement.residual = [&](const double* high, const double* low, double* sums) {
-        gram.residual(high, low, sums);
-        return 0.0;
-    };
-    return refineIteratively(refinement, s.solution);
+    const double inflation = varianceInflation(s.normal, s.inverse, s.n), lost = s.n * kEpsilon * inflation;
+    return lost <= kLost &&
+           refineFromGram(s, gram, s.n * lost, std::sqrt(inflation) * kRounding * (s.n + 1), true);
 }
 
 }  // namespace
@@ -244,9 +233,7 @@ bool CLeastSq::solveExactly(bool (CLeastSq::*method)(), bool justFormed) {
         s.observations = 0.0;
         return solved && solveEntered(s) && finite();
     }
-    if (!solved)
-        InitBcor();
-    return ((solved && !negative && solveInDoubleDouble(s)) || solveOrthonormal(s, negative)) && finite();
+    return ((solved && !negative && solveInDoubleDouble(s)) || solveOrthonormal(s)) && finite();
 }
 
 // ---- Single steps ----

@@ -72,12 +72,6 @@ static inline DoubleDouble<T> operator*(DoubleDouble<T> a, T b) {
     return fastTwoSum(product.hi, product.lo + a.lo * b);
 }
 
-template <class T>
-static inline DoubleDouble<T> operator*(DoubleDouble<T> a, DoubleDouble<T> b) {
-    const DoubleDouble<T> product = twoProduct(a.hi, b.hi);
-    return fastTwoSum(product.hi, product.lo + (a.hi * b.lo + a.lo * b.hi));
-}
-
 }  // namespace fieldscan
 
 #endif

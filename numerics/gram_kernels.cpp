@@ -70,12 +70,9 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
     // Lane by lane: a register read from memory that was just written in parts waits for all of the writes,
     // which took a seventh of the time of 8 x 4.
     Lanes sums[n][kMost];
-#pragma GCC unroll 16
     for (int i = 0; i < n; ++i)
-#pragma GCC unroll 16
         for (int v = 0; v < kMost; ++v) {
             Lanes sum = {};
-#pragma GCC unroll 16
             for (int lane = 0; lane < kLanes; ++lane)
                 if (begin(v) + lane >= i && begin(v) + lane < kLength)
                     sum[lane] = gram[i * kLength + begin(v) + lane];
@@ -83,7 +80,6 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
         }
     double last[2 * kLanes] = {};
     const int copied = smaller(kShort, m), whole = m - copied;
-#pragma GCC unroll 16
     for (int r = 0; r < kShort; ++r)
         if (r < copied)
             for (int c = 0; c < kLength; ++c)
@@ -96,12 +92,9 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
         if (kind == Kind::weighted)
             least = weights[k] < least ? weights[k] : least;
         Lanes columns[kMost];
-#pragma GCC unroll 16
         for (int v = 0; v < kMost; ++v)
             columns[v] = load(row + begin(v));
-#pragma GCC unroll 16
         for (int i = 0; i < n; ++i) {
-#pragma GCC unroll 16
             for (int v = 0; v < kMost; ++v) {
                 if (v < vectors(i)) {
                     const Lanes product = columns[v] * row[i];
@@ -110,11 +103,8 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
             }
         }
     }
-#pragma GCC unroll 16
     for (int i = 0; i < n; ++i)
-#pragma GCC unroll 16
         for (int v = 0; v < kMost; ++v)
-#pragma GCC unroll 16
             for (int lane = 0; lane < kLanes; ++lane) {
                 const int j = begin(v) + lane;
                 if (v < vectors(i) && j >= i && j < kLength)

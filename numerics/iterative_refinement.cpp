@@ -64,10 +64,9 @@ bool refineIteratively(const Refinement& r, double* solution) {
         for (std::size_t i = 0; i < n; ++i) {
             const double part = std::sqrt(r.inverse[i * next]), x = std::fabs(high[i]), before = moved[i];
             moved[i] = std::fabs(correction[i]);
-            if (rounding && moved[i] > 0.5 * before)
-                scattered[i] = std::max(scattered[i], moved[i]);
-            if (part * part * r.normal[i * next] > kHopeless)
-                scattered[i] = std::max(scattered[i], 0.1 * noise * part);
+            const bool hopeless = part * part * r.normal[i * next] > kHopeless;
+            if (rounding && (hopeless || moved[i] > 0.5 * before))
+                scattered[i] = std::max({scattered[i], moved[i], hopeless ? 0.1 * noise * part : 0.0});
             if (x <= noise * part * (x <= kUncertain * scattered[i] ? 1.0 : kNothing))
                 solution[i] = 0.0;
             else if (!(std::max(moved[i], scattered[i]) <=

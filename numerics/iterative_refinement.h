@@ -7,16 +7,19 @@
 
 namespace fieldscan {
 
-// What refining computes with. N and N^-1 are rows of n + 1.
+// sums = b - N x, x = high + low, rounded. Returns sigma^2, of which the unknowns' variances are the
+// N^-1_ii-fold, or 0. `sums` has room for n + 8.
+using Residual = std::function<double(const double* high, const double* low, double* sums)>;
+// correction = N^-1 sums, to a digit or so.
+using Solve = std::function<void(const double* sums, double* correction)>;
+
+// What refining computes with. N and N^-1 are rows of n + 1, of which the diagonal is read.
 struct Refinement {
-    const double* normal;  // its diagonal
+    const double* normal;
     const double* inverse;
     int n;
-    // sums = b - N x, x = high + low, rounded. Returns sigma^2, of which the unknowns' variances are the
-    // N^-1_ii-fold, or 0. `sums` has room for n + 8.
-    std::function<double(const double* high, const double* low, double* sums)> residual;
-    // correction = N^-1 sums, to a digit or so.
-    std::function<void(const double* sums, double* correction)> solve;
+    Residual residual;
+    Solve solve;
     double scale;  // of A x, sqrt(l^T P l); 0 when it is not known
     double rate;   // a correction is about `rate` times the one before
     double noise;  // the residuals err by that part of `scale`, as changes of A x

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <numeric>
 #include <vector>
 
-#include "numerics/exact_gram.h"
-#include "numerics/exact_products.h"
+#include "numerics/exact_sums.h"
 #include "numerics/triangle.h"
 #include "numerics/workspace.h"
 
@@ -32,7 +30,7 @@ Vector squaresOf(const double* rows, const WeightedRows& a) {
 bool formGram(const WeightedRows& a, const double* z, double* gram) {
     const Workspace room(exactProductsRoom(a.n));
     Vector b(static_cast<std::size_t>(a.m) * (static_cast<std::size_t>(a.n) + 1));
-    FIELDSCAN_CHOSEN(multiplyRows)(a.rows, a.m, z, a.n, room.data(), b.data());
+    FIELDSCAN_CHOSEN(multiplyRows)(a, z, room.data(), b.data());
     ExactGram sums(a.n);
     if (!sums.form({b.data(), a.weights, a.m, a.n}, squaresOf(b.data(), a).data()))
         return false;
@@ -56,7 +54,7 @@ void multiplyTriangles(double* z, const Vector& u, int n) {
 
 }  // namespace
 
-bool orthonormalize(const WeightedRows& a, double* root, double* solution) {
+bool orthonormalize(const WeightedRows& a, double* root) {
     constexpr double kLeast = 1e-13;
     constexpr double kNear = 0.25;  // pivots of an S that is I but for rounding
     constexpr int kMostSteps = 6;
@@ -67,8 +65,12 @@ bool orthonormalize(const WeightedRows& a, double* root, double* solution) {
     const auto diagonal = [=](int i) { return static_cast<std::size_t>(i * (length + 1)); };
     std::fill(root, root + n * length, 0.0);
     const Vector squares = squaresOf(a.rows, a);
-    for (int i = 0; i < n; ++i)
-        root[diagonal(i)] = std::ldexp(1.0, -std::ilogb(std::sqrt(squares[static_cast<std::size_t>(i)])));
+    for (int i = 0; i < n; ++i) {
+        const double square = squares[static_cast<std::size_t>(i)];
+        if (!(square > 0.0 && std::isfinite(square)))
+            return false;
+        root[diagonal(i)] = std::ldexp(1.0, -std::ilogb(std::sqrt(square)));
+    }
     bool near = false;
     for (int step = 0; !near; ++step) {
         if (step == kMostSteps || !formGram(a, root, gram.data()))
@@ -76,25 +78,16 @@ bool orthonormalize(const WeightedRows& a, double* root, double* solution) {
         for (int i = 0; i < n && step == 0; ++i)
             lengths.push_back(std::sqrt(gram[diagonal(i)]) / root[diagonal(i)]);
         near = step > 0 && choleskyFactor(gram.data(), n, kNear, factor.data());
-        if (!near) {
-            for (int i = 0; i < n; ++i)
-                gram[diagonal(i)] *= 1.0 + shift;
-            if (!choleskyFactor(gram.data(), n, 0.0, factor.data()))
-                return false;
-        }
+        for (int i = 0; i < n && !near; ++i)
+            gram[diagonal(i)] *= 1.0 + shift;
+        if (!near && !choleskyFactor(gram.data(), n, 0.0, factor.data()))
+            return false;
         invertTriangle(factor.data(), n);
         multiplyTriangles(root, factor, n);
         for (int i = 0; i < n; ++i)
             if (!(root[diagonal(i)] * lengths[static_cast<std::size_t>(i)] * kLeast < 1.0))
                 return false;
     }
-    Vector inner(static_cast<std::size_t>(n));  // B^T P l, B = A Z with the last Z
-    for (int i = 0; i < n; ++i)
-        for (int j = i; j < n; ++j)
-            inner[static_cast<std::size_t>(j)] += factor[static_cast<std::size_t>(i * length + j)] *
-                                                  gram[static_cast<std::size_t>(i * length + n)];
-    for (int i = 0; i < n; ++i)
-        solution[i] = std::inner_product(inner.begin() + i, inner.end(), root + i * (length + 1), 0.0);
     return true;
 }
 

@@ -44,19 +44,14 @@ template <Kind kind, int rows, int vectors>
 static void addTile(const double* right, const double* left, Index rowStep, const double* weights, int count,
                     double* sums, Index length) {
     Lanes tile[rows][vectors];
-#pragma GCC unroll 16
     for (int i = 0; i < rows; ++i)
-#pragma GCC unroll 16
         for (int v = 0; v < vectors; ++v)
             tile[i][v] = load(sums + i * length + v * kLanes);
     for (Index k = 0; k < count; ++k, right += rowStep, left += rowStep) {
         Lanes row[vectors];
-#pragma GCC unroll 16
         for (int v = 0; v < vectors; ++v)
             row[v] = load(right + v * kLanes);
-#pragma GCC unroll 16
         for (int i = 0; i < rows; ++i) {
-#pragma GCC unroll 16
             for (int v = 0; v < vectors; ++v) {
                 const Lanes product = row[v] * left[i];
                 if (kind == Kind::weighted)
@@ -68,9 +63,7 @@ static void addTile(const double* right, const double* left, Index rowStep, cons
             }
         }
     }
-#pragma GCC unroll 16
     for (int i = 0; i < rows; ++i)
-#pragma GCC unroll 16
         for (int v = 0; v < vectors; ++v)
             store(sums + i * length + v * kLanes, tile[i][v]);
 }

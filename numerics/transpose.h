@@ -26,7 +26,6 @@ static inline void exchange(Lanes& a, Lanes& b, Lane<lanes...>) {
 
 template <int step>
 static inline void exchangeAll(Lanes* tile) {
-#pragma GCC unroll 8
     for (int k = 0; k < kLanes; ++k)
         if (!(k & step))
             exchange<step>(tile[k], tile[k + step], EachLane{});
@@ -36,11 +35,9 @@ static inline void exchangeAll(Lanes* tile) {
 
 static inline void transposeSquare(const double* from, long long length, double* to, long long stride) {
     Lanes tile[kLanes];
-#pragma GCC unroll 8
     for (int k = 0; k < kLanes; ++k)
         tile[k] = load(from + k * length);
     exchangeAll<1>(tile);
-#pragma GCC unroll 8
     for (int c = 0; c < kLanes; ++c)
         store(to + c * stride, tile[c]);
 }

@@ -14,7 +14,6 @@ constexpr int kBlock = 4 * kLanes;  // columns of the inverse at a time
 void addRows(const double* row, const double* w, Index length, int count, Lanes* sums) {
     Lanes sum[4] = {sums[0], sums[1], sums[2], sums[3]};
     for (int k = 0; k < count; ++k, w += length)
-#pragma GCC unroll 4
         for (int v = 0; v < 4; ++v)
             sum[v] += load(w + v * kLanes) * row[k];
     for (int v = 0; v < 4; ++v)

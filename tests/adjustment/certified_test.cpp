@@ -31,6 +31,8 @@ using List = std::vector<DoubleDouble>;
 
 DoubleDouble exact(double value) { return {value, 0.0}; }
 
+DoubleDouble operator*(DoubleDouble a, DoubleDouble b) { return a * b.hi + a * b.lo; }
+
 DoubleDouble operator/(DoubleDouble a, double b) {
     const double quotient = a.hi / b;
     const DoubleDouble rest = a + fieldscan::twoProduct(-quotient, b);

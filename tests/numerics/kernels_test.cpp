@@ -9,8 +9,7 @@
 #include <vector>
 
 #include "numerics/double_double.h"
-#include "numerics/exact_gram.h"
-#include "numerics/exact_products.h"
+#include "numerics/exact_sums.h"
 #include "numerics/gram.h"
 #include "numerics/sweep.h"
 #include "numerics/triangle.h"
@@ -147,8 +146,10 @@ Vector exactSums(const System& s, const Vector& u, const Vector& x, const Vector
 
 Vector exactSumsOfLibrary(const System& s, const Vector& u, const Vector& x, const Vector& low) {
     const Workspace room(exactProductsRoom(s.n));
-    Vector results(s.rows.size()), sums(x.size());
-    FIELDSCAN_CHOSEN(multiplyRows)(s.rows.data(), s.m, u.data(), s.n, room.data(), results.data());
+    Vector results(s.rows.size()), sums(x.size()), w = u;
+    for (Index i = 0; i < x.size(); ++i)
+        std::fill_n(w.begin() + static_cast<std::ptrdiff_t>(i * (x.size() + 1)), i, 0.0);
+    FIELDSCAN_CHOSEN(multiplyRows)(s.rowsOfA(), w.data(), room.data(), results.data());
     const double squares =
         FIELDSCAN_CHOSEN(sumResiduals)(s.rowsOfA(), x.data(), low.data(), room.data(), sums.data());
     results.insert(results.end(), sums.begin(), sums.end());

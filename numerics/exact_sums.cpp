@@ -1,4 +1,4 @@
-#include "numerics/exact_gram.h"
+#include "numerics/exact_sums.h"
 
 #include <algorithm>
 #include <cmath>
