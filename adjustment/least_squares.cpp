@@ -114,8 +114,6 @@ int CLeastSq::resize(int m, int n, int varSize) {
 
 int CLeastSq::InitParameter(CArray<double, double>& a, double v) {
     fill(a, v);
-    if (&a == &Obeq || &a == &Weight || &a == &Noeq)
-        m_formed = -1;
     return 1;
 }
 
@@ -129,7 +127,6 @@ int CLeastSq::InitNoeq() {
     if (parameterNumber < 1 || Noeq.GetSize() != sizeOf(parameterNumber, parameterNumber + 1))
         return 0;
     fill(Noeq, 0.0);
-    m_formed = -1;
     computationTime = 0.0;
     formTime = 0.0;
     return 1;
@@ -153,7 +150,6 @@ int CLeastSq::SetObeq(int column, double value) {
         return 0;
     currentObeq = equation;
     Obeq[static_cast<int>(index)] = value;
-    m_formed = -1;
     return 1;
 }
 
@@ -181,10 +177,8 @@ void CLeastSq::IncrementColumn() {
 int CLeastSq::SetWeight(double w) { return currentObeq < 0 ? 0 : SetWeight(currentObeq, w); }
 
 int CLeastSq::SetWeight(int i, double w) {
-    if (isInside(Weight, i)) {
+    if (isInside(Weight, i))
         Weight[i] = w;
-        m_formed = -1;
-    }
     return 1;
 }
 

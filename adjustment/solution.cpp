@@ -85,14 +85,13 @@ bool isCancelled(const System& s) {
 
 // Whether the equations as they are now give N | A^T P l, to the last bit.
 bool addUpToNormal(const System& s) {
-    const std::size_t length = static_cast<std::size_t>(s.n) + 1;
-    Vector normal(length * (length - 1));
+    const std::size_t n = static_cast<std::size_t>(s.n), length = n + 1;
+    Vector normal(n * length);
     addGram(s.equations, normal.data());
-    for (std::size_t i = 0; i + 1 < length; ++i)
-        if (!std::equal(normal.begin() + static_cast<std::ptrdiff_t>(i * (length + 1)),
-                        normal.begin() + static_cast<std::ptrdiff_t>((i + 1) * length),
-                        s.normal + i * (length + 1)))
-            return false;
+    for (std::size_t i = 0; i < n; ++i)
+        for (std::size_t j = i; j < length; ++j)
+            if (normal[i * length + j] != s.normal[i * length + j])
+                return false;
     return true;
 }
 

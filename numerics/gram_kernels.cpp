@@ -34,7 +34,6 @@ constexpr int kLongestInPlace = kInCache / kPacked;
 template <Kind kind>
 void addMany(const WeightedRows& a, double* room, double* gram) {
     const int n = a.n, length = n + 1;
-    const bool alone = n % kPanel == 0;  // column l, in its panel
     const Space space(room, kPacked, length);
     space.readSums(gram, n);
     for (int first = 0, count; first < a.m; first += count) {
@@ -48,11 +47,9 @@ void addMany(const WeightedRows& a, double* room, double* gram) {
             space.setRows(0, count, rows, length, 0, static_cast<Index>(rest) * length);
             factors = space.factors();
         }
-        for (int j = 0; j < (alone ? n : length); j += kPanel)
+        for (int j = 0; j < length; j += kPanel)
             for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
                 space.add<kind>(i, j, factors, a.weights + first, 0, count);
-        if (alone)
-            space.addColumn<kind>(n, factors, a.weights + first, count);
     }
     space.writeSums(gram, n);
 }
@@ -84,13 +81,11 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
         if (r < copied)
             for (int c = 0; c < kLength; ++c)
                 last[r * kLength + c] = rows[static_cast<Index>(whole + r) * kLength + c];
-    double squares = 0.0, least = 1.0;
+    double squares = 0.0;
     for (int k = 0; k < m; ++k, rows += kLength) {
         const double* row = kShort > 0 && k >= whole ? last + (k - whole) * kLength : rows;
         const double square = row[n] * row[n];
         squares += kind == Kind::weighted ? square * __builtin_fabs(weights[k]) : square;
-        if (kind == Kind::weighted)
-            least = weights[k] < least ? weights[k] : least;
         Lanes columns[kMost];
         for (int v = 0; v < kMost; ++v)
             columns[v] = load(row + begin(v));
@@ -110,7 +105,7 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
                 if (v < vectors(i) && j >= i && j < kLength)
                     gram[i * kLength + j] = sums[i][v][lane];
             }
-    return __builtin_copysign(squares, least);
+    return squares;
 }
 
 // Columns whose sums fill the registers: 26 of 32, 14 or 15 of 16.
@@ -132,16 +127,20 @@ long long gramRoom(int n) { return n <= kMostFew ? 0 : Space::sizeOf(kPacked, n,
 
 double addGram(const WeightedRows& a, double* room, double* gram) {
     const bool unit = weightsAreOne(a);  // multiplying by 1 changes no bit, so it is left out
-    if (a.n <= kMostFew)
-        return addFewOf<kMostFew>(a, unit, gram);
-    unit ? addMany<Kind::plain>(a, room, gram) : addMany<Kind::weighted>(a, room, gram);
-    double squares = 0.0, least = 1.0;
-    for (int k = 0; k < a.m; ++k) {
-        const double l = a.rows[k * (a.n + 1LL) + a.n], weight = a.weights[k];
-        squares += l * l * __builtin_fabs(weight);
-        least = weight < least ? weight : least;
+    int negative = 0;
+    for (int k = 0; k < a.m && !unit; ++k)
+        negative += a.weights[k] < 0.0;
+    double squares = 0.0;
+    if (a.n <= kMostFew) {
+        squares = addFewOf<kMostFew>(a, unit, gram);
+    } else {
+        unit ? addMany<Kind::plain>(a, room, gram) : addMany<Kind::weighted>(a, room, gram);
+        for (int k = 0; k < a.m; ++k) {
+            const double l = a.rows[k * (a.n + 1LL) + a.n];
+            squares += l * l * __builtin_fabs(a.weights[k]);
+        }
     }
-    return __builtin_copysign(squares, least);
+    return negative > 0 ? -squares : squares;
 }
 
 }  // namespace FIELDSCAN_KERNELS

@@ -18,7 +18,7 @@ constexpr double kUnseen = 0x1p-57;
 constexpr double kSettled = 1e-13;
 constexpr double kHopeless = 1e20;
 constexpr double kUncertain = 64.0;
-constexpr double kNothing = 0x1p-100;
+constexpr double kNothing = 0x1p-40;
 constexpr double kRounding = 0x1p-80;  // of the scale: where its rounding begins to show
 
 }  // namespace
