@@ -1,20 +1,28 @@
-// How CLeastSq solves: which way is taken when, and why.
+// How CLeastSq solves N x = A^T P l, N = A^T P A, and finds the cofactors Q = N^-1.
 //
-//   VIF     variance inflation factor, largest N_ii Q_ii: what correlations cost the unknowns and cofactors
-//   m eps   what forming N in order may cost them, eps = 2^-52
-//   cancels what the observations would let an unknown be exceeds 256 times its value and its deviation
+//   way                      when                                         x and Q err by      2000 x 4   5000 x 30
+//   1 N in double            VIF <= 64, m eps <= 1e-11, no unknown        some 1e-14            3 us      170 us
+//                            cancels, no negative weight
+//   2 N in double-double     else, VIF n error <= 2^-48, up to 512        the last digit       10 us      530 us
+//                            unknowns, no negative weight; or N entered
+//   3 orthonormal equations  else                                         the last digit       90 us     5000 us
 //
-// way                               when                                          exact to
-// 1 N in double                     VIF <= 64, m eps <= 1e-11, nothing cancels    1e-14
-// 2 N in double-double              else, while its own rounding is unseen:       all digits
-//                                   VIF up to 1e14, no negative weight
-// 3 orthonormal equations           else: VIF up to 1e26, negative weights        all digits
+//   VIF      variance inflation factor, largest N_ii Q_ii of way 1: what correlations cost x and Q
+//   m eps    what forming N in its order may cost them; eps = 2^-52
+//   cancels  what the observations would let an unknown be, sqrt(l^T P l Q_ii), exceeds 256 times its value and
+//            its standard deviation: it has lost two or three digits
+//   error    of N in double-double, about (m / 8 + 8) 2^-105; so way 2 reaches VIFs of 10^13 or more
 //
-// 1 Cholesky, or sweeping: of up to 16 unknowns in 0.3 to 0.85 of the time.
-// 2 N and A^T P l as sums of exact products; the Q of 1 becomes Q by Schulz's steps, x is refined with
-//   A^T P l - N x. ...
-// 3 ...
-// Entered normal equations (SetNoeq) are the way 2 with the N that was entered: it is exact as it stands.
+// (Times of Solve() on an AMD EPYC with AVX-512.)
+//
+// Way 1 is Cholesky (NewChores beyond 16 unknowns, PIChores) or sweeping (SwpMat, and NewChores up to 16, where
+// it takes 0.3 to 0.85 of the time). Way 2 takes its Q, and improves it by Schulz's steps and x by A^T P l - N x;
+// x from the equations, l - A x, where the error of N could be seen in an unknown. Way 3 needs nothing from
+// way 1: a root Z of Q from the equations themselves (numerics/orthonormal.h), and x from l - A x.
+//
+// Normal equations that were entered (SetNoeq), or do not belong to the equations any more, are exact as they
+// are: x is refined with b - N x, and Q by Schulz's steps from a VIF of 64 on. They are refused from a VIF of
+// 1 / (64 n eps) on, where the rounding of N itself could have made it singular (isSingularPivot).
 #include <fieldscan/least_squares.h>
 
 #include <algorithm>
@@ -40,13 +48,13 @@ namespace {
 using Vector = std::vector<double>;
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-constexpr double kHarmlessInflation = 64.0;
-constexpr double kHarmlessForming = 1e-11;
+constexpr double kHarmlessInflation = 64.0;  // costs two digits of sixteen
+constexpr double kHarmlessForming = 1e-11;   // 45000 equations
 constexpr double kHarmlessCancellation = 256.0;
 constexpr int kMostInDoubleDouble = 512;  // unknowns: 20 MB of partial sums
-constexpr double kErrorOfCofactor = 0x1p-48;
+constexpr double kErrorOfCofactor = 0x1p-48;  // relative
 constexpr double kRounding = 0x1p-104;  // of double-double, for each product of a residual
-constexpr double kLost = 1.0 / 64.0;
+constexpr double kLost = 1.0 / 64.0;  // VIF n eps
 
 bool allFinite(const CArray<double, double>& array) {
     return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
@@ -83,7 +91,8 @@ bool isCancelled(const System& s) {
     return false;
 }
 
-// Whether the equations as they are now give N | A^T P l, to the last bit.
+// Whether the equations as they are now give N | A^T P l, to the last bit: what was changed since the forming
+// shows, or changes nothing.
 bool addUpToNormal(const System& s) {
     const std::size_t n = static_cast<std::size_t>(s.n), length = n + 1;
     Vector normal(n * length);

@@ -14,19 +14,20 @@ namespace fieldscan {
 namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-constexpr double kUnseen = 0x1p-57;
-constexpr double kSettled = 1e-13;
-constexpr double kHopeless = 1e20;
-constexpr double kUncertain = 64.0;
-constexpr double kNothing = 0x1p-40;
-constexpr double kRounding = 0x1p-80;  // of the scale: where its rounding begins to show
+constexpr double kUnseen = 0x1p-57;    // change of an unknown, relative
+constexpr double kSettled = 1e-13;     // likewise, or of its standard deviation
+constexpr double kRounding = 0x1p-80;  // change of A x, of its scale: where steps may no longer shrink
+constexpr double kHopeless = 1e20;     // VIF from which corrections say too little about their errors
+constexpr double kUncertain = 64.0;    // scatters
+constexpr double kNothing = 0x1p-40;   // of what the noise could make of an unknown
 
 }  // namespace
 
-// Steps are measured by |A correction| = sqrt(correction^T N correction), the change of the adjusted
-// observations: each is smaller than the one before by the condition of A times a rounding step, as a rule.
-// The single unknowns need not shrink, and a single step says little about the others, since it may be
-// dominated by what is solved almost exactly.
+// Steps are measured by |A correction| = sqrt(correction^T N correction), the change of A x: as a rule each is
+// smaller than the one before by the condition of A times a rounding step. Single unknowns need not shrink, and
+// a step says little about them while it is dominated by what is solved almost exactly. So, once only rounding
+// is left, each unknown must settle by itself: its corrections have to shrink; those that do not are the scatter
+// that the rounding of the residuals makes, and it counts from then on.
 bool refineIteratively(const Refinement& r, double* solution) {
     constexpr int kMostSteps = 30;
     const std::size_t n = static_cast<std::size_t>(r.n), next = n + 2;

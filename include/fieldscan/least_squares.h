@@ -51,8 +51,12 @@ public:
     // begun, or there is no memory, and then nothing is stored.
     int SetObeq(int column, double value);
     void IncrementColumn();          // skips an equation: its row stays as it was
-    int SetWeight(double w);         // of the current equation. Returns 1; 0 when none has been begun
-    int SetWeight(int i, double w);  // of equation i. Returns 1, also where there is no such row
+    // Of the current equation, or of equation i. A negative weight takes out an equation that was entered with
+    // the positive one: the solution is that of the others, as long as they determine the unknowns and their
+    // coordinates are not millions of times closer together than what is taken out. Returns 1; 0 when no
+    // equation has been begun. The second returns 1 also where there is no such row.
+    int SetWeight(double w);
+    int SetWeight(int i, double w);
     // Element (i, j) of the normal equations, j = n the right-hand side, which is stored as Bcor(i) too. The
     // solvers read j >= i alone.
     void SetNoeq(int i, int j, double v);
@@ -84,26 +88,28 @@ public:
     // keeps the normal equations. Failure - a singular system, a number that is not finite - leaves NaN in
     // both, so that nothing looks right; without unknowns, or when forming fails, nothing changes.
     //
-    // How exact: let g = max N_ii (N^-1)_ii, which tells how many times the correlations enlarge a cofactor.
-    // Up to 64 the solver's own cofactors stand, and so do its unknowns unless the observations cancel in
-    // one: what they would let it be, sqrt(l^T P l (N^-1)_ii), exceeds 256 times its value and its standard
-    // deviation. They have lost two or three digits then, and what forming in order lost (at most m eps).
-    // Otherwise the unknowns are refined, and above g = 64 the cofactors too: residuals of the equations in
-    // double-double arithmetic, orthonormal equations, a Householder triangle of the weighted equations where
-    // a pivot of N is at most 1e-11 of its diagonal. Both are then exact to the last digits that the
-    // equations as stored determine.
+    // How exact. Let VIF be the variance inflation factor, the largest N_ii (N^-1)_ii: how many times the
+    // correlations enlarge a cofactor.
+    // - VIF up to 64, fewer than 45000 equations: N is solved in double. Unknowns and cofactors err by some
+    //   1e-14, and by m eps at most for the order of the sums (eps = 2^-52); an unknown far below its own
+    //   standard deviation may lose more of itself.
+    // - Else, and where the observations cancel in an unknown (what they would let it be,
+    //   sqrt(l^T P l (N^-1)_ii), exceeds 256 times its value and its standard deviation), both are refined
+    //   from the equations in double-double arithmetic: exact to the last digit that the equations as stored
+    //   determine. An unknown that even so cannot be told from 0 is 0.
+    // - Normal equations that were entered are exact as they stand: x is refined with b - N x, and from a
+    //   VIF of 64 on the cofactors too.
     //
-    // Refining takes the equations behind N. After SetObeq, SetWeight, SetNoeq, InitNoeq, InitParameter or
-    // Create these count as unknown until the next forming, and the solver works with N alone; what is
-    // written into Obeq, Weight or Noeq directly is not noticed. Observations and weights beyond 1e+-140 are
-    // refused or lose digits.
+    // Refining takes the equations that N is the sum of. What has changed since the forming is noticed, in
+    // the arrays too: where the equations no longer give Noeq to the last bit, Noeq counts as entered.
+    // Observations and weights beyond 1e+-140 are refused or lose digits.
     //
-    // What is singular: a diagonal of N at or below `tolerance`. From the equations: fewer than unknowns; a
-    // Householder diagonal |r_kk| <= max(1e-13, 16 m eps) times the length of its weighted column; a
-    // refinement that does not converge. Without equations: a pivot <= max(tolerance, 64 n eps N_kk).
-    // eps = 2^-52. So coincident points are refused at any coordinates, and ten thousand pairs of points a
-    // centimetre apart are not at millions. An equation with a negative weight, which takes another one out,
-    // has no root: the triangle is then that of N, and cofactors are only as good as N.
+    // What is refused: a diagonal of N at or below `tolerance`. From the equations: fewer than unknowns; a
+    // column of sqrt(P) A of which less than 1e-13 of its length is left beside those before it; an unknown
+    // whose last correction exceeds 1e-13 of it and of its standard deviation. Entered: a pivot
+    // <= max(tolerance, 64 n eps N_kk), a VIF of 1 / (64 n eps) and more, where the rounding of N alone could
+    // have made it singular. So coincident points are refused at any coordinates, and ten thousand pairs of
+    // points a centimetre apart are accepted even at 5000 km.
 
     int Solve();            // LessquFast(m, n), NewChores; both timed
     int PISolve();          // Lessqu(m, n), PIChores; both timed
@@ -117,8 +123,8 @@ public:
     int Lessqu(int m, int n);
     int LessquFast(int m, int n);
 
-    int NewChores();  // by Cholesky: LUDivid and the four steps behind it; up to 16 unknowns as SwpMat
-    int PIChores();   // by N = L D L^T, without square roots
+    int NewChores();  // by Cholesky: LUDivid and the four steps after it; up to 16 unknowns as SwpMat
+    int PIChores();   // by Cholesky
     int SwpMat();     // by sweeping the pivots, which turns [N | b] into [N^-1 | x]
 
     // Single steps of NewChores, all on the work array. No refinement; without the step before, the results
@@ -208,9 +214,9 @@ private:
     bool solveByCholesky();
     bool solveBySweeping();
 
-    // How many equations Noeq is the sum of; -1 when it was entered, or an equation changed since.
+    // How many equations Noeq was formed from; -1 when it was entered.
     int m_formed;
-    double m_observations;  // l^T |P| l of those equations, with a minus sign when a weight is negative
+    double m_observations;  // l^T |P| l of those equations, negated when a weight is negative
 };
 
 #endif
