@@ -1,24 +1,29 @@
 // How CLeastSq solves N x = A^T P l, N = A^T P A, and finds the cofactors Q = N^-1.
 //
-//   way                      when                                         x and Q err by      2000 x 4   5000 x 30
-//   1 N in double            VIF <= 64, m eps <= 1e-11, no unknown        some 1e-14            3 us      170 us
-//                            cancels, no negative weight
-//   2 N in double-double     else, VIF n error <= 2^-48, up to 512        the last digit       10 us      530 us
-//                            unknowns, no negative weight; or N entered
-//   3 orthonormal equations  else                                         the last digit       90 us     5000 us
+//   way                   when                              x and Q err by   2000 x 4   5000 x 30
+//   1 N in double         VIF <= 64, m eps <= 1e-11, no     some 1e-14          3 us      170 us
+//                         unknown cancels, no negative
+//                         weight
+//   2 N in double-double  else, VIF n error <= 2^-48, up    the last digit     10 us      530 us
+//                         to 512 unknowns, no negative
+//                         weight; or N was entered
+//   3 orthonormal         else                              the last digit    160 us     5600 us
+//     equations
 //
 //   VIF      variance inflation factor, largest N_ii Q_ii of way 1: what correlations cost x and Q
 //   m eps    what forming N in its order may cost them; eps = 2^-52
-//   cancels  what the observations would let an unknown be, sqrt(l^T P l Q_ii), exceeds 256 times its value and
+//   cancels  what the observations would let an unknown be, sqrt(l^T P l Q_ii), exceeds 256 times its value
+//   and
 //            its standard deviation: it has lost two or three digits
 //   error    of N in double-double, about (m / 8 + 8) 2^-105; so way 2 reaches VIFs of 10^13 or more
 //
 // (Times of Solve() on an AMD EPYC with AVX-512.)
 //
-// Way 1 is Cholesky (NewChores beyond 16 unknowns, PIChores) or sweeping (SwpMat, and NewChores up to 16, where
-// it takes 0.3 to 0.85 of the time). Way 2 takes its Q, and improves it by Schulz's steps and x by A^T P l - N x;
-// x from the equations, l - A x, where the error of N could be seen in an unknown. Way 3 needs nothing from
-// way 1: a root Z of Q from the equations themselves (numerics/orthonormal.h), and x from l - A x.
+// Way 1 is Cholesky (NewChores beyond 16 unknowns, PIChores) or sweeping (SwpMat, and NewChores up to 16,
+// where it takes 0.3 to 0.85 of the time). Way 2 takes its Q, and improves it by Schulz's steps and x by A^T
+// P l - N x; x from the equations, l - A x, where the error of N could be seen in an unknown. Way 3 needs
+// nothing from way 1: a root Z of Q from the equations themselves (numerics/orthonormal.h), and x from l - A
+// x.
 //
 // Normal equations that were entered (SetNoeq), or do not belong to the equations any more, are exact as they
 // are: x is refined with b - N x, and Q by Schulz's steps from a VIF of 64 on. They are refused from a VIF of
@@ -51,10 +56,10 @@ constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr double kHarmlessInflation = 64.0;  // costs two digits of sixteen
 constexpr double kHarmlessForming = 1e-11;   // 45000 equations
 constexpr double kHarmlessCancellation = 256.0;
-constexpr int kMostInDoubleDouble = 512;  // unknowns: 20 MB of partial sums
+constexpr int kMostInDoubleDouble = 512;      // unknowns: 20 MB of partial sums
 constexpr double kErrorOfCofactor = 0x1p-48;  // relative
-constexpr double kRounding = 0x1p-104;  // of double-double, for each product of a residual
-constexpr double kLost = 1.0 / 64.0;  // VIF n eps
+constexpr double kRounding = 0x1p-104;        // of double-double, for each product of a residual
+constexpr double kLost = 1.0 / 64.0;          // VIF n eps
 
 bool allFinite(const CArray<double, double>& array) {
     return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
