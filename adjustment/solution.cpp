@@ -12,18 +12,20 @@
 //
 //   VIF      variance inflation factor, largest N_ii Q_ii of way 1: what correlations cost x and Q
 //   m eps    what forming N in its order may cost them; eps = 2^-52
-//   cancels  what the observations would let an unknown be, sqrt(l^T P l Q_ii), exceeds 256 times its value
-//   and
-//            its standard deviation: it has lost two or three digits
+//   cancels  an unknown is far smaller than what the observations would let it be, sqrt(l^T P l Q_ii), which
+//            exceeds 256 times its value and its standard deviation: two or three digits are lost
 //   error    of N in double-double, about (m / 8 + 8) 2^-105; so way 2 reaches VIFs of 10^13 or more
 //
 // (Times of Solve() on an AMD EPYC with AVX-512.)
 //
-// Way 1 is Cholesky (NewChores beyond 16 unknowns, PIChores) or sweeping (SwpMat, and NewChores up to 16,
-// where it takes 0.3 to 0.85 of the time). Way 2 takes its Q, and improves it by Schulz's steps and x by A^T
-// P l - N x; x from the equations, l - A x, where the error of N could be seen in an unknown. Way 3 needs
-// nothing from way 1: a root Z of Q from the equations themselves (numerics/orthonormal.h), and x from l - A
-// x.
+// Way 1 is Cholesky (PIChores; NewChores beyond 16 unknowns) or sweeping (SwpMat; NewChores up to 16, where
+// it takes 0.3 to 0.85 of the time).
+//
+// Way 2 begins with x and Q of way 1. Q is improved by Schulz's steps, x with the residuals A^T P l - N x, or
+// with l - A x of the equations where the error of N could be seen in an unknown.
+//
+// Way 3 needs nothing from way 1: it computes a root Z of Q from the equations (numerics/orthonormal.h), and
+// x with their residuals.
 //
 // Normal equations that were entered (SetNoeq), or do not belong to the equations any more, are exact as they
 // are: x is refined with b - N x, and Q by Schulz's steps from a VIF of 64 on. They are refused from a VIF of

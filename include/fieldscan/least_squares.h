@@ -50,11 +50,11 @@ public:
     // equations were skipped there. Returns 1; 0 when the column is outside 0 .. n, no such row has been
     // begun, or there is no memory, and then nothing is stored.
     int SetObeq(int column, double value);
-    void IncrementColumn();          // skips an equation: its row stays as it was
-    // Of the current equation, or of equation i. A negative weight takes out an equation that was entered with
-    // the positive one: the solution is that of the others, as long as they determine the unknowns and their
-    // coordinates are not millions of times closer together than what is taken out. Returns 1; 0 when no
-    // equation has been begun. The second returns 1 also where there is no such row.
+    void IncrementColumn();  // skips an equation: its row stays as it was
+    // Of the current equation, or of equation i. A negative weight takes out an equation that was entered
+    // with the positive one: the solution is that of the others, as long as they determine the unknowns and
+    // their coordinates are not millions of times closer together than what is taken out. Returns 1; 0 when
+    // no equation has been begun. The second returns 1 also where there is no such row.
     int SetWeight(double w);
     int SetWeight(int i, double w);
     // Element (i, j) of the normal equations, j = n the right-hand side, which is stored as Bcor(i) too. The

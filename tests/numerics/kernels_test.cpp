@@ -157,30 +157,30 @@ Vector exactSumsOfLibrary(const System& s, const Vector& u, const Vector& x, con
     return results;
 }
 
-// b - N x of integers of 24 bits, which double-double holds exactly and double does not.
+// b - N x of whole numbers: up to 60 bits, which double-double holds exactly and double does not.
 void expectExactGram(int m, int n) {
     std::mt19937 random(static_cast<unsigned>(m * 100 + n));
     System s{m, n, {}, {}};
     Vector x, low(static_cast<Index>(n)), squares(s.length()), sums(static_cast<Index>(n) + 8);
     for (Index k = 0; k < static_cast<Index>(m) * s.length(); ++k)
-        s.rows.push_back(static_cast<double>(random() >> 8) - 0x1p23);
+        s.rows.push_back(static_cast<double>(random() >> 12) - 0x1p19);
     for (int k = 0; k < m; ++k)
         s.weights.push_back(m % 2 ? 1.0 : static_cast<double>(random() % 9) - 3.0);
     for (int i = 0; i < n; ++i)
-        x.push_back(static_cast<double>(random() % 1000));
+        x.push_back(static_cast<double>(random() % 16));
     for (Index k = 0; k < s.rows.size(); ++k)
         squares[k % s.length()] += s.rows[k] * s.rows[k] * std::fabs(s.weights[k / s.length()]);
     ExactGram gram(n);
     ASSERT_TRUE(gram.form(s.rowsOfA(), squares.data()));
     gram.residual(x.data(), low.data(), sums.data());
     for (Index i = 0; i < x.size(); ++i) {
-        __extension__ __int128 rest = 0;
+        long long rest = 0;
         for (Index k = 0; k < s.weights.size(); ++k) {
             const double* const a = s.rows.data() + k * s.length();
             long long v = static_cast<long long>(a[n]);
             for (Index j = 0; j < x.size(); ++j)
                 v -= static_cast<long long>(a[j] * x[j]);
-            rest += static_cast<decltype(rest)>(v) * static_cast<long long>(a[i] * s.weights[k]);
+            rest += v * static_cast<long long>(a[i] * s.weights[k]);
         }
         ASSERT_EQ(sums[i], static_cast<double>(rest)) << m << " x " << n;
     }
