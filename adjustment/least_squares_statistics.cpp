@@ -74,17 +74,15 @@ int CLeastSq::CalVarianceOfObservation() {
             return 1;
         const int n = parameterNumber;
         const std::ptrdiff_t length = n + 1;
-        CArray<double, double> products;  // a_k C
-        products.SetSize(n);
         for (int k = 0; k < ObeqSize; ++k) {
             const double* row = Obeq.GetData() + k * length;
-            InitParameter(products, 0.0);
-            for (int i = 0; i < n; ++i)
-                for (int j = 0; j < n; ++j)
-                    products[j] += row[i] * inverse[static_cast<int>(i * length) + j];
             double variance = 0.0;
-            for (int j = 0; j < n; ++j)
-                variance += row[j] * products[j];
+            for (int j = 0; j < n; ++j) {
+                double product = 0.0;  // element j of a_k C
+                for (int i = 0; i < n; ++i)
+                    product += row[i] * inverse[static_cast<int>(i * length) + j];
+                variance += row[j] * product;
+            }
             Var[k] = variance;
         }
         return 1;

@@ -8,20 +8,18 @@
 
 namespace fieldscan {
 
-// Doubles, aligned to a cache line of 64 bytes; not initialized.
+// Doubles, aligned to a cache line of 8; not initialized. (Aligned by hand: aligned `new` adds a tenth to
+// refining 8 x 4.)
 class Workspace {
 public:
-    explicit Workspace(long long size)
-        : m_storage(new double[static_cast<std::size_t>(size) + kLine]), m_data(m_storage.get()) {
-        while (reinterpret_cast<std::uintptr_t>(m_data) % (kLine * sizeof(double)) != 0)
-            ++m_data;
+    explicit Workspace(long long size) : m_room(new double[static_cast<std::size_t>(size) + 7]) {}
+    double* data() const {
+        const auto at = reinterpret_cast<std::uintptr_t>(m_room.get()) / sizeof(double);
+        return m_room.get() + (8 - at % 8) % 8;
     }
-    double* data() const { return m_data; }
 
 private:
-    static constexpr std::size_t kLine = 8;
-    std::unique_ptr<double[]> m_storage;
-    double* m_data;
+    std::unique_ptr<double[]> m_room;
 };
 
 }  // namespace fieldscan
