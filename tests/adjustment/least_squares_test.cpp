@@ -193,6 +193,17 @@ TEST(LeastSquares, EnteredNormalEquationsGiveAllTheirDigitsOrNone) {
         EXPECT_EQ(exact.GetCovar(0, 0), 514229.0) << solver.name;
         EXPECT_EQ(exact.GetCovar(1, 0), -317811.0) << solver.name;
 
+        // The products of three columns e1, e1 + d e2, e2 + d e3: no pivot is below d^2, but of the first
+        // column d^2 is left beside the others.
+        for (const auto& [d, solved] : {std::pair(0x1p-10, 1), {0x1p-12, 0}}) {
+            CLeastSq chain(0, 3);
+            const double products[] = {1, 1, 0, 0, 0, 1 + d * d, d, 0, 0, 0, 1 + d * d, 0};
+            for (int i = 0; i < 12; ++i)
+                chain.SetNoeq(i / 4, i % 4, products[i]);
+            EXPECT_EQ((chain.*solver.solve)(), solved) << solver.name << d;
+            EXPECT_TRUE(solved == 0 || chain.GetCovar(0, 0) * d * d * d * d == 1 + d * d + d * d * d * d);
+        }
+
         CLeastSq published(0, 3);
         const double singular[] = {41, 73, -31, 1, 73, 130, -56, 2, -31, -56, 50, 3};
         for (int i = 0; i < 12; ++i)
