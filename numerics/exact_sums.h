@@ -26,7 +26,7 @@ public:
     static double formingError(int m) { return 0x1p-105 * (m / 8.0 + 8.0); }
 
     // V, rows of n + 1, good to a digit or so, becomes N^-1 by steps V + (I - V N) V, which double the
-    // correct digits (Schulz 1933). False when they do not, and V is of no use then. So it is for every
+    // correct digits (Schulz 1933). False when they do not, and V then means nothing. So for every
     // singular N: an eigenvalue of I - V N is 1.
     bool improveInverse(double* v) const;
 

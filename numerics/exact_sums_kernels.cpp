@@ -31,7 +31,7 @@ Lanes multiplySubtract(Lanes a, Lanes b, Lanes c) {
 #endif
 }
 
-// Columns left and `count` right ones; of each pair 8 high and 8 low partial sums, one pair behind the other.
+// Columns left and `count` right ones; of each pair 8 high and 8 low partial sums, one pair after the other.
 template <bool weighted, int count>
 void addProducts(const double* left, const double* leftRest, const double* right, int rows, double* sums) {
     for (int s = 0; s < kPartialSums; s += kLanes) {

@@ -61,7 +61,7 @@ template <int n, Kind kind>
 double addFew(const double* rows, const double* weights, int m, double* gram) {
     constexpr int kLength = n + 1, kMost = (kLength + kLanes - 1) / kLanes;
     constexpr int kShort =
-        kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows whose vector ends behind all
+        kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows whose vector ends past the last row
     const auto begin = [](int v) { return (v + 1) * kLanes < kLength ? kLength - (v + 1) * kLanes : 0; };
     const auto vectors = [](int i) { return (kLength - i + kLanes - 1) / kLanes; };
     // Lane by lane: a register read from memory that was just written in parts waits for all of the writes,

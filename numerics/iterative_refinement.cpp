@@ -23,11 +23,11 @@ constexpr double kNothing = 0x1p-40;   // of what the noise could make of an unk
 
 }  // namespace
 
-// Steps are measured by |A correction| = sqrt(correction^T N correction), the change of A x: as a rule each is
-// smaller than the one before by the condition of A times a rounding step. Single unknowns need not shrink, and
-// a step says little about them while it is dominated by what is solved almost exactly. So, once only rounding
-// is left, each unknown must settle by itself: its corrections have to shrink; those that do not are the scatter
-// that the rounding of the residuals makes, and it counts from then on.
+// Steps are measured by |A correction| = sqrt(correction^T N correction), the change of A x: as a rule each
+// is smaller than the one before by the condition of A times a rounding step. Single unknowns need not
+// shrink, and a step says little about them while it is dominated by what is solved almost exactly. So, once
+// only rounding is left, each unknown must settle by itself: its corrections have to shrink; those that do
+// not are the scatter that the rounding of the residuals makes, and it counts from then on.
 bool refineIteratively(const Refinement& r, double* solution) {
     constexpr int kMostSteps = 30;
     const std::size_t n = static_cast<std::size_t>(r.n), next = n + 2;

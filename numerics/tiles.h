@@ -4,7 +4,7 @@
 // An element (i, j) is one sum over k that is added up in the order of k, so lanes hold neighbouring columns
 // j of one k:
 //
-//            columns j: a panel, kVectors registers          rows k of a panel lie one behind the other,
+//            columns j: a panel, kVectors registers          rows k of a panel lie one after the other,
 //          +--------+--------+                               kPanel doubles each: the tile reads two
 //   i      | sum    | sum    |   + = (row k, j) (row k, i)   streams, whatever the number of columns,
 //   kRows  | sum    | sum    |                               and stays in the first cache.
@@ -100,7 +100,7 @@ struct Space {
         return panels + (column / kPanel * height + k) * kPanel + column % kPanel;
     }
 
-    // Rows `first` to `first` + `count` of the panels from column `begin` on. What lies behind the columns
+    // Rows `first` to `first` + `count` of the panels from column `begin` on. What lies past the columns
     // lands in sums that nobody reads; `readable` elements can be read from `rows` on.
     void setRows(int first, int count, const double* rows, Index rowLength, int begin, Index readable) const {
         for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
@@ -138,7 +138,7 @@ struct Space {
         };
         if (i >= j + kLanes)  // the first register lies below the diagonal
             addColumns(addTile<kind, kRows, 1>, j + kLanes);
-        else if (j + kLanes >= columns)  // the second one behind the last column
+        else if (j + kLanes >= columns)  // the second one past the last column
             addColumns(addTile<kind, kRows, 1>, j);
         else
             addColumns(addTile<kind, kRows, kVectors>, j);

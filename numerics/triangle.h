@@ -7,7 +7,7 @@
 
 namespace fieldscan {
 
-// A pivot that rounding alone could have left: at or below max(tolerance, 64 n eps diagonal), or NaN.
+// A pivot that may be nothing but rounding: at or below max(tolerance, 64 n eps diagonal), or NaN.
 // (Here, since a call would send the matrix of a sweep from registers to memory.)
 static inline bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
     const double rounding = 64.0 * n * __DBL_EPSILON__ * diagonal;
@@ -15,7 +15,7 @@ static inline bool isSingularPivot(double pivot, double diagonal, int n, double 
 }
 
 // `factor` becomes U, its lower half and its last column the copies of those of `matrix`. False when a pivot
-// is singular, and `factor` is then of no use.
+// is singular, and `factor` then means nothing.
 bool choleskyFactor(const double* matrix, int n, double tolerance, double* factor);
 
 // `vector` becomes the solution y of U^T y = vector; x of U x = vector.

@@ -58,7 +58,7 @@ public:
     int SetWeight(double w);
     int SetWeight(int i, double w);
     // Element (i, j) of the normal equations, j = n the right-hand side, which is stored as Bcor(i) too. The
-    // solvers read j >= i alone.
+    // solvers read only j >= i.
     void SetNoeq(int i, int j, double v);
     void SetSigma(double s);     // the factor of CalVarianceOfEstimate; 1 until it is set
     void SetFormTime(double t);  // milliseconds
@@ -90,7 +90,8 @@ public:
     //
     // How exact. Let VIF be the variance inflation factor, the largest N_ii (N^-1)_ii: how many times the
     // correlations enlarge a cofactor.
-    // - VIF up to 64, fewer than 45000 equations: N is solved in double. Unknowns and cofactors err by some
+    // - VIF up to 64, fewer than 45000 equations, no negative weight: N is solved in double. Unknowns and
+    // cofactors err by some
     //   1e-14, and by m eps at most for the order of the sums (eps = 2^-52); an unknown far below its own
     //   standard deviation may lose more of itself.
     // - Else, and where the observations cancel in an unknown (what they would let it be,
@@ -107,7 +108,7 @@ public:
     // What is refused: a diagonal of N at or below `tolerance`. From the equations: fewer than unknowns; a
     // column of sqrt(P) A of which less than 1e-13 of its length is left beside those before it; an unknown
     // whose last correction exceeds 1e-13 of it and of its standard deviation. Entered: a pivot
-    // <= max(tolerance, 64 n eps N_kk), a VIF of 1 / (64 n eps) and more, where the rounding of N alone could
+    // <= max(tolerance, 64 n eps N_kk), a VIF of 1 / (64 n eps) and more, where rounding N could
     // have made it singular. So coincident points are refused at any coordinates, and ten thousand pairs of
     // points a centimetre apart are accepted even at 5000 km.
 

@@ -142,7 +142,7 @@ TEST(Helmert, KeepsTwelveDigitsAtNationalGridCoordinates) {
     EXPECT_NEAR(helmert.parameters[1], 1.6, 1.6e-12);
 }
 
-// The first correction of the parameters is all but exact and tells nothing about the next ones.
+// The first correction of the parameters is all but exact and says nothing about the next ones.
 TEST(Helmert, RefinesUntilCorrectionsEnd) {
     Points first, second;
     add(first, "A", 4058462.1930, 5291878.7750);

@@ -52,7 +52,7 @@ Vector formed(const System& s, double start) {
     return normal;
 }
 
-// U, U^-1 and U^-1 U^-T one behind the other, the other elements as the interface has them.
+// U, U^-1 and U^-1 U^-T one after the other, the other elements as the interface has them.
 Vector triangles(const Vector& normal, int unknowns) {
     const Index n = static_cast<Index>(unknowns), length = n + 1;
     Vector u = normal, product(normal.size());
@@ -240,7 +240,7 @@ TEST_P(Kernels, GiveTheSizeOfTheObservationsAndTheSignOfTheLeastWeight) {
     }
 }
 
-// What is not finite comes out so, in its row and column alone.
+// What is not finite comes out so, only in its row and column.
 TEST_P(Kernels, KeepNotANumberInItsRowAndColumn) {
     for (const int n : {4, 12, 40}) {
         System s = systemOf(70, n, true);
