@@ -91,9 +91,8 @@ public:
     // How exact. Let VIF be the variance inflation factor, the largest N_ii (N^-1)_ii: how many times the
     // correlations enlarge a cofactor.
     // - VIF up to 64, fewer than 45000 equations, no negative weight: N is solved in double. Unknowns and
-    // cofactors err by some
-    //   1e-14, and by m eps at most for the order of the sums (eps = 2^-52); an unknown far below its own
-    //   standard deviation may lose more of itself.
+    //   cofactors err by some 1e-14, and by m eps at most for the order of the sums (eps = 2^-52); an unknown
+    //   far below its own standard deviation may lose more of itself.
     // - Else, and where the observations cancel in an unknown (what they would let it be,
     //   sqrt(l^T P l (N^-1)_ii), exceeds 256 times its value and its standard deviation), both are refined
     //   from the equations in double-double arithmetic: exact to the last digit that the equations as stored
