@@ -180,12 +180,20 @@ bool solveOrthonormal(const System& s) {
 }
 
 bool solveEntered(const System& s) {
+    const auto isModerate = [](double v) { return v == 0.0 || (v * v > 0x1p-960 && v * v < 0x1p960); };
+    bool moderate = true;
+    for (std::ptrdiff_t i = 0, length = s.n + 1; i < s.n; ++i)
+        moderate =
+            moderate && isModerate(s.normal[i * (length + 1)]) && isModerate(s.normal[i * length + s.n]);
     ExactGram gram(s.n);
     gram.set(s.normal);
-    if (s.inflation > kHarmlessInflation && !gram.improveInverse(s.inverse))
+    if (moderate && s.inflation > kHarmlessInflation && !gram.improveInverse(s.inverse))
         return false;
     const double inflation = varianceInflation(s.normal, s.inverse, s.n), lost = s.n * kEpsilon * inflation;
-    return lost <= kLost &&
+    if (!(lost <= kLost))
+        return false;
+    // Products of others could overflow or underflow, by instruction sets differently.
+    return !moderate ||
            refineFromGram(s, gram, s.n * lost, std::sqrt(inflation) * kRounding * (s.n + 1), true);
 }
 

@@ -274,7 +274,8 @@ TEST(LeastSquares, RefusesWhatIsSingularAtAnyScale) {
     }
     EXPECT_EQ(solved({{1e-154, 0, 1}, {0, 1e-154, 1}}, 2), 0) << "below the tolerance";
     CLeastSq small(0, 1);
-    for (const auto& [diagonal, result] : {std::pair(small.tolerance, 0), {3e-307, 11}, {-1.0, 10}}) {
+    for (const auto& [diagonal, result] :
+         {std::pair(small.tolerance, 0), {3e-307, 11}, {1e300, 11}, {-1.0, 10}}) {
         small.SetNoeq(0, 0, diagonal);
         EXPECT_EQ(small.CheckNoeq() * 10 + small.SolveWithReduc(), result);
     }
