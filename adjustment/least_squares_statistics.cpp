@@ -127,17 +127,15 @@ void CLeastSq::TestBook() {
 }
 
 void CLeastSq::TestData31() {
-    const double normal[3][4] = {{4, 1, 0, 6}, {1, 5, 2, 17}, {0, 2, 6, 22}};
+    const double normal[] = {4, 1, 0, 6, 1, 5, 2, 17, 0, 2, 6, 22};
     Create(0, 3);
-    for (int i = 0; i < 3; ++i)
-        for (int j = 0; j < 4; ++j)
-            SetNoeq(i, j, normal[i][j]);
+    for (int k = 0; k < 12; ++k)
+        SetNoeq(k / 4, k % 4, normal[k]);
 }
 
 void CLeastSq::TestData4() {
-    const double normal[4][5] = {{5, 1, 0, 1, 2}, {1, 6, 2, 0, -1}, {0, 2, 7, 1, 10}, {1, 0, 1, 8, -13}};
+    const double normal[] = {5, 1, 0, 1, 2, 1, 6, 2, 0, -1, 0, 2, 7, 1, 10, 1, 0, 1, 8, -13};
     Create(0, 4);
-    for (int i = 0; i < 4; ++i)
-        for (int j = 0; j < 5; ++j)
-            SetNoeq(i, j, normal[i][j]);
+    for (int k = 0; k < 20; ++k)
+        SetNoeq(k / 5, k % 5, normal[k]);
 }

@@ -68,8 +68,9 @@ bool allFinite(const CArray<double, double>& array) {
                        [](double value) { return std::isfinite(value); });
 }
 
-// What is solved: the equations, N | A^T P l as formed from them, and l^T |P| l; or N | b as entered, the
-// rest empty. x and Q begin as what N in double gives, and `inflation` as the VIF of that.
+// What is solved: the equations, N | A^T P l as formed from them, and l^T |P| l, negated when a weight is
+// negative; or N | b as entered, without equations. x and Q begin as what way 1 gives; `inflation` is the VIF
+// of that, infinite when it gives nothing.
 struct System {
     WeightedRows equations;
     const double* normal;
@@ -100,10 +101,10 @@ bool isCancelled(const System& s) {
 
 // Whether the equations as they are now give N | A^T P l, to the last bit: what was changed since the forming
 // shows, or changes nothing.
-bool addUpToNormal(const System& s) {
+bool addUpToNormal(System& s) {
     const std::size_t n = static_cast<std::size_t>(s.n), length = n + 1;
     Vector normal(n * length);
-    addGram(s.equations, normal.data());
+    s.observations = addGram(s.equations, normal.data());
     for (std::size_t i = 0; i < n; ++i)
         for (std::size_t j = i; j < length; ++j)
             if (normal[i * length + j] != s.normal[i * length + j])
@@ -130,7 +131,8 @@ bool refineFromEquations(const System& s, const Solve& solve, double inflation) 
     };
     const double rate = n * kEpsilon * std::sqrt(inflation), noise = kRounding * (n + 1);
     return refineIteratively(
-        {s.normal, s.inverse, n, residual, solve, std::sqrt(s.observations), rate, noise, true}, s.solution);
+        {s.normal, s.inverse, n, residual, solve, std::sqrt(std::fabs(s.observations)), rate, noise, true},
+        s.solution);
 }
 
 // x += Q (b - N x).
@@ -139,9 +141,9 @@ bool refineFromGram(const System& s, const ExactGram& gram, double rate, double 
         gram.residual(high, low, sums);
         return 0.0;
     };
-    return refineIteratively(
-        {s.normal, s.inverse, s.n, residual, timesInverse(s), std::sqrt(s.observations), rate, noise, final},
-        s.solution);
+    return refineIteratively({s.normal, s.inverse, s.n, residual, timesInverse(s),
+                              std::sqrt(std::fabs(s.observations)), rate, noise, final},
+                             s.solution);
 }
 
 bool solveInDoubleDouble(const System& s) {
@@ -242,21 +244,19 @@ bool CLeastSq::solveExactly(bool (CLeastSq::*method)(), bool justFormed) {
     System s = {{}, Noeq.GetData(), 0.0, 0.0, Bcor.GetData(), inverse.GetData(), parameterNumber};
     s.inflation =
         solved ? varianceInflation(s.normal, s.inverse, s.n) : std::numeric_limits<double>::infinity();
-    bool formed = m_formed >= 0 && hasEquations(m_formed);
-    const bool negative = formed && std::signbit(m_observations);
-    if (formed) {
+    if (m_formed >= 0 && hasEquations(m_formed)) {
         s.equations = {Obeq.GetData(), Weight.GetData(), m_formed, s.n};
-        s.observations = std::fabs(m_observations);
-        if (!negative && s.inflation <= kHarmlessInflation && m_formed * kEpsilon <= kHarmlessForming &&
-            !isCancelled(s))
+        s.observations = m_observations;
+        if (s.inflation <= kHarmlessInflation && m_formed * kEpsilon <= kHarmlessForming &&
+            !std::signbit(s.observations) && !isCancelled(s))
             return true;
-        formed = justFormed || addUpToNormal(s);
+        if (justFormed || addUpToNormal(s))
+            return ((solved && !std::signbit(s.observations) && solveInDoubleDouble(s)) ||
+                    solveOrthonormal(s)) &&
+                   finite();
     }
-    if (!formed) {
-        s.observations = 0.0;
-        return solved && solveEntered(s) && finite();
-    }
-    return ((solved && !negative && solveInDoubleDouble(s)) || solveOrthonormal(s)) && finite();
+    s.observations = 0.0;
+    return solved && solveEntered(s) && finite();
 }
 
 // ---- Single steps ----

@@ -13,11 +13,8 @@ void ExactGram::set(const double* matrix) {
     double* const sums = m_sums.data();
     std::fill(sums, sums + 2 * length * stride, 0.0);
     for (int i = 0; i < m_n; ++i)
-        for (int j = i; j <= m_n; ++j) {
-            sums[j * stride + i] = matrix[i * length + j];
-            if (j < m_n)
-                sums[i * stride + j] = matrix[i * length + j];
-        }
+        for (int j = 0; j <= m_n; ++j)
+            sums[j * stride + i] = matrix[std::min(i, j) * length + std::max(i, j)];
 }
 
 void ExactGram::round(double* matrix) const {
