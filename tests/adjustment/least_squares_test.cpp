@@ -215,9 +215,9 @@ TEST(LeastSquares, EnteredNormalEquationsGiveAllTheirDigitsOrNone) {
             int row[14];
             for (int k = 0; k < n - 1; ++k) {
                 std::generate_n(row, n, [&random] { return static_cast<int>(random() % 19) - 9; });
-                for (int i = 0; i < n * n; ++i)
-                    adjustment.SetNoeq(i / n, i % n,
-                                       adjustment.GetNoeq(i / n, i % n) + row[i / n] * row[i % n]);
+                for (int i = 0; i < n; ++i)
+                    for (int j = 0; j < n; ++j)
+                        adjustment.SetNoeq(i, j, adjustment.GetNoeq(i, j) + row[i] * row[j]);
             }
             ASSERT_EQ((adjustment.*solver.solve)(), 0) << solver.name << ", trial " << trial;
         }
