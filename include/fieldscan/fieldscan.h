@@ -22,6 +22,7 @@
 #include <fieldscan/point_files.h>
 #include <fieldscan/points.h>
 #include <fieldscan/polyline.h>
+#include <fieldscan/precision.h>
 #include <fieldscan/range.h>
 #include <fieldscan/rotation.h>
 #include <fieldscan/scan_area.h>

@@ -32,6 +32,15 @@ public:
     // residuals are then as before.
     int CalPara();
 
+    // Why CalPara solves the pairs or does not; the first that holds:
+    //   -1  fewer than 2 pairs, or source and target points of different number
+    //    0  a coordinate is not finite or beyond 1e140, or there is no memory
+    //   -2  the source points coincide
+    //    3  they lie on one line: solved, but nothing checks the direction across
+    //    1  they spread over the plane
+    // Greater than 0 when CalPara returns 1. By the rank of the equations (CPrecision::CalDefect).
+    int CheckPairs() const;
+
     // Transforms in.x, in.y to out.x, out.y: from source to target, or back when `forward` is 0. Nothing else
     // of `out` changes; it may be `in`. Returns 1; 0 when there are no parameters, or for the way back when
     // a a + b b is 0, and then `out` is unchanged.
@@ -66,7 +75,8 @@ public:
     // As of CHelmert.
     void Init();
     int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
-    int CalPara();  // 0 with fewer than 3 pairs, or when the source points lie on one line
+    int CalPara();           // 0 with fewer than 3 pairs, or when the source points lie on one line
+    int CheckPairs() const;  // 3 pairs at least; -3 instead of 3: source points on one line are not solved
     int Transform(const CXYZ& in, CXYZ& out, int forward) const;  // no way back when a d - b c is 0
     void Trace();                                                 // a hook for debugging, does nothing
 
