@@ -5,6 +5,7 @@
 #include <cmath>
 #include <functional>
 #include <initializer_list>
+#include <limits>
 #include <map>
 #include <string>
 
@@ -68,6 +69,7 @@ TEST(Helmert, ParametersAndResiduals) {
     EXPECT_EQ(helmert.Transform(CXYZ(4, 5, 6), out, 1), 0);
     EXPECT_EQ(helmert.RMS.x, -1.0);
     EXPECT_EQ(fitted(helmert, 1, 0, 0, 1, [](double x, double y) { return CXYZ(x, y, 0); }), 0);
+    EXPECT_EQ(helmert.CheckPairs(), -1);
     ASSERT_EQ(fitted(helmert, 2, 0.3, 4e6, 7, [](double x, double y) { return CXYZ(x, y, 0); }), 1);
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(helmert.parameters[i], i == 0) << i;
@@ -118,8 +120,10 @@ TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {
                 const bool is = apart > 0.0;
                 EXPECT_EQ(fitted(helmert, count, at, at * 8.3, apart, any), is) << at << ", " << count;
                 EXPECT_EQ(helmert.parameters.IsEmpty(), !is);
+                EXPECT_EQ(helmert.CheckPairs(), !is ? -2 : count == 2 ? 3 : 1) << at << ", " << count;
                 EXPECT_EQ(fitted(affine, count, at, is ? at : at * 8.3, apart, any), is && count > 2)
                     << at << ", " << count;
+                EXPECT_EQ(affine.CheckPairs(), count == 2 ? -1 : is ? 1 : -2) << at << ", " << count;
             }
         }
     }
@@ -129,6 +133,9 @@ TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {
         add(line, std::to_string(i), 1000.0 + i, 3e5 + 0.3 * i);
     affine.SetPoints(line, line);
     EXPECT_EQ(affine.CalPara(), 0) << "on a line";
+    EXPECT_EQ(affine.CheckPairs(), -3);
+    affine.sourcePoints[3].x = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(affine.CheckPairs(), 0);
 }
 
 TEST(Helmert, KeepsTwelveDigitsAtNationalGridCoordinates) {
