@@ -27,7 +27,9 @@ using Column = std::vector<double>;
 // Modified Gram-Schmidt with pivoting, each column orthogonalised twice (Bjorck, Numerical Methods for Least
 // Squares Problems, 2.4): Q is orthonormal to a few n eps whatever the condition. The next column is the one
 // of which most is left, a part d of its length. Its direction errs by eps / d, and the columns that follow
-// have at most d in it: they err by eps, and of a dependent one a few n eps are left.
+// have at most d in it: they err by eps, and of a dependent one a few n eps are left. Orthogonalised once, an
+// equation that nothing controls gets r up to 1e-8 where columns differ by 1e-3 of themselves, 1e-4 at 1e-7;
+// twice, 1e-15.
 struct Orthonormal {
     Orthonormal(std::vector<Column> matrix, int rows) : columns(std::move(matrix)), m(rows) {
         const std::size_t n = columns.size();

@@ -136,6 +136,12 @@ TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {
     EXPECT_EQ(affine.CheckPairs(), -3);
     affine.sourcePoints[3].x = std::numeric_limits<double>::infinity();
     EXPECT_EQ(affine.CheckPairs(), 0);
+    CHelmert diagonal;
+    for (const double x : {-1.0, 1.0}) {
+        add(diagonal.sourcePoints, "", x, x);
+        add(diagonal.targetPoints, "", x, x);
+    }
+    EXPECT_EQ(diagonal.CheckPairs(), 3);
 }
 
 TEST(Helmert, KeepsTwelveDigitsAtNationalGridCoordinates) {

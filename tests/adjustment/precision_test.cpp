@@ -76,6 +76,8 @@ TEST(Precision, FindsABlunderWhereverItIs) {
         ASSERT_EQ(precision.CalFigures(levelling, 1.0), 1);
         EXPECT_EQ(precision.largest, k);
         EXPECT_EQ(precision.TestGlobal(0.05, lower, upper), 0);
+        EXPECT_NEAR(lower, 0.216, 0.0005);
+        EXPECT_NEAR(upper, 9.348, 0.0005);
         const double estimate = precision.equations[k].residual / precision.equations[k].redundancy;
         EXPECT_NEAR(estimate, -15.0 * deviation, 3.0 * deviation);
 
@@ -188,6 +190,23 @@ TEST(Precision, ControlEndsAtOneInAHundredMillion) {
     }
 }
 
+TEST(Precision, WhatNothingControlsStaysSoWhenColumnsAreAlike) {
+    CLeastSq twice(5, 3);  // two equations twice, the last once
+    for (int k = 0; k < 5; ++k) {
+        std::vector<double> row;
+        for (int i = 0; i < 3; ++i)
+            row.push_back(std::sin(k / 2 + 1.0) + 1e-6 * std::cos(k / 2 * 5.0 + i * 3.0));
+        row.push_back(k);
+        enter(twice, row);
+    }
+    ASSERT_EQ(twice.Solve(), 1);
+    CPrecision precision;
+    ASSERT_EQ(precision.CalFigures(twice, 1.0), 1);
+    for (int k = 0; k < 4; ++k)
+        EXPECT_NEAR(precision.equations[k].redundancy, 0.5, 1e-12);
+    EXPECT_NEAR(precision.equations[4].redundancy, 0.0, 1e-14);
+}
+
 TEST(Precision, EllipseOfKnownAxes) {
     for (const double angle : {0.0, 0.3, 1.5, 1.6, 3.0}) {
         const double c = std::cos(angle), s = std::sin(angle);
@@ -223,11 +242,16 @@ TEST(Precision, NamesWhatTheEquationsDoNotDetermine) {
     levelling.SetWeight(0, -1.0);
     expectDefect(levelling, -1, {});
 
-    CLeastSq plane(7, 6);  // Z110 has one direction to a fixed point
-    for (const int k : {0, 1, 2, 7, 8, 9, 3})
+    CLeastSq plane(7, 6);  // to Z110 there is one distance
+    for (const int k : {0, 1, 2, 7, 8, 9, 11})
         enterSight(plane, k);
     EXPECT_EQ(plane.Solve(), 0);
     expectDefect(plane, 2, {2, 3, 5});
+
+    CLeastSq scales(4, 4);  // the last two only as u - 3 w
+    for (const double k : {0.1, 0.7, 1.1, 1.9})
+        enter(scales, {3.0 - k * k, 1.0 + 1.0 / k, k, -3.0 * k, 1.0});
+    expectDefect(scales, 1, {2, 3});
 
     CLeastSq similarity(5, 4);  // of coincident points; then one parameter known
     for (int pair = 0; pair < 2; ++pair) {
