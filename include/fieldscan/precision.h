@@ -43,7 +43,9 @@ public:
 
     // Computes all data members. `sigma0`: standard deviation of an observation of weight 1, known before.
     // `delta0`: non-centrality of the smallest detectable error; 4.13 finds it with a power of 80 % in a test
-    // at 0.1 % (critical value 3.29). About four times the work of Solve, and room for another Obeq.
+    // at 0.1 % (critical value 3.29).
+    // Takes 4 m n^2 products and room for another Obeq: 10 to 25 times as long as Solve, 0.1 s for 1000
+    // equations with 300 unknowns.
     // Returns 1. 0, and then all is as after Init, when
     //   - degreesOfFreedom <= 0: nothing is controlled
     //   - the unknowns do not solve the equations as they are: not solved, failed, or changed since

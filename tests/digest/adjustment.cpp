@@ -1,5 +1,6 @@
 // Least squares, and what is fitted by it: plane transformations, distortion, images.
 #include <fieldscan/image.h>
+#include <fieldscan/precision.h>
 
 #include "tests/adjustment/solvers.h"
 #include "tests/digest/digest.h"
@@ -32,6 +33,33 @@ const Family leastSquares("least_squares", 63, kExact, [](Results& out, Random& 
     for (int k = 0; k < n * (n + 1); ++k)
         entered.SetNoeq(k / (n + 1), k % (n + 1), equations.Noeq[k]);
     out << entered.SolveWithReduc() << entered.Bcor << entered.inverse;
+});
+
+// Columns that are ever more alike; every other system has one that depends on others.
+const Family precisions("precisions", 40, kExact, [](Results& out, Random& random, int i) {
+    const int n = 3 + i % 5;
+    double spread = 1.0;
+    CLeastSq equations(n);
+    for (int k = 0; k < i; ++k)
+        spread *= 0.6;
+    for (int k = 0; k < 2 * n; ++k) {
+        const double common = random.around(10.0), first = common + random.around(spread);
+        for (int j = 0; j < n; ++j)
+            equations.SetObeq(j, j == 0            ? first
+                                 : j == 2 && i % 2 ? 3.0 * first
+                                                   : common + random.around(spread));
+        equations.SetObeq(n, random.around(1.0));
+        equations.SetWeight(k == 1 ? 0.0 : 2.0 + random.around(1.0));
+    }
+    CPrecision precision;
+    CArray<int, int> undetermined;
+    out << equations.Solve() << precision.CalFigures(equations, 0.5) << precision.largest
+        << precision.estimatedSigma0 << precision.cofactors << CPrecision::CalDefect(equations, undetermined)
+        << undetermined;
+    for (int k = 0; k < precision.equations.GetSize(); ++k)
+        out << precision.equations[k].residual << precision.equations[k].redundancy
+            << precision.equations[k].standardized << precision.equations[k].tau
+            << precision.equations[k].detectable << precision.equations[k].controlled;
 });
 
 // At the coordinates of a national grid, with names in another order.
