@@ -15,8 +15,8 @@ struct CEquationPrecision {
     double tau;           // the same with estimatedSigma0: tau distribution (Pope); 0 where that is 0
     double detectable;    // smallest detectable error of l: delta0 sigma0 / sqrt(p r), in units of l
     // 1; 0 when r <= 1e-8: no other equation controls this one. standardized and tau are 0 then, detectable
-    // is the largest double. A blunder of l shows in v reduced to r of it: at 1e-8 one of 1000 standard
-    // deviations, 1 m where they are 1 mm, leaves 1e-8 m, as rounding does at coordinates of a million.
+    // is the largest double. A blunder of l shows in v, reduced to r of it. At 1e-8 one of 1000 standard
+    // deviations, 1 m where they are 1 mm, leaves 1e-8 m: a few times the rounding at coordinates of 5e6 m.
     int controlled;
 };
 
