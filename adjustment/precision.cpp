@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr double kNotControlled = 1e-8;
-constexpr double kSolved = 64.0;
+constexpr double kSolved = 64.0;  // in m n eps; solved systems need less than 4
 
 using Column = std::vector<double>;
 
