@@ -90,7 +90,7 @@ public:
     // ---- Data ----
 
     int parameterNumber;     // n: unknowns
-    int degreesOfFreedom;    // f: equations with a weight greater than 0, less the unknowns
+    int degreesOfFreedom;    // f: equations of a weight above 0, rows of zeros included, less the unknowns
     double sigma0;           // as given
     double estimatedSigma0;  // sqrt(sumOfSquares / f)
     double sumOfSquares;     // sum p v v
