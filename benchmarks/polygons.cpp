@@ -102,7 +102,7 @@ void raceInAngles(Races& races, int vertices) {
     require(answers(job, ours) == answers(job, steps), row + ", steps");
     require(answers(job, ours) == answers(job, peer), row);
     races.race(row, contender("CCalcXYZHV", job, ours),
-               {{0.17, {contender("the steps as written, vertices copied", job, steps)}},
+               {{0.17, {contender("edge by edge, vertices copied", job, steps)}},
                 {1.3, {contender("Boost.Geometry, outline unwrapped beforehand", job, peer)}}});
 }
 

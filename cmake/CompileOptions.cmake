@@ -8,7 +8,7 @@ function(fieldscan_compile_options target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
 
-    # Contraction into fused multiply-add would change the last bit of the stated arithmetic, and differ
+    # Contraction into fused multiply-add would change the last bit of the documented arithmetic, and differ
     # between targets.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
 

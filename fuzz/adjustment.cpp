@@ -8,7 +8,7 @@
 
 namespace {
 
-// The stated sums over the equations that the engine holds.
+// The sums, in their documented order, over the equations that the engine holds.
 void compareForming(const CLeastSq& engine, int m) {
     const int n = engine.parameterNumber, length = n + 1;
     for (int i = 0; i < n; ++i) {

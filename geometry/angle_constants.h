@@ -1,4 +1,4 @@
-// The constants of angles, as the decimals that the stated arithmetic is made with.
+// The constants of angles, as the decimals that all angle arithmetic here is made with.
 #ifndef FIELDSCAN_GEOMETRY_ANGLE_CONSTANTS_H
 #define FIELDSCAN_GEOMETRY_ANGLE_CONSTANTS_H
 
