@@ -4,6 +4,7 @@
 #include <fieldscan/scan_result_files.h>
 
 #include "fuzz/input.h"
+#include "platform/framework/line_text.h"
 
 namespace {
 
@@ -15,10 +16,19 @@ struct Versioned {
     CStringArray texts;
 };
 
-// Names and numbers that a file gave are written so that they read the same again.
+bool fits(const CXYZ& point, const CString& text) {
+    return fieldscan::fitsField(point.name) && fieldscan::fitsField(point.code) && fieldscan::fitsField(text);
+}
+
+// Names and numbers that a file gave are written so that they read the same again, or refused.
 void comesBack(Points& points) {
     CString path = file().path();
-    require(WriteCSVFile(&path, points, 0) == 1);
+    bool fit = true;
+    for (int i = 0; i < points.GetSize(); ++i)
+        fit = fit && fits(points[i], CString());
+    require(WriteCSVFile(&path, points, 0) == fit);
+    if (!fit)
+        return;
     const std::string once = file().get();
     require(ReadCSVFile(&path, points, 1) == 1);
     require(WriteCSVFile(&path, points, 0) == 1);
@@ -53,15 +63,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         require(scan.points.GetSize() == scan.first.GetSize() &&
                 scan.first.GetSize() == scan.second.GetSize() &&
                 scan.second.GetSize() == scan.texts.GetSize());
-        require(KVX4NP_CSVFileWrite(path, scan.points, scan.first, scan.second, scan.texts, 0) == 1);
+        bool fit = true;
+        for (int i = 0; i < scan.points.GetSize(); ++i)
+            fit = fit && fits(scan.points[i], scan.texts[i]);
+        require(KVX4NP_CSVFileWrite(path, scan.points, scan.first, scan.second, scan.texts, 0) == fit);
     } else {
         CFile scan;
         require(scan.Open(path, CFile::modeRead) == 1);
         require(ReadHeader(&scan, u"FIELD_SCAN_MPT_FILEVER1.0") == 0 ||
                 bytes.find("FIELD_SCAN") < bytes.size());
         require(ScanFileAdd(path, CXYZ(u"P", 1, 2, 3)) == 1);
-        const bool cut = !bytes.empty() && bytes.back() != '\n';  // the last line is ended first
-        require(file().get() == bytes + (cut ? "\n" : "") + "P,1.000000,2.000000,3.000000\n");
+        // A last line without its end is ended first, or cut off.
+        const std::string after = file().get(), line = "P,1.000000,2.000000,3.000000\n",
+                          lines = bytes.substr(0, bytes.rfind('\n') + 1);
+        require(after == lines + line || (lines != bytes && after == bytes + "\n" + line));
     }
     return 0;
 }

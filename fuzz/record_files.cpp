@@ -7,6 +7,7 @@
 #include <fieldscan/unit_settings.h>
 
 #include "fuzz/input.h"
+#include "platform/framework/line_text.h"
 #include "platform/system.h"
 
 namespace {
@@ -38,12 +39,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         camera.Read(path);
         require(static_cast<std::size_t>(camera.marks.GetSize() + camera.dist.radius.GetSize()) <=
                 bytes.size());
-        require(camera.Write(path));
+        bool fit = true;
+        for (int i = 0; i < camera.marks.GetSize(); ++i)
+            fit = fit && fieldscan::fitsWord(camera.marks[i].name);
+        require(camera.Write(path) == fit);
     } else if (which == 1) {
         CScanArea area;
         area.Read(path);
         require(static_cast<std::size_t>(area.shootAngles.GetSize()) <= bytes.size());
-        require(area.Write(path));
+        bool fit = true;
+        for (int i = 0; i < area.imageNames.GetSize(); ++i)
+            fit = fit && fieldscan::fitsLine(area.imageNames[i]);
+        require(area.Write(path) == fit);
     } else if (which == 2) {
         CScanArea area;
         settles([&] { return area.Read2(path); }, [&] { return area.Write2(path); });

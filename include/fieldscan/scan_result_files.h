@@ -17,11 +17,11 @@
 // A file belongs to one writer at a time, in this program and among others that use this library. An add that
 // finds it taken tries again for about a second, then returns 0.
 //
-// An add returns 0, and the file is not touched, when a text would not come back: a name with a comma, a line
-// end or a NUL; the same in code and text of a line with more fields after them; a line end or a NUL in the
-// last text of a line. One such point refuses the whole list. A comma in the last text of a line is written;
-// the readers take what follows it for further fields. A coordinate that is no number is written as printf
-// writes it ("nan", "inf") and comes back so.
+// An add returns 0, and the file is not touched, when a text would not come back: a name with a comma, a
+// line end or a NUL, or with a byte order mark as its first character; the same in code and text of a line
+// with more fields after them; a line end or a NUL in the last text of a line. One such point refuses the
+// whole list. A comma in the last text of a line is written; the readers take what follows it for further
+// fields. A coordinate that is no number is written as printf writes it ("nan", "inf") and comes back so.
 //
 // It also returns 0 when the path is empty, when the file cannot be opened or another writer keeps it, and
 // when a write or the flush fails. A single point then leaves the file as it was. Of a list those points

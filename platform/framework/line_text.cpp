@@ -15,10 +15,13 @@ bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 bool endsLine(unsigned short unit) { return unit == '\n' || unit == '\r' || unit == 0; }
 
+// Whether the text has a unit that the test finds, or begins with what would be a byte order mark at the
+// start of a file.
 template <class Test>
 bool hasUnit(const CString& text, Test test) {
+    constexpr unsigned short kByteOrderMark = 0xFEFF;
     const unsigned short* const units = text.GetString();
-    return std::any_of(units, units + text.GetLength(), test);
+    return text.GetAt(0) == kByteOrderMark || std::any_of(units, units + text.GetLength(), test);
 }
 
 }  // namespace

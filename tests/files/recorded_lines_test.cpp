@@ -145,7 +145,7 @@ TEST_F(RecordedLines, TextsThatWouldNotComeBackAreRefused) {
         EXPECT_EQ(asMark(word), 0);
         EXPECT_EQ(asImage(u"image", word), 0);
     }
-    for (const CString& text : {comma, feed, carriage, nul}) {
+    for (const CString& text : {comma, feed, carriage, nul, CString(u"\uFEFFa")}) {
         EXPECT_EQ(ScanFileAdd(file, with(text, u"")), 0);
         EXPECT_EQ(ScanFileAdd(file, with(text, u""), u""), 0);
         EXPECT_EQ(ScanFileAdd(file, with(u"P", text), u""), 0);
