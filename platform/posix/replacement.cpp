@@ -139,10 +139,12 @@ bool PosixReplacement::beginInPlace(CFile::Cause& cause) {
 bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
     m_target = withoutLinks(path);
     struct stat status;
-    m_old = openLocked(m_target, O_WRONLY, cause);
+    m_old = openLocked(path, O_WRONLY, cause);
     if (m_old < 0 && cause != CFile::causeNotFound)
         return false;
-    if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1))
+    // A link of /proc leads to an open file, whatever its text names.
+    if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1 ||
+                       !isNamed(status, m_target)))
         return true;
     m_folder = folderOf(m_target);
     m_temporary = m_folder + temporaryFor(m_target);

@@ -166,6 +166,21 @@ TEST_F(Places, LinksStayAndLeadToTheNewContents) {
     }
 }
 
+// A link of /proc may name what is gone, and leads to the open file all the same.
+TEST_F(Places, OpenFilesWithoutAName) {
+    put("file", old);
+    CFile open;
+    ASSERT_EQ(open.Open(file, CFile::modeRead), 1);
+    const std::string link = "/proc/self/fd/" + std::to_string(faults::lastOpened());
+    fs::remove(folder / "file");
+    EXPECT_EQ(CTSUnit().Write(CString(link.c_str())), 1);
+    EXPECT_EQ(ScanFileAdd(CString(link.c_str()), points[0]), 1);
+    EXPECT_TRUE(fs::is_empty(folder));
+    std::string bytes(10, '\0');
+    EXPECT_EQ(open.Read(&bytes[0], 10), 10u);
+    EXPECT_EQ(bytes, "FIELD_SCAN");
+}
+
 // Where the old file itself is written, a failure leaves a part of the new one and no mixture.
 TEST_F(Places, AFileWrittenInPlaceIsNoMixture) {
     ASSERT_EQ(WriteCSVFile(&file, points, 0), 1);

@@ -23,6 +23,7 @@ bool happened = false;
 int openFiles = 0;
 int folders = 0;
 std::string made;
+int opened = -1;
 std::function<void()> beforeLock;
 
 bool happens(Fault fault) {
@@ -53,6 +54,7 @@ void atNextLock(std::function<void()> action) { beforeLock = std::move(action); 
 int openCount() { return openFiles; }
 int folderFlushes() { return folders; }
 const std::string& lastMade() { return made; }
+int lastOpened() { return opened; }
 bool memoryEnds() { return happens(memory); }
 
 }  // namespace faults
@@ -84,6 +86,7 @@ int __wrap_open64(const char* path, int flags, ...) {
         return -1;
     const int file = __real_open64(path, flags, mode);
     openFiles += file >= 0;
+    opened = file;
     if (file >= 0 && (flags & O_EXCL))
         made = path;
     return file;

@@ -34,6 +34,7 @@ bool hasHappened();
 void atNextLock(std::function<void()> action);
 int openCount();                // files that are open now
 int folderFlushes();            // since the last arm
+int lastOpened();               // its descriptor
 const std::string& lastMade();  // path of the last file that had to be a new one
 
 }  // namespace faults
