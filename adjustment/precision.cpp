@@ -16,7 +16,8 @@ namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr double kNotControlled = 1e-8;
-constexpr double kSolved = 64.0;  // in m n eps; solved systems need less than 4
+constexpr double kSolved = 4.0;  // times what rounding may leave; solved systems need less than 0.2
+constexpr int kRefined = 45000;  // equations from which N in double is not good enough: docs/adjustment.md
 
 using Column = std::vector<double>;
 
@@ -119,7 +120,8 @@ std::vector<Column> weightedColumns(const CLeastSq& adjustment) {
 }
 
 // Residuals, their sum of squares, the degrees of freedom. False unless the unknowns solve the equations:
-// Q^T sqrt(P) v is 0 then but for rounding, which grows with the terms of v.
+// Q^T sqrt(P) v is 0 then but for rounding, which grows with the terms of v: n eps of computing it, m eps of
+// forming N in double.
 bool fillResiduals(const CLeastSq& adjustment, const Orthonormal& basis, CPrecision& to) {
     const int m = adjustment.ObeqSize, n = adjustment.parameterNumber;
     Column weighted, terms;
@@ -139,7 +141,7 @@ bool fillResiduals(const CLeastSq& adjustment, const Orthonormal& basis, CPrecis
         to.degreesOfFreedom += weight > 0.0 ? 1 : 0;
     }
     to.degreesOfFreedom -= n;
-    const double rounding = kSolved * m * n * kEpsilon * basis.length(terms);
+    const double rounding = kSolved * (n + std::min(m, kRefined)) * kEpsilon * basis.length(terms);
     return std::isfinite(to.sumOfSquares) &&
            std::all_of(basis.columns.begin(), basis.columns.end(), [&](const Column& column) {
                return std::fabs(basis.product(weighted, column)) <= rounding;
@@ -228,7 +230,8 @@ int CPrecision::CalEllipse(int i, int j, double sigma, double& major, double& mi
     const double qii = cofactors[i * n + i], qjj = cofactors[j * n + j], qij = cofactors[i * n + j];
     const double root = std::sqrt((qii - qjj) * (qii - qjj) + 4.0 * qij * qij);
     major = sigma * std::sqrt(0.5 * (qii + qjj + root));
-    minor = sigma * std::sqrt(std::max(0.0, 0.5 * (qii + qjj - root)));
+    // Not (qii + qjj - root) / 2, of which a narrow ellipse leaves no digit.
+    minor = sigma * std::sqrt(std::max(0.0, (qii * qjj - qij * qij) / (0.5 * (qii + qjj + root))));
     direction = 0.5 * std::atan2(2.0 * qij, qii - qjj);
     if (direction < 0.0)
         direction += kPi;

@@ -38,9 +38,9 @@ public:
     //   -2  the source points coincide
     //    3  they lie on one line: solved, but nothing checks the direction across
     //    1  they spread over the plane
-    // Greater than 0 when CalPara returns 1. By the rank of the equations (CPrecision::CalDefect), a limit of
-    // its own: the two may differ for points that leave one place, or a line, by some 1e-13 of their
-    // coordinates.
+    // Greater than 0 when CalPara returns 1, but for coordinates that large. By the rank of the equations
+    // (CPrecision::CalDefect), a limit of its own: the two may differ for points that leave one place, or a
+    // line, by some 1e-13 of their coordinates.
     int CheckPairs() const;
 
     // Transforms in.x, in.y to out.x, out.y: from source to target, or back when `forward` is 0. Nothing else

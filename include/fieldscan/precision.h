@@ -48,7 +48,8 @@ public:
     // equations with 300 unknowns.
     // Returns 1. 0, and then all is as after Init, when
     //   - degreesOfFreedom <= 0: nothing is controlled
-    //   - the unknowns do not solve the equations as they are: not solved, failed, or changed since
+    //   - the unknowns do not solve the equations as they are: not solved, failed, or changed since. (By more
+    //     than rounding may leave, in A x up to (m + n) 1e-15 of its terms, or 4e-11.)
     //   - the equations do not determine the unknowns (CalDefect), there are none, or there is no memory
     //   - a weight is negative: leave out both the equation and the one that it takes out
     //   - sigma0 or delta0 is not greater than 0, or a number is not finite or beyond 1e140

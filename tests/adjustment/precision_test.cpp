@@ -179,6 +179,17 @@ TEST(Precision, RefusesWhatHasNoFigures) {
     }
 }
 
+TEST(Precision, NoticesAChangedObservationAmongTenThousand) {
+    CLeastSq northings(10000, 1);
+    for (int k = 0; k < 10000; ++k)
+        enter(northings, {1.0, 5320000.0 + 0.001 * (k % 7)});
+    ASSERT_EQ(northings.Solve(), 1);
+    CPrecision precision;
+    EXPECT_EQ(precision.CalFigures(northings, 0.002), 1);
+    northings.Obeq[1] += 2.0;
+    EXPECT_EQ(precision.CalFigures(northings, 0.002), 0);
+}
+
 TEST(Precision, ControlEndsAtOneInAHundredMillion) {
     for (const double weight : {0.99e8, 1.01e8}) {  // r = 1 / (1 + weight)
         CLeastSq mean(2, 1);
@@ -226,6 +237,21 @@ TEST(Precision, EllipseOfKnownAxes) {
         EXPECT_NEAR(direction, angle, 1e-14);
         EXPECT_EQ(precision.CalEllipse(0, 3, 3.0, major, minor, direction), 0);
     }
+}
+
+TEST(Precision, NarrowEllipse) {
+    CLeastSq offsets(4, 2);
+    for (const double l : {1.0, 3.0}) {
+        enter(offsets, {1.0, 0.0, l}, 0.5e-6);
+        enter(offsets, {0.0, 1.0, l}, 0.5e12);
+    }
+    ASSERT_EQ(offsets.Solve(), 1);
+    CPrecision precision;
+    double major = 0.0, minor = 0.0, direction = 9.0;
+    ASSERT_EQ(precision.CalFigures(offsets, 1.0), 1);
+    ASSERT_EQ(precision.CalEllipse(0, 1, 1.0, major, minor, direction), 1);
+    EXPECT_NEAR(major, 1000.0, 1e-12);
+    EXPECT_NEAR(minor, 1e-6, 1e-21);
 }
 
 void expectDefect(const CLeastSq& adjustment, int defect, const std::vector<int>& expected) {
