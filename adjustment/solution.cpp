@@ -247,13 +247,13 @@ bool CLeastSq::solveExactly(bool (CLeastSq::*method)(), bool justFormed) {
     if (m_formed >= 0 && hasEquations(m_formed)) {
         s.equations = {Obeq.GetData(), Weight.GetData(), m_formed, s.n};
         s.observations = m_observations;
-        if (s.inflation <= kHarmlessInflation && m_formed * kEpsilon <= kHarmlessForming &&
-            !std::signbit(s.observations) && !isCancelled(s))
-            return true;
-        if (justFormed || addUpToNormal(s))
-            return ((solved && !std::signbit(s.observations) && solveInDoubleDouble(s)) ||
-                    solveOrthonormal(s)) &&
-                   finite();
+        if (justFormed || addUpToNormal(s)) {
+            const bool positive = !std::signbit(s.observations);
+            if (s.inflation <= kHarmlessInflation && m_formed * kEpsilon <= kHarmlessForming && positive &&
+                !isCancelled(s))
+                return true;
+            return ((solved && positive && solveInDoubleDouble(s)) || solveOrthonormal(s)) && finite();
+        }
     }
     s.observations = 0.0;
     return solved && solveEntered(s) && finite();

@@ -170,6 +170,18 @@ TEST(LeastSquares, WhatChangesAfterFormingLeavesOnlyN) {
     }
 }
 
+TEST(LeastSquares, ARightHandSideWrittenIntoItsArrayCountsAsEntered) {
+    const double e = std::ldexp(1.0, -40);
+    CLeastSq adjustment(6, 2);  // N = 5 4 / 4 5
+    enter(adjustment, {{1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 1, 0}, {1, 0, 0}, {0, 1, 0}});
+    ASSERT_EQ(adjustment.Lessqu(6, 2), 1);
+    adjustment.Noeq[2] = 5.0 * e + 4.0;
+    adjustment.Noeq[5] = 4.0 * e + 5.0;
+    ASSERT_EQ(adjustment.NewChores(), 1);
+    EXPECT_EQ(adjustment.GetBcor(0), e);
+    EXPECT_EQ(adjustment.GetBcor(1), 1.0);
+}
+
 const struct {
     const char* name;
     int (CLeastSq::*solve)();
