@@ -2,23 +2,15 @@
 #ifndef FIELDSCAN_NUMERICS_TRANSPOSE_H
 #define FIELDSCAN_NUMERICS_TRANSPOSE_H
 
+#include <utility>
+
 #include "numerics/lanes.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
 
-template <int... lanes>
-struct Lane {};
-#if defined(__AVX512F__)
-using EachLane = Lane<0, 1, 2, 3, 4, 5, 6, 7>;
-#elif defined(__AVX2__)
-using EachLane = Lane<0, 1, 2, 3>;
-#else
-using EachLane = Lane<0, 1>;
-#endif
-
 template <int step, int... lanes>
-static inline void exchange(Lanes& a, Lanes& b, Lane<lanes...>) {
+static inline void exchange(Lanes& a, Lanes& b, std::integer_sequence<int, lanes...>) {
     const Lanes first = a;
     a = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes - step : lanes)...);
     b = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes : lanes + step)...);
@@ -28,7 +20,7 @@ template <int step>
 static inline void exchangeAll(Lanes* tile) {
     for (int k = 0; k < kLanes; ++k)
         if (!(k & step))
-            exchange<step>(tile[k], tile[k + step], EachLane{});
+            exchange<step>(tile[k], tile[k + step], std::make_integer_sequence<int, kLanes>{});
     if constexpr (2 * step < kLanes)
         exchangeAll<2 * step>(tile);
 }
