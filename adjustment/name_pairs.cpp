@@ -1,8 +1,8 @@
 #include "adjustment/name_pairs.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace fieldscan {
@@ -75,41 +75,30 @@ private:
     std::vector<Slot> m_slots;
 };
 
-// For each of `points`, where its name occurs first in `names`, or kNone.
-std::vector<int> partners(const PointArray& points, const PointArray& names) {
-    constexpr int kFew = 16;  // up to so many, searching takes less than making a table
-    std::vector<int> found(static_cast<std::size_t>(points.GetSize()));
-    int i = 0;
-    if (names.GetSize() <= kFew) {
-        for (int& partner : found)
-            partner = searched(names, points[i++].name);
-    } else {
-        NameTable table(names);
-        for (int& partner : found)
-            partner = table.find(points[i++].name);
-    }
-    return found;
-}
-
 }  // namespace
 
 int pairByName(const PointArray& first, const PointArray& second, PointArray& target, PointArray& source) {
-    const std::vector<int> found = partners(first, second);
-    const int count = first.GetSize() - static_cast<int>(std::count(found.begin(), found.end(), kNone));
+    constexpr int kFew = 16;  // up to so many, searching takes less than making a table
+    std::optional<NameTable> table;
+    if (second.GetSize() > kFew)
+        table.emplace(second);
     PointArray targets, sources;
-    targets.SetSize(count);
-    sources.SetSize(count);
-    int pair = 0;
+    targets.SetSize(first.GetSize());
+    sources.SetSize(first.GetSize());
+    int pairs = 0;
     for (int i = 0; i < first.GetSize(); ++i) {
-        const int partner = found[static_cast<std::size_t>(i)];
+        const CString& name = first[i].name;
+        const int partner = table ? table->find(name) : searched(second, name);
         if (partner == kNone)
             continue;
-        targets[pair] = first[i];
-        sources[pair++] = second[partner];
+        targets[pairs] = first[i];
+        sources[pairs++] = second[partner];
     }
+    targets.SetSize(pairs);
+    sources.SetSize(pairs);
     target.Swap(targets);
     source.Swap(sources);
-    return count;
+    return pairs;
 }
 
 }  // namespace fieldscan
