@@ -13,6 +13,14 @@
 
 #include "tests/environment.h"
 
+// `text` with other ends of its lines.
+inline std::string withLineEnds(const std::string& text, const std::string& end) {
+    std::string result;
+    for (const char c : text)
+        result += c == '\n' ? end : std::string(1, c);
+    return result;
+}
+
 class TempFolder : public ::testing::Test {
 protected:
     void SetUp() override {

@@ -9,14 +9,6 @@
 
 namespace {
 
-// `text` with other ends of its lines.
-std::string withLineEnds(const std::string& text, const std::string& end) {
-    std::string result;
-    for (const char c : text)
-        result += c == '\n' ? end : std::string(1, c);
-    return result;
-}
-
 int rewrite(const std::string& name, CString from, CString to) {
     CArray<CXYZ, CXYZ&> points;
     CArray<double, double> first, second;
@@ -65,19 +57,14 @@ int rewrite(const std::string& name, CString from, CString to) {
     return 0;
 }
 
-std::string bytesOf(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 using Samples = TempFolder;
 
 TEST_F(Samples, AreWrittenAsTheyWereRead) {
     const std::filesystem::path docs = FIELDSCAN_DOCS;
-    const std::string page = bytesOf(docs / "file_formats.md");
+    const std::string page = get((docs / "file_formats.md").string());
     int samples = 0;
     for (const auto& entry : std::filesystem::directory_iterator(docs / "samples")) {
-        const std::string name = entry.path().filename().string(), bytes = bytesOf(entry.path());
+        const std::string name = entry.path().filename().string(), bytes = get(entry.path().string());
         ++samples;
         std::string lines = bytes;
         lines.erase(std::remove(lines.begin(), lines.end(), '\r'), lines.end());

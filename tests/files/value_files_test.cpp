@@ -14,6 +14,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using ValueFiles = TempFolder;
 
 TEST_F(ValueFiles, PanoramaAndExteriorOrientation) {
@@ -48,16 +49,9 @@ TEST_F(ValueFiles, PanoramaAndExteriorOrientation) {
 
 TEST_F(ValueFiles, ALineThatHoldsNothingFailsTheRead) {
     const std::string utf8 = "\xE3\x80\x80", cp932 = "\x81\x40";
-    const std::tuple<unsigned int, std::string, bool> rows[] = {{65001, std::string("\0", 1), false},
-                                                                {65001,
-                                                                 std::string(" \0"
-                                                                             "2.5",
-                                                                             5),
-                                                                 false},
-                                                                {65001, utf8 + " " + utf8 + "\r", false},
-                                                                {932, cp932, false},
-                                                                {1252, cp932, true},
-                                                                {65001, utf8 + "2.5", true}};
+    const std::tuple<unsigned int, std::string, bool> rows[] = {
+        {65001, "\0"s, false}, {65001, " \0002.5"s, false}, {65001, utf8 + " " + utf8 + "\r", false},
+        {932, cp932, false},   {1252, cp932, true},         {65001, utf8 + "2.5", true}};
     for (const auto& [page, line, holds] : rows) {
         if (!usePage(page))
             continue;

@@ -8,6 +8,8 @@
 #include <array>
 #include <cmath>
 #include <random>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -38,16 +40,13 @@ void expectPoint(const CXYZ& point, Three values, bool named) {
 
 TEST(Points, OperatorsKeepOrDropTheName) {
     const CXYZ a = station(), b(2, 0, 4);
-    const struct {
-        CXYZ result;
-        Three values;
-        bool named;
-    } rows[] = {{+a, {6, 5, 8}, true},           {-a, {-6, -5, -8}, true},      {a + b, {8, 5, 12}, true},
-                {a - b, {4, 5, 4}, true},        {a * b, {12, 0, 32}, true},    {a * 2.0, {12, 10, 16}, true},
-                {a / b, {3, 0, 2}, false},       {a / 2.0, {3, 2.5, 4}, false}, {a / 0.0, {0, 0, 0}, false},
-                {a.Out(b), {20, -8, -10}, false}};
-    for (const auto& row : rows)
-        expectPoint(row.result, row.values, row.named);
+    const std::tuple<CXYZ, Three, bool> rows[] = {
+        {+a, {6, 5, 8}, true},           {-a, {-6, -5, -8}, true},      {a + b, {8, 5, 12}, true},
+        {a - b, {4, 5, 4}, true},        {a * b, {12, 0, 32}, true},    {a * 2.0, {12, 10, 16}, true},
+        {a / b, {3, 0, 2}, false},       {a / 2.0, {3, 2.5, 4}, false}, {a / 0.0, {0, 0, 0}, false},
+        {a.Out(b), {20, -8, -10}, false}};
+    for (const auto& [result, values, named] : rows)
+        expectPoint(result, values, named);
     EXPECT_EQ((CXYZ(1, 1, 1) / 49.0).x, 1.0 / 49.0 * 1.0);
     EXPECT_EQ((CXYZ(49, 49, 49) / 49.0).x, 49 * (1.0 / 49.0)) << "by the reciprocal, which is not 1";
 
@@ -87,16 +86,15 @@ TEST(Points, SumsInTheStatedOrder) {
 
 TEST(Attitude, NormalizesIntoTheClosedRange) {
     const double turn = kPi * 2.0;
-    const struct {
-        double angle, expected;
-    } rows[] = {{3.5, 3.5 - turn}, {-3.5, -3.5 + turn}, {7.0, 7.0 - turn}, {kPi, kPi},
-                {-kPi, -kPi},      {-0.0, -0.0},        {turn, 0.0},       {-turn, -0.0},
-                {3.0, 3.0},        {-7.0, -7.0 + turn}, {turn + kPi, kPi}, {1e9, std::fmod(1e9, turn)}};
-    for (const auto& row : rows) {
-        double angle = row.angle;
+    const double rows[][2] = {{3.5, 3.5 - turn},   {-3.5, -3.5 + turn}, {7.0, 7.0 - turn},
+                              {kPi, kPi},          {-kPi, -kPi},        {-0.0, -0.0},
+                              {turn, 0.0},         {-turn, -0.0},       {3.0, 3.0},
+                              {-7.0, -7.0 + turn}, {turn + kPi, kPi},   {1e9, std::fmod(1e9, turn)}};
+    for (const auto& [given, expected] : rows) {
+        double angle = given;
         CWPK::NormalizeAngle(angle);
-        EXPECT_EQ(angle, row.expected) << row.angle;
-        EXPECT_EQ(std::signbit(angle), std::signbit(row.expected)) << row.angle;
+        EXPECT_EQ(angle, expected) << given;
+        EXPECT_EQ(std::signbit(angle), std::signbit(expected)) << given;
     }
     double nothing = std::nan("");
     CWPK::NormalizeAngle(nothing);
@@ -243,15 +241,12 @@ TEST(Rotation, RefusesUnknownOrders) {
     }
     EXPECT_EQ(farthest(r, before), 0.0);
     EXPECT_EQ(of(angles), (Three{1, 2, 3}));
-    const struct {
-        ROT_SYSTEM sys;
-        CWPK part;
-    } rows[] = {{ROT_W, {1, 0, 0}}, {ROT_P, {0, 2, 0}}, {ROT_K, {0, 0, 3}}};
-    for (const auto& row : rows) {
+    const std::pair<ROT_SYSTEM, CWPK> rows[] = {{ROT_W, {1, 0, 0}}, {ROT_P, {0, 2, 0}}, {ROT_K, {0, 0, 3}}};
+    for (const auto& [sys, part] : rows) {
         CWPK single(9, 9, 9);
-        r.SetMatrix(row.sys, angles);
-        EXPECT_EQ(r.CalAngle(row.sys, single), 1);
-        EXPECT_LT(apart(single, row.part), 1e-15);
+        r.SetMatrix(sys, angles);
+        EXPECT_EQ(r.CalAngle(sys, single), 1);
+        EXPECT_LT(apart(single, part), 1e-15);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/scanarea/scan_areas.h"
@@ -57,27 +58,25 @@ TEST_F(ScanAreaFile, HasTheStatedLines) {
 
 TEST_F(ScanAreaFile, ReadsWhatItCan) {
     const std::string corners = "350 80.5\r\n2e1 +100.25 // right\n";
-    const struct {
-        std::string bytes;
-        int result, shots;
-    } rows[] = {{"", 0, 0},
-                {"1 1\n", 0, 0},
-                {"1 1\n350 80\n", 0, 0},
-                {"1\n" + corners, 0, 0},
-                {"WQ_FSCAN_AREA_FORMAT_V2\n" + corners, 0, 0},
-                {"1 1\n350\n20 100\n", 0, 0},
-                {"1 1\n" + corners, 1, 0},
-                {"999999999 999999999\n" + corners + "1 2 a\n\nnonsense\n3 b\n4 5\n6 7 c", 1, 3},
-                {"1 1\n" + corners + "1 2 " + std::string(3000, 'n') + "\n", 1, 1},
-                {std::string("1 1\n") + corners + std::string("\0\0\n1 2 a\0b\n", 11), 1, 1}};
-    for (const auto& row : rows) {
-        put("job", row.bytes);
+    const std::tuple<std::string, int, int> rows[] = {
+        {"", 0, 0},
+        {"1 1\n", 0, 0},
+        {"1 1\n350 80\n", 0, 0},
+        {"1\n" + corners, 0, 0},
+        {"WQ_FSCAN_AREA_FORMAT_V2\n" + corners, 0, 0},
+        {"1 1\n350\n20 100\n", 0, 0},
+        {"1 1\n" + corners, 1, 0},
+        {"999999999 999999999\n" + corners + "1 2 a\n\nnonsense\n3 b\n4 5\n6 7 c", 1, 3},
+        {"1 1\n" + corners + "1 2 " + std::string(3000, 'n') + "\n", 1, 1},
+        {std::string("1 1\n") + corners + std::string("\0\0\n1 2 a\0b\n", 11), 1, 1}};
+    for (const auto& [bytes, result, shots] : rows) {
+        put("job", bytes);
         CScanArea area;
         fillGrid(area, 2, 2);
-        EXPECT_EQ(area.Read(path("job")), row.result) << row.bytes;
-        EXPECT_EQ(area.imageNames.GetSize() * 10 + area.shootAngles.GetSize(), row.shots * 11) << row.bytes;
-        EXPECT_TRUE(row.bytes.size() < 3000 || area.imageNames[0].GetLength() == 3000);
-        EXPECT_EQ(area.areaAngle2.kappa, row.result ? 20 * kRadian : 0.0) << row.bytes;
+        EXPECT_EQ(area.Read(path("job")), result) << bytes;
+        EXPECT_EQ(area.imageNames.GetSize() * 10 + area.shootAngles.GetSize(), shots * 11) << bytes;
+        EXPECT_TRUE(bytes.size() < 3000 || area.imageNames[0].GetLength() == 3000);
+        EXPECT_EQ(area.areaAngle2.kappa, result ? 20 * kRadian : 0.0) << bytes;
     }
 }
 

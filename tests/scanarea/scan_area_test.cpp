@@ -32,10 +32,8 @@ TEST(ScanArea, ChecksInTheStatedOrder) {
         {1, [](CScanArea& a) { a.shootAngles[5].omega = a.shootAngles[4].omega + 0.99 * kRadian; }},
         {-4, [](CScanArea& a) { a.shootAngles[5].kappa += 1.5 * kRadian; }},
         {1, [](CScanArea& a) { a.shootAngles[2].kappa -= 1.5 * kRadian; }},
-        {1,
-         [](CScanArea& a) {
-             a.shootAngles[0].omega = 0, a.shootAngles[1].omega = kRadian;
-         }},  // the limit itself
+        // The limit itself.
+        {1, [](CScanArea& a) { a.shootAngles[0].omega = 0, a.shootAngles[1].omega = kRadian; }},
         {1, [](CScanArea& a) { a.columnCount = -3, a.rowCount = -2; }},
     };
     for (const Case& c : cases) {
@@ -92,16 +90,14 @@ TEST(ScanArea, NamesTheOrientationFiles) {
 }
 
 TEST(ScanArea, NormalizesIntoTheHalfOpenTurn) {
-    const struct {
-        double angle, expected;
-    } rows[] = {
+    const double rows[][2] = {
         {-kPi / 2, kPi * 1.5},  {4 * kPi + 0.1, 0.1},    {kPi * 2, 0}, {-kPi * 2, 0}, {-1e-20, 0}, {1, 1},
         {-100, 32 * kPi - 100}, {1000, 1000 - 318 * kPi}};
-    for (const auto& row : rows) {
-        double angle = row.angle;
+    for (const auto& [given, expected] : rows) {
+        double angle = given;
         CScanArea().NormalizeAngle(angle);
-        EXPECT_NEAR(angle, row.expected, 1e-12) << row.angle;
-        EXPECT_TRUE(angle >= 0 && angle < kPi * 2) << row.angle;
+        EXPECT_NEAR(angle, expected, 1e-12) << given;
+        EXPECT_TRUE(angle >= 0 && angle < kPi * 2) << given;
     }
     for (int turns = -3000; turns < 3000; ++turns) {
         for (const double side : {-1e300, 1e300}) {

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include "platform/time_records.h"
@@ -13,7 +14,7 @@
 namespace {
 
 using S = CCalcXYZHV;
-const double kInfinity = std::numeric_limits<double>::infinity();
+const double kInf = std::numeric_limits<double>::infinity();
 
 TEST(Units, MultiplyByTheStatedDoubles) {
     EXPECT_EQ(S::MtoUSFT(1), std::nextafter(3937.0 / 1200.0, 0.0));
@@ -27,46 +28,31 @@ TEST(Units, MultiplyByTheStatedDoubles) {
 }
 
 TEST(Angles, Angle0To360KeepsTheClosedRange) {
-    const struct {
-        double angle, expected;
-    } rows[] = {{360, 360},
-                {720.5, 0.5},
-                {720, 360},
-                {-10, 350},
-                {-0.0, -0.0},
-                {-360, 0.0},
-                {-1e-20, 360},
-                {361, 1},
-                {kInfinity, kInfinity},
-                {-kInfinity, -kInfinity},
-                {1e300, 360},  // a multiple of 360, too
-                {1e15, 280}};
-    for (const auto& row : rows) {
-        double angle = row.angle;
+    // 1e300 is a multiple of 360, too.
+    const double rows[][2] = {{360, 360},   {720.5, 0.5},   {720, 360},    {-10, 350},
+                              {-0.0, -0.0}, {-360, 0.0},    {-1e-20, 360}, {361, 1},
+                              {kInf, kInf}, {-kInf, -kInf}, {1e300, 360},  {1e15, 280}};
+    for (const auto& [given, expected] : rows) {
+        double angle = given;
         S::Angle0To360(angle);
-        EXPECT_EQ(angle, row.expected) << row.angle;
-        EXPECT_EQ(std::signbit(angle), std::signbit(row.expected)) << row.angle;
+        EXPECT_EQ(angle, expected) << given;
+        EXPECT_EQ(std::signbit(angle), std::signbit(expected)) << given;
     }
 }
 
 TEST(Angles, RoundForDisplay) {
-    const struct {
-        double gon, expected;
-    } gons[] = {{399.99980, 0.0},   {399.99974, 399.9995}, {12.34524, 12.345}, {12.34526, 12.3455},
-                {12.34576, 12.346}, {-0.0001, 0.0},        {-1, 399.0},        {400, 0.0},
-                {1200.0007, 0.0005}};
-    for (const auto& row : gons)
-        EXPECT_NEAR(S::RoundGON(row.gon), row.expected, 1e-9) << row.gon;
+    const double gons[][2] = {
+        {399.99980, 0.0}, {399.99974, 399.9995}, {12.34524, 12.345}, {12.34526, 12.3455}, {12.34576, 12.346},
+        {-0.0001, 0.0},   {-1, 399.0},           {400, 0.0},         {1200.0007, 0.0005}};
+    for (const auto& [gon, expected] : gons)
+        EXPECT_NEAR(S::RoundGON(gon), expected, 1e-9) << gon;
     EXPECT_EQ(S::RoundGON(12.34526), 12345.5 * 0.001) << "the last bit";
-    const struct {
-        double mil;
-        int mode;
-        double expected;
-    } mils[] = {{1234.563, 0, 1234.565},  {1234.562, 0, 1234.56},  {1234.568, 0, 1234.57},
-                {6399.999, 0, 0.0},       {1234.563, 1, 1234.564}, {1234.565, 7, 1234.566},
-                {1234.567, -1, 1234.568}, {1234.569, 1, 1234.57},  {1234.562, 1, 1234.562}};
-    for (const auto& row : mils)
-        EXPECT_NEAR(S::RoundMIL(row.mil, row.mode), row.expected, 1e-9) << row.mil << " mode " << row.mode;
+    const std::tuple<double, int, double> mils[] = {
+        {1234.563, 0, 1234.565},  {1234.562, 0, 1234.56},  {1234.568, 0, 1234.57},
+        {6399.999, 0, 0.0},       {1234.563, 1, 1234.564}, {1234.565, 7, 1234.566},
+        {1234.567, -1, 1234.568}, {1234.569, 1, 1234.57},  {1234.562, 1, 1234.562}};
+    for (const auto& [mil, mode, expected] : mils)
+        EXPECT_NEAR(S::RoundMIL(mil, mode), expected, 1e-9) << mil << " mode " << mode;
     EXPECT_EQ(S::RoundMIL(0.081, 1), 0.08) << "8.1 - 8 falls just short of the threshold";
     EXPECT_NEAR(S::RoundMIL(12.341, 1), 12.342, 1e-12) << "12341 * 0.1 - 1234 does not";
     EXPECT_TRUE(std::isnan(S::RoundGON(std::nan(""))));
@@ -74,16 +60,15 @@ TEST(Angles, RoundForDisplay) {
 }
 
 TEST(Angles, DifferencesKeepTheOrderAtHalfATurn) {
-    const struct {
-        double a, b, expected;
-    } rows[] = {{10, 20, 10},  {20, 10, -10},   {350, 10, 20},     {10, 350, -20}, {0, 180, -180},
-                {180, 0, 180}, {90, 270, -180}, {270, 90, 180},    {5, 5, 0},      {0, 360, 0.0},
-                {360, 0, 0.0}, {-90, 90, 180},  {1, 1 + 2e-16, 0}, {181, 0, 179},  {0, 181, -179}};
-    for (const auto& row : rows) {
-        const double d = S::AngleDifference(row.a, row.b);
-        EXPECT_EQ(d, row.expected) << row.a << " to " << row.b;
-        EXPECT_EQ(S::AngleDifference_Over0(row.a, row.b), d < 0 ? d + 360 : d);
-        EXPECT_EQ(S::AngleDifference_Under0(row.a, row.b), d > 0 ? d - 360 : d);
+    const double rows[][3] = {{10, 20, 10},      {20, 10, -10}, {350, 10, 20},   {10, 350, -20},
+                              {0, 180, -180},    {180, 0, 180}, {90, 270, -180}, {270, 90, 180},
+                              {5, 5, 0},         {0, 360, 0.0}, {360, 0, 0.0},   {-90, 90, 180},
+                              {1, 1 + 2e-16, 0}, {181, 0, 179}, {0, 181, -179}};
+    for (const auto& [a, b, expected] : rows) {
+        const double d = S::AngleDifference(a, b);
+        EXPECT_EQ(d, expected) << a << " to " << b;
+        EXPECT_EQ(S::AngleDifference_Over0(a, b), d < 0 ? d + 360 : d);
+        EXPECT_EQ(S::AngleDifference_Under0(a, b), d > 0 ? d - 360 : d);
     }
     EXPECT_NEAR(S::AngleDifference(359.9, 0.1), 0.2, 1e-12);
     EXPECT_EQ(S::AngleZ0toH0(100), 350.0);
@@ -91,17 +76,14 @@ TEST(Angles, DifferencesKeepTheOrderAtHalfATurn) {
 }
 
 TEST(PackedAngles, CarryAndCut) {
-    const struct {
-        double degrees;
-        int normalize, keep;
-        double packed;
-    } rows[] = {{10.999999, 0, 0, 11.0},       {12.5, 0, 0, 12.3},
-                {-12.5, 0, 0, -12.3},          {-12.5, 1, 0, 347.3},
-                {1.0 / 3600, 0, 0, 0.0001},    {359.99999, 1, 0, 360.0},
-                {0.99972222222, 0, 0, 0.5959}, {12.345678, 0, 1, 12.20444408},
-                {12.345678, 0, 0, 12.2044},    {1.0085, 0, 0, 1.0031}};
-    for (const auto& row : rows)
-        EXPECT_NEAR(S::Angle100To60(row.degrees, row.normalize, row.keep), row.packed, 1e-11) << row.degrees;
+    const std::tuple<double, int, int, double> rows[] = {
+        {10.999999, 0, 0, 11.0},       {12.5, 0, 0, 12.3},
+        {-12.5, 0, 0, -12.3},          {-12.5, 1, 0, 347.3},
+        {1.0 / 3600, 0, 0, 0.0001},    {359.99999, 1, 0, 360.0},
+        {0.99972222222, 0, 0, 0.5959}, {12.345678, 0, 1, 12.20444408},
+        {12.345678, 0, 0, 12.2044},    {1.0085, 0, 0, 1.0031}};
+    for (const auto& [degrees, normalize, keep, packed] : rows)
+        EXPECT_NEAR(S::Angle100To60(degrees, normalize, keep), packed, 1e-11) << degrees;
     EXPECT_EQ(S::Angle60To100(12.3, 0), 12.5);
     EXPECT_EQ(S::Angle60To100(123.45306, 0), 123 + (45 * 60.0 + 306 * 0.1) * 2.777777777777778e-4);
     EXPECT_EQ(S::Angle60To100(-90.0, 1), 270.0);
@@ -113,26 +95,17 @@ TEST(PackedAngles, CarryAndCut) {
         ASSERT_NEAR(S::Angle60To100(packed, 0), 7 + second / 3600.0, 1e-13) << second;
         ASSERT_NEAR(S::Angle100To60(S::Angle60To100(packed, 0), 0, 0), packed, 1e-13) << second;
     }
-    for (const double wild : {kInfinity, -kInfinity, std::nan(""), 1e300, -1e12})
+    for (const double wild : {kInf, -kInf, std::nan(""), 1e300, -1e12})
         EXPECT_GE(S::AngleStr(S::Angle100To60(wild, 0, 0) + S::Angle60To100(wild, 1), 0).GetLength(), 7);
 }
 
 TEST(Display, FormatsAnglesAndTimes) {
-    const struct {
-        double packed;
-        int mode;
-        const char16_t* text;
-    } rows[] = {{123.4530, 0, u"123\u00b045'30\""},
-                {12.3, 0, u"12\u00b030'00\""},
-                {12.3, 1, u"12\u00b030'"},
-                {12.3, 2, u"12\u00b0"},
-                {12.29, 1, u"12\u00b029'"},
-                {12.3, 3, u""},
-                {12.3, -1, u""},
-                {0.0059, 0, u"0\u00b000'59\""},
-                {-1.0203, 1, u"-1\u00b0-2'"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(S::AngleStr(row.packed, row.mode), CString(row.text)) << row.packed << " mode " << row.mode;
+    const std::tuple<double, int, const char16_t*> rows[] = {
+        {123.4530, 0, u"123°45'30\""}, {12.3, 0, u"12°30'00\""}, {12.3, 3, u""},
+        {-1.0203, 1, u"-1°-2'"},       {12.3, 1, u"12°30'"},     {12.3, 2, u"12°"},
+        {0.0059, 0, u"0°00'59\""},     {12.29, 1, u"12°29'"},    {12.3, -1, u""}};
+    for (const auto& [packed, mode, text] : rows)
+        EXPECT_EQ(S::AngleStr(packed, mode), CString(text)) << packed << " mode " << mode;
     EXPECT_EQ(S::ByoToStr(3661), CString(u"01:01:01"));
     EXPECT_EQ(S::ByoToStr(360000), CString(u"100:00:00"));
     EXPECT_EQ(S::ByoToStr(-5), CString(u"00:00:-5"));
@@ -147,15 +120,13 @@ TEST(Display, FormatsAnglesAndTimes) {
 }
 
 TEST(Observations, DirectionsInEveryQuadrant) {
-    const struct {
-        double dx, dy, direction;
-    } rows[] = {{1, 0, 0},       {2, 2, 45},    {0, 1, 90},   {-2, 2, 135}, {-1, 0, 180},
-                {-1, -0.0, 180}, {-2, -2, 225}, {0, -1, 270}, {2, -2, 315}, {1, -0.0, -0.0}};
-    for (const auto& row : rows) {
+    const double rows[][3] = {{1, 0, 0},       {2, 2, 45},    {0, 1, 90},   {-2, 2, 135}, {-1, 0, 180},
+                              {-1, -0.0, 180}, {-2, -2, 225}, {0, -1, 270}, {2, -2, 315}, {1, -0.0, -0.0}};
+    for (const auto& [dx, dy, expected] : rows) {
         double zenith = 0, direction = -1;
-        const CXYZ target(100 + row.dx, 200 + row.dy, 11.5);
+        const CXYZ target(100 + dx, 200 + dy, 11.5);
         EXPECT_EQ(S::XYZToHV(CXYZ(100, 200, 10), target, 1.5, zenith, direction), 1);
-        EXPECT_NEAR(direction, row.direction, 1e-12) << row.dx << " " << row.dy;
+        EXPECT_NEAR(direction, expected, 1e-12) << dx << " " << dy;
         EXPECT_EQ(zenith, 90.0);
     }
     double zenith = -7, direction = -7;
@@ -165,16 +136,14 @@ TEST(Observations, DirectionsInEveryQuadrant) {
     EXPECT_NEAR(zenith, 135, 1e-12);
 
     // Mathematical axes: from y toward x; below the horizon the angle is not the usual one.
-    const struct {
-        CXYZ to;
-        double height, zenith, direction;
-    } others[] = {{{1000, 0, 0}, 0, 90, 90},
-                  {{-1000, 0, 1001.5}, 1.5, 45, 270},
-                  {{0, 1000, -1000 * std::tan(10 / 57.29577951308232)}, 0, -260, 0}};
-    for (const auto& row : others) {
-        EXPECT_EQ(S::CalcXYZToVH(row.to, CXYZ(0, 0, 0), row.height, zenith, direction), 1);
-        EXPECT_EQ(direction, row.direction);
-        EXPECT_NEAR(zenith, row.zenith, 1e-12);
+    const std::tuple<CXYZ, double, double, double> others[] = {
+        {{1000, 0, 0}, 0, 90, 90},
+        {{-1000, 0, 1001.5}, 1.5, 45, 270},
+        {{0, 1000, -1000 * std::tan(10 / 57.29577951308232)}, 0, -260, 0}};
+    for (const auto& [to, height, up, expected] : others) {
+        EXPECT_EQ(S::CalcXYZToVH(to, CXYZ(0, 0, 0), height, zenith, direction), 1);
+        EXPECT_EQ(direction, expected);
+        EXPECT_NEAR(zenith, up, 1e-12);
     }
     // Straight up and down at heights whose two differences are rounded apart.
     std::mt19937_64 random(3);
