@@ -11,21 +11,10 @@ namespace {
 
 struct CameraFile : public TempFolder {
     CCamera camera;
-    const std::string sample =
-        "50.250000\t\t\t// focul length [mm]\n"
-        "-0.500000\t\t\t// x of principal point [m]\n"
-        "1.500000\t\t\t// y of principal point [m]\n"
-        "2\t\t\t\t\t// distortion model\n"
-        "4\t\t\t\t\t// number of distortion parameters\n"
-        "-2.500000e-11\t\t// distortion parameter 0\n"
-        "-1.250000e-11\t\t// distortion parameter 1\n"
-        "0.000000e+00\t\t// distortion parameter 2\n"
-        "1.250000e-11\t\t// distortion parameter 3\n"
-        "0.007400\t\t\t// x resolution [mm/pixel]\n"
-        "0.007500\t\t\t// y resolution [mm/pixel]\n"
-        "2\t\t\t\t\t// number of fiducial marks\n"
-        "M1\t12.500000\t-7.000000\t// coordinates of fiducial mark 0 [mm]\n" +
-        kanji() + "\t12.500000\t-7.000000\t// coordinates of fiducial mark 1 [mm]\n";
+    // That of the pages, with a second mark.
+    std::string sample = get(FIELDSCAN_DOCS "/samples/camera.txt") + kanji() +
+                         "\t12.500000\t-7.000000\t// coordinates of fiducial mark 1 [mm]\n";
+    CameraFile() { sample.replace(sample.find("1\t\t\t\t\t// number of fid"), 1, "2"); }
 };
 
 TEST_F(CameraFile, KeepsEveryLine) {

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <random>
 #include <sstream>
 #include <string>
@@ -63,9 +64,12 @@ TEST(NumberText, TextsEndWhereTheViewEnds) {
     Scanner scanner("7 a\0b 9 \0008"sv);
     int number = 0;
     std::string word;
-    EXPECT_TRUE(scanner.scanInt(number) == Result::matched && number == 7);
-    EXPECT_TRUE(scanner.scanWord(word) == Result::matched && word == "a\0b"sv);
-    EXPECT_TRUE(scanner.scanInt(number) == Result::matched && number == 9);
+    EXPECT_EQ(scanner.scanInt(number), Result::matched);
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(scanner.scanWord(word), Result::matched);
+    EXPECT_EQ(word, "a\0b"sv);
+    EXPECT_EQ(scanner.scanInt(number), Result::matched);
+    EXPECT_EQ(number, 9);
     EXPECT_EQ(scanner.scanInt(number), Result::endOfInput);
     EXPECT_EQ(number, 9);
 }
@@ -296,28 +300,20 @@ TEST_P(AgainstCLibrary, RandomTexts) {
         // Integers of up to 64 bits: half of those between 2^53 and 2^54 need rounding to even.
         const std::uint64_t integer = m_random() >> below(64);
         const int power = static_cast<int>(below(700)) - 350;
-        std::string text;
-        switch (below(5)) {
-            case 0:  // all over the range of double and beyond
-                text = std::to_string(integer) + (below(2) ? "e" + std::to_string(power) : "");
-                break;
-            case 1: {
-                std::ostringstream hexadecimal;
-                hexadecimal << "0x" << std::hex << integer << "p" << std::dec << power * 4;
-                text = hexadecimal.str();
-                break;
-            }
-            case 2:
-                text = texts[below(texts.size())];
-                break;
-            case 3:  // coordinates: up to 9 digits on either side of the point, and what may stand behind
-                text = digits() + "." + digits();
-                text.append(below(2), alphabet[below(alphabet.size())]).append(below(12), '7');
-                break;
-            default:
-                for (std::size_t length = below(12); length > 0; --length)
-                    text += alphabet[below(alphabet.size())];
-        }
+        char hexadecimal[40];
+        std::snprintf(hexadecimal, sizeof hexadecimal, "0x%jxp%d", std::uintmax_t{integer}, power * 4);
+        std::string letters;
+        std::generate_n(std::back_inserter(letters), below(12),
+                        [&] { return alphabet[below(alphabet.size())]; });
+        const std::string exponent = "e" + std::to_string(power);
+        const std::string kinds[] = {
+            // All over the range of double and beyond.
+            std::to_string(integer), std::to_string(integer) + exponent, hexadecimal, letters,
+            texts[below(texts.size())],
+            // Coordinates: up to 9 digits on either side of the point, and what may stand behind.
+            digits() + "." + digits() + letters.substr(0, 1),
+            digits() + "." + digits() + std::string(below(12), '7')};
+        std::string text = kinds[below(7)];
         for (std::size_t edits = below(4); edits > 0; --edits)
             text.replace(below(text.size() + 1), below(3), below(3), alphabet[below(alphabet.size())]);
         ASSERT_NO_FATAL_FAILURE(compareParse(text));

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "tests/scanarea/scan_areas.h"
@@ -31,7 +32,7 @@ CPolyline angleOutline(std::initializer_list<std::pair<double, double>> directio
 TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
     for (int heading = 0; heading < 360; ++heading) {
         const CPolyline outline = angleOutline({{-10, -5}, {10, -5}, {12, 8}, {0, 3}, {-8, 8}}, heading);
-        const double rows[][3] = {{0, 0, 1},   {-5, 4.5, 1}, {0, 5, 0},  {11, 6, 1},
+        const double rows[][3] = {{0, 0, 1},   {-5, 4.5, 1}, {0, 5, 0},  {11, 6, 1}, {-5, 3, 1},
                                   {-11, 0, 0}, {13, 0, 0},   {0, -6, 0}, {180, 0, 0}};
         for (const auto& [h, v, inside] : rows)
             EXPECT_EQ(CCalcXYZHV::IsPolyInside(outline, inTurn(h + heading), inTurn(v)), inside)
@@ -42,6 +43,8 @@ TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
         EXPECT_NEAR(CCalcXYZHV::AngleDifference(heading, right), 12, 1e-9) << heading;
     }
     EXPECT_EQ(CCalcXYZHV::IsPolyInside(CPolyline(), 0, 0), 0);
+    const CPolyline halfTurn = angleOutline({{180, -5}, {0, -5}, {90, 8}, {300, 8}});
+    EXPECT_EQ(CCalcXYZHV::IsPolyInside(halfTurn, 20, 0), 1) << "half a turn back crosses zero";
     EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{0, 0}, {1, 0}, {1, 1}}), std::nan(""), 0), 0);
     double left, right, top, bottom;
     CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom);
@@ -166,7 +169,9 @@ TEST(OutlineTests, AgreeWithARealLibraryOnRealOutlinesThatPassTheCheck) {
 
 // ---- CheckOutline ----
 
-CScanArea outlineOf(const std::vector<std::pair<double, double>>& directions, double turnedBy) {
+using Directions = std::vector<std::pair<double, double>>;
+
+CScanArea outlineOf(const Directions& directions, double turnedBy) {
     CScanArea area;
     for (const auto& [horizontal, zenith] : directions)
         addDirection(area.outlineAngles, inTurn(horizontal + turnedBy), zenith);
@@ -174,42 +179,36 @@ CScanArea outlineOf(const std::vector<std::pair<double, double>>& directions, do
 }
 
 TEST(Outline, IsCheckedAtEveryHeading) {
-    const struct {
-        const char* what;
-        std::vector<std::pair<double, double>> directions;
-        int code, edge;
-    } rows[] = {{"nothing", {}, -1, -1},
-                {"a line", {{0, 80}, {10, 90}}, -1, -1},
-                {"a line there and back", {{0, 80}, {0, 80}, {10, 90}}, -1, -1},
-                {"a triangle", {{0, 80}, {10, 90}, {0, 100}}, 1, -1},
-                {"the first vertex again", {{0, 80}, {10, 90}, {0, 100}, {0, 80}}, 1, -1},
-                {"infinity", {{0, 80}, {10, INFINITY}, {0, 100}}, -2, 1},
-                {"half a turn", {{0, 80}, {90, 80}, {90, 100}, {-90, 100}}, -3, 2},
-                {"long edges", {{0, 80}, {179, 80}, {179, 100}, {0, 100}}, 1, -1},
-                {"a wide area",
-                 {{0, 80}, {120, 80}, {240, 80}, {359, 80}, {359, 100}, {240, 100}, {120, 100}, {0, 100}},
-                 1,
-                 -1},
-                {"all round",
-                 {{0, 80}, {120, 80}, {240, 80}, {360, 80}, {360, 100}, {240, 100}, {120, 100}, {0, 100}},
-                 -3,
-                 2},
-                {"a bow tie", {{0, 80}, {10, 100}, {10, 80}, {0, 100}}, -4, 0},
-                {"crossed by the last edge", {{0, 80}, {10, 80}, {10, 100}, {5, 70}}, -4, 0},
-                {"a vertex on an edge", {{0, 80}, {10, 80}, {10, 100}, {5, 80}, {0, 100}}, 1, -1},
-                {"a vertex beyond an edge", {{0, 80}, {10, 80}, {10, 100}, {5, 79.9999}, {0, 100}}, -4, 0},
-                {"a vertex twice", {{0, 80}, {10, 80}, {5, 90}, {10, 100}, {0, 100}, {5, 90}}, 1, -1},
-                {"a way to a hole and back",
-                 {{0, 80}, {10, 80}, {10, 100}, {6, 92}, {6, 88}, {4, 90}, {6, 92}, {10, 100}, {0, 100}},
-                 1,
-                 -1},
-                {"a spike", {{0, 80}, {10, 80}, {20, 80}, {10, 80}, {5, 100}}, 1, -1}};
+    const Directions wide = {{0, 80},    {120, 80},  {240, 80},  {359, 80},
+                             {359, 100}, {240, 100}, {120, 100}, {0, 100}};
+    const Directions allRound = {{0, 80},    {120, 80},  {240, 80},  {360, 80},
+                                 {360, 100}, {240, 100}, {120, 100}, {0, 100}};
+    const std::tuple<const char*, int, int, Directions> rows[] = {
+        {"nothing", -1, -1, {}},
+        {"a line", -1, -1, {{0, 80}, {10, 90}}},
+        {"a line there and back", -1, -1, {{0, 80}, {0, 80}, {10, 90}}},
+        {"a triangle", 1, -1, {{0, 80}, {10, 90}, {0, 100}}},
+        {"the first vertex again", 1, -1, {{0, 80}, {10, 90}, {0, 100}, {0, 80}}},
+        {"infinity", -2, 1, {{0, 80}, {10, INFINITY}, {0, 100}}},
+        {"half a turn", -3, 2, {{0, 80}, {90, 80}, {90, 100}, {-90, 100}}},
+        {"long edges", 1, -1, {{0, 80}, {179, 80}, {179, 100}, {0, 100}}},
+        {"a wide area", 1, -1, wide},
+        {"all round", -3, 2, allRound},
+        {"a bow tie", -4, 0, {{0, 80}, {10, 100}, {10, 80}, {0, 100}}},
+        {"crossed by the last edge", -4, 0, {{0, 80}, {10, 80}, {10, 100}, {5, 70}}},
+        {"a vertex on an edge", 1, -1, {{0, 80}, {10, 80}, {10, 100}, {5, 80}, {0, 100}}},
+        {"a vertex beyond an edge", -4, 0, {{0, 80}, {10, 80}, {10, 100}, {5, 79.9999}, {0, 100}}},
+        {"a vertex twice", 1, -1, {{0, 80}, {10, 80}, {5, 90}, {10, 100}, {0, 100}, {5, 90}}},
+        {"a way to a hole and back",
+         1,
+         -1,
+         {{0, 80}, {10, 80}, {10, 100}, {6, 92}, {6, 88}, {4, 90}, {6, 92}, {10, 100}, {0, 100}}},
+        {"a spike", 1, -1, {{0, 80}, {10, 80}, {20, 80}, {10, 80}, {5, 100}}}};
     for (int heading = 0; heading < 360; ++heading) {
-        for (const auto& row : rows) {
+        for (const auto& [what, code, wrong, directions] : rows) {
             int edge = 99;
-            EXPECT_EQ(outlineOf(row.directions, heading).CheckOutline(&edge), row.code)
-                << row.what << " " << heading;
-            EXPECT_EQ(edge, row.edge) << row.what << " " << heading;
+            EXPECT_EQ(outlineOf(directions, heading).CheckOutline(&edge), code) << what << " " << heading;
+            EXPECT_EQ(edge, wrong) << what << " " << heading;
         }
         // Where the edges do not close, the one that wraps depends on the heading.
         EXPECT_EQ(outlineOf({{0, 80}, {100, 90}, {200, 80}}, heading).CheckOutline(), -3) << heading;

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <string>
+#include <utility>
 
 #include "tests/scanarea/scan_areas.h"
 
@@ -14,11 +16,7 @@ TEST(ScanArea, ChecksInTheStatedOrder) {
     EXPECT_EQ(area.CheckParameter(), 1) << "an empty grid";
     fillGrid(area, 2, 3);
     EXPECT_EQ(area.CheckParameter(), 1);
-    struct Case {
-        int expected;
-        void (*spoil)(CScanArea&);
-    };
-    const Case cases[] = {
+    const std::pair<int, void (*)(CScanArea&)> cases[] = {
         {-1,
          [](CScanArea& a) { a.imageNames.RemoveAt(0), a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
         {-2, [](CScanArea& a) { a.shootAngles.RemoveAt(0), a.areaAngle1.omega = -1; }},
@@ -36,10 +34,10 @@ TEST(ScanArea, ChecksInTheStatedOrder) {
         {1, [](CScanArea& a) { a.shootAngles[0].omega = 0, a.shootAngles[1].omega = kRadian; }},
         {1, [](CScanArea& a) { a.columnCount = -3, a.rowCount = -2; }},
     };
-    for (const Case& c : cases) {
+    for (std::size_t k = 0; k < std::size(cases); ++k) {
         CScanArea spoilt(area);
-        c.spoil(spoilt);
-        EXPECT_EQ(spoilt.CheckParameter(), c.expected) << "case " << &c - cases;
+        cases[k].second(spoilt);
+        EXPECT_EQ(spoilt.CheckParameter(), cases[k].first) << "case " << k;
     }
 }
 
@@ -70,19 +68,17 @@ TEST(ScanArea, CopiesAllButTheTablesAndPolylines) {
 TEST(ScanArea, NamesTheOrientationFiles) {
     CScanArea area;
     EXPECT_EQ(area.IsWithImage(), 0);
-    const struct {
-        const char16_t *image, *orientation;
-    } rows[] = {
+    const std::pair<const char16_t*, const char16_t*> rows[] = {
         {u"IMG0001.jpg", u"IMG0001.ext"}, {u" a.b.c ", u"a.b.ext"}, {u"none", u".ext"}, {u".", u".ext"}};
     area.columnCount = 2;
     area.rowCount = 3;
-    for (const auto& row : rows)
-        area.imageNames.Add(row.image);
+    for (const auto& [image, orientation] : rows)
+        area.imageNames.Add(image);
     CString name(u"before");
     EXPECT_EQ(area.GetExtFileName(-1, name) + area.GetExtFileName(6, name), 0);
     EXPECT_EQ(name, CString(u"before"));
     for (int i = 0; i < 4; ++i)
-        EXPECT_TRUE(area.GetExtFileName(i, name) && name == rows[i].orientation) << i;
+        EXPECT_TRUE(area.GetExtFileName(i, name) && name == rows[i].second) << i;
     EXPECT_EQ(area.GetExtFileName(5, name), 1) << "inside the grid, without a name";
     EXPECT_EQ(area.IsWithImage(), 1);
     area.imageNames[0].Empty();

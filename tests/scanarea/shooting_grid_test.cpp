@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 #include "tests/scanarea/scan_areas.h"
 
@@ -18,7 +19,8 @@ TEST(ShootingGrid, CoversAnAreaAcrossZero) {
         const CWPK left = direction(350, upward ? 110 : 80), right = direction(20, upward ? 80 : 110);
         ASSERT_EQ(area.CalShootAng(left, right), 1);
         EXPECT_EQ(area.CheckParameter(), 1);
-        EXPECT_EQ(area.columnCount * 100 + area.rowCount, 4030);
+        EXPECT_EQ(area.columnCount, 40);
+        EXPECT_EQ(area.rowCount, 30);
         const CWPK &first = area.shootAngles[0], &last = area.shootAngles[1199];
         EXPECT_TRUE(first.kappa == left.kappa && last.kappa == right.kappa && last.phi == 0);
         EXPECT_EQ(first.omega, direction(0, 80).omega) << "the top comes first";
@@ -35,28 +37,25 @@ TEST(ShootingGrid, CoversAnAreaAcrossZero) {
 }
 
 TEST(ShootingGrid, CountsAndNames) {
-    const struct {
-        int columns, rows;
-        double right, bottom;
-        int expectedColumns, expectedRows;
-    } rows[] = {{0, 0, 130, 95, 4, 2},         {0, 5, 130.1, 95, 5, 2},
-                {7, 3, 130, 95, 7, 3},         {7, 3, 100, 95, 1, 3},
-                {7, 3, 130, 85, 7, 1},         {7, 3, 100, 85, 1, 1},
-                {0, 0, 100, 85, 1, 1},         {1, 1, 130, 95, 1, 1},
-                {0, 0, 460 - 1e-9, 85, 37, 1}, {0, 0, 100 - 360 - 1e-13, 85, 1, 1},
-                {0, 0, -230, 95, 4, 2}};
-    for (const auto& row : rows) {
+    const std::tuple<int, int, double, double, int, int> rows[] = {
+        {0, 0, 130, 95, 4, 2},         {0, 5, 130.1, 95, 5, 2},
+        {7, 3, 130, 95, 7, 3},         {7, 3, 100, 95, 1, 3},
+        {7, 3, 130, 85, 7, 1},         {7, 3, 100, 85, 1, 1},
+        {0, 0, 100, 85, 1, 1},         {1, 1, 130, 95, 1, 1},
+        {0, 0, 460 - 1e-9, 85, 37, 1}, {0, 0, 100 - 360 - 1e-13, 85, 1, 1},
+        {0, 0, -230, 95, 4, 2}};
+    for (const auto& [columns, lines, right, bottom, expectedColumns, expectedRows] : rows) {
         CScanArea area;
-        area.columnCount = row.columns;
-        area.rowCount = row.rows;
+        area.columnCount = columns;
+        area.rowCount = lines;
         area.imageNames.Add(u"first.jpg");
         area.imageNames.Add(u"wall.v09.tif");
-        ASSERT_EQ(area.CalShootAng(direction(100, 85), direction(row.right, row.bottom)), 1);
-        EXPECT_EQ(area.columnCount * 10 + area.rowCount, row.expectedColumns * 10 + row.expectedRows)
-            << row.right;
+        ASSERT_EQ(area.CalShootAng(direction(100, 85), direction(right, bottom)), 1);
+        EXPECT_EQ(area.columnCount, expectedColumns) << right;
+        EXPECT_EQ(area.rowCount, expectedRows) << right;
         EXPECT_EQ(area.CheckParameter(), 1);
         EXPECT_EQ(area.imageNames[0], CString(u"wall.v10.tif")) << "goes on";
-        if (row.columns == 1) {
+        if (columns == 1) {
             EXPECT_NEAR(area.shootAngles[0].kappa, 115 * kRadian, 1e-15) << "in the middle";
             EXPECT_NEAR(area.shootAngles[0].omega, 90 * kRadian, 1e-15);
         }
@@ -85,7 +84,8 @@ TEST(ShootingGrid, Refuses) {
     for (const double bad : {NAN, INFINITY}) {
         ASSERT_EQ(area.CalShootAng(direction(10, 90), direction(20, 90)), 1);
         EXPECT_EQ(area.CalShootAng(direction(10, 90), direction(20, bad)), 0);
-        EXPECT_EQ(area.columnCount * 10 + area.rowCount, 21) << "kept";
+        EXPECT_EQ(area.columnCount, 2) << "kept";
+        EXPECT_EQ(area.rowCount, 1) << "kept";
         EXPECT_EQ(area.shootAngles.GetSize() + area.imageNames.GetSize() + area.workTable1.GetSize(), 0);
     }
     area.areaAngle2.kappa = 7.0;
