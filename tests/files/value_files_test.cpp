@@ -9,6 +9,7 @@
 #include <sstream>
 #include <string>
 #include <tuple>
+#include <vector>
 
 #include "tests/temp_folder.h"
 
@@ -18,7 +19,7 @@ using namespace std::string_literals;
 using ValueFiles = TempFolder;
 
 TEST_F(ValueFiles, PanoramaAndExteriorOrientation) {
-    double a = 7, b = 7, c = 7, d = 7, e = 7, f = 7;
+    double a = 7, b = 7, c = 7, d = 7;
     EXPECT_EQ(KVX4NP_WritePanoramaInfo(path("p"), 80.25, 359.9999994, 0.0125, -0.025), 1);
     const std::string version = "KVX4NP_PANORAMAINFO_FILEVER1.0";
     EXPECT_EQ(get("p"), version + "\r\n80.250000\t// Vert Angle of Top-Left Corner[deg]\r\n" +
@@ -27,24 +28,33 @@ TEST_F(ValueFiles, PanoramaAndExteriorOrientation) {
                             "-0.025000\t// Horz Angle Resolution[deg]\r\n");
     put("in", " " + version + " \t\nnone\n 2.5deg\n// comment\r\n1e999");
     EXPECT_EQ(KVX4NP_ReadPanoramaInfo(path("in"), a, b, c, d), 1);
-    EXPECT_TRUE(a == 0 && b == 2.5 && c == 2.5 && d > 1e308) << "no number: the one before, at first 0";
+    EXPECT_EQ(a, 0.0) << "no number, none before";
+    EXPECT_EQ(b, 2.5);
+    EXPECT_EQ(c, 2.5) << "no number: the one before";
+    EXPECT_GT(d, 1e308);
     put("in", version + "\n1\n \r\n3\n4\n");
-    EXPECT_TRUE(!KVX4NP_ReadPanoramaInfo(path("in"), a, b, c, d) && a == 1 && b == 2.5 && c == 2.5);
+    EXPECT_EQ(KVX4NP_ReadPanoramaInfo(path("in"), a, b, c, d), 0);
+    EXPECT_EQ(a, 1.0);
+    EXPECT_EQ(b, 2.5);
+    EXPECT_EQ(c, 2.5);
 
     const std::string lines =
         "KZ5_EXT_FILEVER1.0\r\n1.500000\t// X0[m]\r\n-2.500000\t// Y0[m]\r\n3.500000\t// Z0[m]\r\n"
         "4.500000\t// omega[deg]\r\n5.500000\t// phi[deg]\r\n6.500000\t// kappa[deg]\r\n";
+    const std::vector<double> written = {1.5, -2.5, 3.5, 4.5, 5.5, 6.5};
     EXPECT_EQ(WriteExtFile(path("p"), 1.5, -2.5, 3.5, 4.5, 5.5, 6.5), 1) << "replaces";
     EXPECT_EQ(get("p"), lines);
     EXPECT_EQ(KVX4NP_ReadPanoramaInfo(path("p"), a, b, c, d), 0) << "the other version line";
-    for (std::size_t cut = 0, end = 0; cut <= 7; ++cut, end = lines.find('\n', end) + 1) {
+    std::size_t end = 0;
+    for (int cut = 0; cut <= 7; ++cut, end = lines.find('\n', end) + 1) {
         put("cut", lines.substr(0, end));
-        a = b = c = d = e = f = 7;
-        EXPECT_EQ(ReadExtFile(path("cut"), a, b, c, d, e, f), cut == 7);
-        EXPECT_TRUE(a == (cut < 2 ? 7 : 1.5) && b == (cut < 3 ? 7 : -2.5) && c == (cut < 4 ? 7 : 3.5) &&
-                    d == (cut < 5 ? 7 : 4.5) && e == (cut < 6 ? 7 : 5.5) && f == (cut < 7 ? 7 : 6.5));
+        std::vector<double> v(6, 7.0), expected(written);
+        EXPECT_EQ(ReadExtFile(path("cut"), v[0], v[1], v[2], v[3], v[4], v[5]), cut == 7);
+        std::fill(expected.begin() + std::max(cut - 1, 0), expected.end(), 7.0);
+        EXPECT_EQ(v, expected) << cut;
     }
-    EXPECT_EQ(WriteExtFile(nullptr, 0, 0, 0, 0, 0, 0) + ReadExtFile(nullptr, a, b, c, d, e, f), 0);
+    EXPECT_EQ(WriteExtFile(nullptr, 0, 0, 0, 0, 0, 0), 0);
+    EXPECT_EQ(ReadExtFile(nullptr, a, a, a, a, a, a), 0);
 }
 
 TEST_F(ValueFiles, ALineThatHoldsNothingFailsTheRead) {

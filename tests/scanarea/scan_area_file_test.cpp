@@ -46,13 +46,15 @@ TEST_F(ScanAreaFile, HasTheStatedLines) {
     read.headerLine = u"old";
     addDirection(read.outlineAngles, 1, 1);
     ASSERT_EQ(read.Read(path("job")), 1);
-    EXPECT_EQ(read.columnCount * 10 + read.rowCount, 21);
+    EXPECT_EQ(read.columnCount, 2);
+    EXPECT_EQ(read.rowCount, 1);
     const std::vector<double> angles = {read.areaAngle1.kappa, read.areaAngle2.omega, read.areaAngle1.phi,
                                         read.shootAngles[1].phi, read.shootAngles[1].kappa};
     EXPECT_EQ(angles, (std::vector<double>{350 * kRadian, 100.25 * kRadian, 0, 0, 11 * kRadian}));
     EXPECT_EQ(read.imageNames.GetSize(), 3);
     EXPECT_EQ(read.imageNames[1], CString(kanji().c_str())) << "a name ends at its first blank";
-    EXPECT_EQ(read.headerLine.GetLength() + read.outlineAngles.GetSize(), 0);
+    EXPECT_TRUE(read.headerLine.IsEmpty());
+    EXPECT_TRUE(read.outlineAngles.IsEmpty());
     EXPECT_TRUE(shown.IsEmpty());
 }
 
@@ -74,7 +76,8 @@ TEST_F(ScanAreaFile, ReadsWhatItCan) {
         CScanArea area;
         fillGrid(area, 2, 2);
         EXPECT_EQ(area.Read(path("job")), result) << bytes;
-        EXPECT_EQ(area.imageNames.GetSize() * 10 + area.shootAngles.GetSize(), shots * 11) << bytes;
+        EXPECT_EQ(area.imageNames.GetSize(), shots) << bytes;
+        EXPECT_EQ(area.shootAngles.GetSize(), shots) << bytes;
         EXPECT_TRUE(bytes.size() < 3000 || area.imageNames[0].GetLength() == 3000);
         EXPECT_EQ(area.areaAngle2.kappa, result ? 20 * kRadian : 0.0) << bytes;
     }
