@@ -287,18 +287,19 @@ TEST(KeySort, SortsWhateverTheKeys) {
         }
         return result;
     };
-    std::vector<std::vector<double>> inputs = {{},
-                                               {5},
-                                               {std::nextafter(1.0, 2.0), 1, 3},
-                                               {-nan, nan, infinity, 2, 2, 2, 0.0, -0.0, 0.0, -1, -infinity},
-                                               std::vector<double>(100, nan),
-                                               std::vector<double>(1000000, 4.0),
-                                               keys,
-                                               sorted,
-                                               {sorted.rbegin(), sorted.rend()}};
-    for (const std::size_t size : {40u, 63u, 64u, 3000u})
-        inputs.push_back(mixed(size));
-    for (const auto& input : inputs) {
+    for (const auto& input : {std::vector<double>{},
+                              {5},
+                              {std::nextafter(1.0, 2.0), 1, 3},
+                              {-nan, nan, infinity, 2, 2, 2, 0.0, -0.0, 0.0, -1, -infinity},
+                              mixed(40),
+                              mixed(63),
+                              mixed(64),
+                              mixed(3000),
+                              std::vector<double>(100, nan),
+                              std::vector<double>(1000000, 4.0),
+                              keys,
+                              sorted,
+                              std::vector<double>(sorted.rbegin(), sorted.rend())}) {
         expectSorted(input, 1);
         expectSorted(input, 0);
         if (HasFatalFailure())

@@ -22,17 +22,22 @@ TEST(ShootingGrid, CoversAnAreaAcrossZero) {
         EXPECT_EQ(area.columnCount, 40);
         EXPECT_EQ(area.rowCount, 30);
         const CWPK &first = area.shootAngles[0], &last = area.shootAngles[1199];
-        EXPECT_TRUE(first.kappa == left.kappa && last.kappa == right.kappa && last.phi == 0);
+        EXPECT_EQ(first.kappa, left.kappa);
+        EXPECT_EQ(last.kappa, right.kappa);
+        EXPECT_EQ(last.phi, 0.0);
         EXPECT_EQ(first.omega, direction(0, 80).omega) << "the top comes first";
         EXPECT_EQ(last.omega, direction(0, 110).omega);
         for (int i = 0; i < 1200; ++i) {
             const CWPK& shot = area.shootAngles[i];
             EXPECT_NEAR(std::remainder(shot.kappa - (350 + 30.0 / 39 * (i % 40)) * kRadian, 360 * kRadian),
                         0.0, 1e-14);
-            EXPECT_TRUE(shot.kappa == area.workTable1[i % 40] && shot.omega == area.workTable2[i / 40]);
-            EXPECT_TRUE(shot.kappa >= 0 && shot.kappa < 360 * kRadian);
+            EXPECT_EQ(shot.kappa, area.workTable1[i % 40]);
+            EXPECT_EQ(shot.omega, area.workTable2[i / 40]);
+            EXPECT_GE(shot.kappa, 0.0);
+            EXPECT_LT(shot.kappa, 360 * kRadian);
         }
-        EXPECT_EQ(area.imageNames[0] + area.imageNames[1199], CString(u"IMG0001.jpgIMG1200.jpg"));
+        EXPECT_EQ(area.imageNames[0], CString(u"IMG0001.jpg"));
+        EXPECT_EQ(area.imageNames[1199], CString(u"IMG1200.jpg"));
     }
 }
 
@@ -86,7 +91,9 @@ TEST(ShootingGrid, Refuses) {
         EXPECT_EQ(area.CalShootAng(direction(10, 90), direction(20, bad)), 0);
         EXPECT_EQ(area.columnCount, 2) << "kept";
         EXPECT_EQ(area.rowCount, 1) << "kept";
-        EXPECT_EQ(area.shootAngles.GetSize() + area.imageNames.GetSize() + area.workTable1.GetSize(), 0);
+        EXPECT_TRUE(area.shootAngles.IsEmpty());
+        EXPECT_TRUE(area.imageNames.IsEmpty());
+        EXPECT_TRUE(area.workTable1.IsEmpty());
     }
     area.areaAngle2.kappa = 7.0;
     EXPECT_EQ(area.CalShootAng(direction(10, 90), direction(20, 90)), 0) << "a corner out of range";
