@@ -60,7 +60,8 @@ int rewrite(const std::string& name, CString from, CString to) {
 using Samples = TempFolder;
 
 TEST_F(Samples, AreWrittenAsTheyWereRead) {
-    const std::filesystem::path docs = FIELDSCAN_DOCS;
+    // With a drive on Windows, so that it can follow a folder.
+    const std::filesystem::path docs = std::filesystem::absolute(FIELDSCAN_DOCS);
     const std::string page = get((docs / "file_formats.md").string());
     int samples = 0;
     for (const auto& entry : std::filesystem::directory_iterator(docs / "samples")) {
