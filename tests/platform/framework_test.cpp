@@ -5,12 +5,12 @@
 #include <fieldscan/message.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <new>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/framework/arithmetic.h"
 #include "platform/framework/calendar.h"
@@ -192,8 +192,8 @@ TEST(Calendar, CountsEveryDay) {
         year += day == 1 && month == 1;
     }
     const fieldscan::CalendarTime before = fieldscan::calendarTime(0, -1);
-    const int lastOfTheCentury[] = {1600, 12, 31, 23, 59, 59};
-    EXPECT_TRUE(std::equal(lastOfTheCentury, lastOfTheCentury + 6, before.field));
+    const std::vector<int> toTheSecond(before.field, before.field + 6);
+    EXPECT_EQ(toTheSecond, (std::vector<int>{1600, 12, 31, 23, 59, 59}));
     EXPECT_EQ(fieldscan::calendarTime(12345678, 0).field[6], 234);
     EXPECT_EQ(fieldscan::calendarTime(~0ULL, 0).field[0], 60056);
     EXPECT_GE(fieldscan::calendarTime(fieldscan::system::fileTimeNow(), 0).field[0], 2020);
