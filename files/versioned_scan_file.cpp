@@ -103,18 +103,18 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
             splitAtCommas(line, fields, kFields);
             point.code = wideTrimmed(codePage, fields[kCode]);
             point.attr[2] = parseInt(numberText(codePage, fields[kAttribute], buffer));
+            const double firstValue = parseDouble(numberText(codePage, fields[kFirst], buffer));
+            const double secondValue = parseDouble(numberText(codePage, fields[kSecond], buffer));
             reserveForLines(texts, file);
             reserveForLines(first, file);
             reserveForLines(second, file);
             texts.Add(wideTrimmed(codePage, fields[kText]));
-            first.Add(parseDouble(numberText(codePage, fields[kFirst], buffer)));
-            second.Add(parseDouble(numberText(codePage, fields[kSecond], buffer)));
+            first.Add(firstValue);  // there is room: from here on nothing fails
+            second.Add(secondValue);
         }
         return file.HasReadFailed() ? 0 : 1;
     });
     // Where memory ran out the last point may lack what goes along with it.
     points.SetSize(second.GetSize());
-    texts.SetSize(second.GetSize());
-    first.SetSize(second.GetSize());
     return result;
 }
