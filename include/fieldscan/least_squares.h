@@ -18,7 +18,7 @@
 //     if (adjustment.Solve()) adjustment.GetBcor(0) ...
 //
 // Operations that can fail return 1 for success and 0 for failure; nothing is thrown (memory exhaustion: 0).
-// Indices of the getters and setters are not checked by the interface's own words; a wrong one reads 0.0 and
+// Indices of the getters and setters are not checked for the caller: a wrong one reads 0.0 and
 // writes nothing.
 class FIELDSCAN_API CLeastSq {
 public:

@@ -1,4 +1,4 @@
-// CLeastSq against the stated sums and its own contract.
+// CLeastSq against plain sums in the documented order, and its own contract.
 #include <gtest/gtest.h>
 
 #include <algorithm>
