@@ -35,19 +35,15 @@ bool readRest(system::FileHandle file, long long length, std::string& rest, long
     }
 }
 
-constexpr char kByteOrderMark[] = "\xEF\xBB\xBF";
-
-std::string_view withoutMark(std::string_view text) {
-    const bool marked = text.rfind(kByteOrderMark, 0) == 0 && system::ansiCodePage() == system::kUtf8;
-    return marked ? text.substr(sizeof kByteOrderMark - 1) : text;
-}
-
 // As ReadHeader finds it: after a byte order mark, and with any blanks at its ends.
 bool beginsWith(system::FileHandle file, std::string_view header) {
+    if (header.empty())
+        return true;
     std::string bytes(kTailSize, '\0');
     const long long got = system::readFileAt(file, bytes.data(), bytes.size(), 0);
     bytes.resize(static_cast<std::size_t>(std::max(0LL, got)));
-    return header.empty() || trimmed(withoutMark(bytes.substr(0, bytes.find('\n')))) == trimmed(header);
+    const std::string_view line = std::string_view(bytes).substr(0, bytes.find('\n'));
+    return trimmed(withoutByteOrderMark(line)) == trimmed(header);
 }
 
 // Of a line that never got to the medium its room may be there.
@@ -66,7 +62,7 @@ bool AppendedFile::look(const LineKind& kind, bool readable) {
         long long start = 0;
         if (!readRest(file, m_length, bytes, start))
             return false;
-        const std::string_view rest = start == 0 ? withoutMark(bytes) : bytes;
+        const std::string_view rest = start == 0 ? withoutByteOrderMark(bytes) : bytes;
         if (start == 0 && rest.size() < kind.header.size() && kind.header.substr(0, rest.size()) == rest) {
             text = kind.header.substr(rest.size());
         } else if (!rest.empty()) {

@@ -33,10 +33,15 @@ bool openText(CFile& file, const CString& path) {
     return true;
 }
 
+std::string_view withoutByteOrderMark(std::string_view text) {
+    constexpr std::string_view kMark = "\xEF\xBB\xBF";
+    const bool marked = text.substr(0, kMark.size()) == kMark && system::ansiCodePage() == system::kUtf8;
+    return marked ? text.substr(kMark.size()) : text;
+}
+
 void skipByteOrderMark(CFile& file) {
     char bytes[3];
-    if (system::ansiCodePage() == system::kUtf8 && file.GetPosition() == 0 &&
-        !(file.Read(bytes, 3) == 3 && std::string_view(bytes, 3) == "\xEF\xBB\xBF"))
+    if (file.GetPosition() == 0 && !withoutByteOrderMark({bytes, file.Read(bytes, sizeof bytes)}).empty())
         file.SeekToBegin();
 }
 

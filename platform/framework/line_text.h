@@ -30,6 +30,8 @@ bool readLine(CFile& file, std::string& split, std::string_view& line);
 // Opens a text file for reading; in UTF-8 a byte order mark at its start, as spreadsheets write one, is
 // passed over.
 bool openText(CFile& file, const CString& path);
+// The text after a byte order mark, where the code page has one.
+std::string_view withoutByteOrderMark(std::string_view text);
 // Passes over the mark when the position is at the start.
 void skipByteOrderMark(CFile& file);
 
