@@ -34,16 +34,16 @@ void fieldscan::appendScanPoint(LineWriter& lines, const CXYZ& point, const CStr
 // A new file's name has to be on the medium too.
 int ScanFileOpen(CFile* file, CString path) {
     constexpr unsigned int kMode = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite;
-    return zeroIfOutOfMemory([&] {
+    const int opened = zeroIfOutOfMemory([&] {
         if (!file->Open(path, kMode | system::kAppending))
             return 0;
         if (file->GetLength() == 0)
             system::flushFolderOf(path);
-        if (file->SeekToEnd())
-            return 1;
-        file->Close();
-        return 0;
+        return file->SeekToEnd();
     });
+    if (!opened)
+        file->Close();  // or nobody else could write to it
+    return opened;
 }
 
 int ScanFileClose(CFile* file) {

@@ -25,9 +25,7 @@ void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, 
     lines.endLine();
 }
 
-bool isRecord(const CXYZ& point, const CString& text) {
-    return fitsField(point.name) && fitsField(point.code) && fitsField(text);
-}
+bool isRecord(const CXYZ& point) { return fitsField(point.name) && fitsField(point.code); }
 
 // Element i, or what a missing one stands for.
 template <class Array, class Element>
@@ -63,7 +61,7 @@ int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double
                         CArray<double, double>& second, CStringArray& texts, int append) {
     const int size = points.GetSize();
     for (int i = 0; i < size; ++i)
-        if (!isRecord(points[i], elementOr(texts, i, CString())))
+        if (!isRecord(points[i]) || (i < texts.GetSize() && !fitsField(texts[i])))
             return 0;
     return appendToFile(path, append == 1 ? Existing::needed : Existing::emptied, kVersionedLines,
                         [&](LineWriter& lines) {
@@ -74,7 +72,7 @@ int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double
 }
 
 int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text) {
-    if (!isRecord(point, text))
+    if (!isRecord(point) || !fitsField(text))
         return 0;
     return appendToFile(path, Existing::kept, kVersionedLines,
                         [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
