@@ -1,4 +1,5 @@
-// The constants of angles, as the decimals that all angle arithmetic here is made with.
+// pi, the full circle, and the factors between degrees and radians. All angle arithmetic of the library uses
+// these decimals, so that its results have the same bits everywhere.
 #ifndef FIELDSCAN_GEOMETRY_ANGLE_CONSTANTS_H
 #define FIELDSCAN_GEOMETRY_ANGLE_CONSTANTS_H
 

@@ -1,3 +1,4 @@
+// Omega, phi, kappa: sums and differences, normalised to -pi .. pi by the exact remainder.
 #include <fieldscan/attitude.h>
 
 #include <cmath>

@@ -1,10 +1,11 @@
+// Points in space and in the plane: copies, and arithmetic component by component.
 #include <fieldscan/points.h>
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-// Without Init: the strings are empty already, and to empty them again doubles the time.
+// Does not call Init: the strings are empty already, and emptying them again doubles the time.
 CXYZ::CXYZ() : x(0.0), y(0.0), z(0.0), attr{} {}
 
 CXYZ::CXYZ(const CXYZ& other) : code(other.code), name(other.name), x(other.x), y(other.y), z(other.z) {

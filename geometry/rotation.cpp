@@ -1,3 +1,5 @@
+// Rotation matrices of omega, phi, kappa, and the angles of a matrix, with the elements of the products
+// written out (Kraus, Photogrammetry; Luhmann et al., Close-Range Photogrammetry).
 #include <fieldscan/rotation.h>
 
 #include <cmath>
@@ -9,16 +11,18 @@ using fieldscan::kPi;
 
 namespace {
 
-constexpr double kGimbalLock = 1e-12;  // of |cos(phi)|: at or below it omega and kappa cannot be told apart
+// Where |cos(phi)| is not larger, omega and kappa turn about the same axis: only their sum or difference is
+// determined.
+constexpr double kGimbalLock = 1e-12;
 
-// Sine and cosine of one angle.
-struct Turn {
-    explicit Turn(double angle) : s(std::sin(angle)), c(std::cos(angle)) {}
+struct SineCosine {
+    explicit SineCosine(double angle) : s(std::sin(angle)), c(std::cos(angle)) {}
     double s;
     double c;
 };
 
-double clampedToOne(double s) {
+// An element of the matrix that is a sine; rounding may have left it a step above 1.
+double clampedSine(double s) {
     if (s >= 1.0)
         return 1.0;
     if (s <= -1.0)
@@ -26,32 +30,32 @@ double clampedToOne(double s) {
     return s;
 }
 
-// Of the two solutions for phi with the sine `s`, the one whose angles lie closer to `hint`. `solve` gives
-// omega and kappa for a phi with its cosine.
+// Of the two angles phi with the sine `s`, the one whose omega, phi, kappa are closer to `hint`. `solve` sets
+// omega and kappa for a phi and its cosine.
 template <class Solve>
 CWPK closerSolution(double s, const CWPK& hint, Solve solve) {
     const double phi0 = std::asin(s);
     const double phi1 = phi0 >= 0.0 ? kPi - phi0 : -kPi - phi0;
     CWPK angles[2];
-    double score[2];
+    double distance[2];
     for (int i = 0; i < 2; ++i) {
         angles[i].phi = i == 0 ? phi0 : phi1;
         solve(angles[i], std::cos(angles[i].phi));
-        score[i] = std::fabs(CWPK::SubtractAngle(angles[i].kappa, hint.kappa)) +
-                   std::fabs(CWPK::SubtractAngle(angles[i].phi, hint.phi)) +
-                   std::fabs(CWPK::SubtractAngle(angles[i].omega, hint.omega));
+        distance[i] = std::fabs(CWPK::SubtractAngle(angles[i].kappa, hint.kappa)) +
+                      std::fabs(CWPK::SubtractAngle(angles[i].phi, hint.phi)) +
+                      std::fabs(CWPK::SubtractAngle(angles[i].omega, hint.omega));
     }
-    CWPK chosen = score[0] <= score[1] ? angles[0] : angles[1];
-    chosen.Normalize();
-    return chosen;
+    CWPK closer = distance[0] <= distance[1] ? angles[0] : angles[1];
+    closer.Normalize();
+    return closer;
 }
 
 CWPK anglesWpk(const double m[3][3], const CWPK& hint) {
-    return closerSolution(clampedToOne(-m[2][0]), hint, [&](CWPK& a, double c) {
+    return closerSolution(clampedSine(-m[2][0]), hint, [&](CWPK& a, double c) {
         if (std::fabs(c) > kGimbalLock) {
-            const double r = 1.0 / c;
-            a.omega = std::atan2(m[2][1] * r, m[2][2] * r);
-            a.kappa = std::atan2(m[1][0] * r, m[0][0] * r);
+            const double reciprocal = 1.0 / c;
+            a.omega = std::atan2(m[2][1] * reciprocal, m[2][2] * reciprocal);
+            a.kappa = std::atan2(m[1][0] * reciprocal, m[0][0] * reciprocal);
         } else {
             a.omega = hint.omega;
             a.kappa = a.phi >= 0.0 ? hint.omega + std::atan2(-m[0][1], m[0][2])
@@ -61,16 +65,16 @@ CWPK anglesWpk(const double m[3][3], const CWPK& hint) {
 }
 
 CWPK anglesKpw(const double m[3][3], const CWPK& hint) {
-    return closerSolution(clampedToOne(m[0][2]), hint, [&](CWPK& a, double c) {
+    return closerSolution(clampedSine(m[0][2]), hint, [&](CWPK& a, double c) {
         if (std::fabs(c) > kGimbalLock) {
-            const double r = 1.0 / c;
-            const double negative = -1.0 / c;
-            a.omega = std::atan2(m[1][2] * negative, m[2][2] * r);
-            a.kappa = std::atan2(m[0][1] * negative, m[0][0] * r);
+            const double reciprocal = 1.0 / c;
+            const double minusReciprocal = -1.0 / c;
+            a.omega = std::atan2(m[1][2] * minusReciprocal, m[2][2] * reciprocal);
+            a.kappa = std::atan2(m[0][1] * minusReciprocal, m[0][0] * reciprocal);
         } else {
-            const double sum = std::atan2(m[1][0], m[1][1]);
+            const double aboutCommonAxis = std::atan2(m[1][0], m[1][1]);
             a.omega = hint.omega;
-            a.kappa = a.phi >= 0.0 ? sum - hint.omega : hint.omega + sum;
+            a.kappa = a.phi >= 0.0 ? aboutCommonAxis - hint.omega : hint.omega + aboutCommonAxis;
         }
     });
 }
@@ -97,35 +101,35 @@ CRot& CRot::operator=(const CRot& other) {
 BOOL CRot::SetMatrix(ROT_SYSTEM sys, const CWPK& a) {
     switch (sys) {
         case ROT_W: {
-            const Turn w(a.omega);
+            const SineCosine w(a.omega);
             setRow(m[0], 1.0, 0.0, 0.0);
             setRow(m[1], 0.0, w.c, -w.s);
             setRow(m[2], 0.0, w.s, w.c);
             return 1;
         }
         case ROT_P: {
-            const Turn p(a.phi);
+            const SineCosine p(a.phi);
             setRow(m[0], p.c, 0.0, p.s);
             setRow(m[1], 0.0, 1.0, 0.0);
             setRow(m[2], -p.s, 0.0, p.c);
             return 1;
         }
         case ROT_K: {
-            const Turn k(a.kappa);
+            const SineCosine k(a.kappa);
             setRow(m[0], k.c, -k.s, 0.0);
             setRow(m[1], k.s, k.c, 0.0);
             setRow(m[2], 0.0, 0.0, 1.0);
             return 1;
         }
         case ROT_WPK: {
-            const Turn w(a.omega), p(a.phi), k(a.kappa);
+            const SineCosine w(a.omega), p(a.phi), k(a.kappa);
             setRow(m[0], k.c * p.c, k.c * p.s * w.s - k.s * w.c, k.c * p.s * w.c + k.s * w.s);
             setRow(m[1], k.s * p.c, k.s * p.s * w.s + k.c * w.c, k.s * p.s * w.c - k.c * w.s);
             setRow(m[2], -p.s, p.c * w.s, p.c * w.c);
             return 1;
         }
         case ROT_KPW: {
-            const Turn w(a.omega), p(a.phi), k(a.kappa);
+            const SineCosine w(a.omega), p(a.phi), k(a.kappa);
             setRow(m[0], k.c * p.c, -(k.s * p.c), p.s);
             setRow(m[1], k.c * p.s * w.s + k.s * w.c, k.c * w.c - k.s * p.s * w.s, -(p.c * w.s));
             setRow(m[2], k.s * w.s - k.c * p.s * w.c, k.s * p.s * w.c + k.c * w.s, p.c * w.c);

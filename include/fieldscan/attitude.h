@@ -4,11 +4,11 @@
 
 #include <fieldscan/export.h>
 
-// Omega, phi, kappa: rotations about the first, second and third axis, in radians. Scan areas use one as a
-// direction: omega the zenith angle, kappa the horizontal angle, phi 0.
+// Omega, phi, kappa: rotations about the first, second and third axis, in radians (their matrices: CRot). In
+// a scan area one CWPK is a direction: omega the zenith angle, kappa the horizontal angle, phi 0.
 //
-// + - += -= normalise their result; SetWPK, unary - and Subtract do not. pi is 3.141592653589793 and the full
-// turn T = pi * 2.0.
+// + - += -= of two attitudes normalise their result; SetWPK, unary - and Subtract do not. pi is
+// 3.141592653589793, the full circle T = pi * 2.0.
 class FIELDSCAN_API CWPK {
 public:
     CWPK();
@@ -21,17 +21,17 @@ public:
     void SetWPK(double omega, double phi, double kappa);  // as they are
 
     void Normalize();  // NormalizeAngle of omega, phi, kappa
-    // Wraps `a` into the closed range -pi .. pi; -pi and pi both stay as they are, NaN stays NaN, infinity
-    // gives NaN.
+    // Brings `a` into the closed range -pi .. pi. Both -pi and pi stay as they are; NaN and infinity become
+    // NaN.
     static void NormalizeAngle(double& a);
-    // Difference of two angles by the rule that callers rely on, not the signed shortest difference: with
-    // both normalised, d = a - b and alt = T - d, the one of smaller magnitude (d on a tie). So a d above pi
-    // gives T - d, which is positive, and a negative d, down to -T, is returned unchanged.
+    // Difference of two angles: with both normalised and d = a - b, the one of d and T - d that is smaller in
+    // magnitude (d if they are equal). This is not the signed shortest difference: a d above pi gives T - d,
+    // which is positive, and a negative d, down to -T, comes back unchanged. Callers rely on it as it is.
     static double SubtractAngle(double a, double b);
-    // SubtractAngle(other, this) of each angle: the way from this attitude to the other.
+    // SubtractAngle(other, this) of each angle: how far the other attitude is from this one.
     CWPK Subtract(const CWPK& other) const;
 
-    // Angle by angle; those of two attitudes normalise.
+    // Angle by angle. Those of two attitudes normalise the result.
     CWPK operator+() const;
     CWPK operator-() const;
     CWPK operator+(const CWPK& b) const;
@@ -39,7 +39,7 @@ public:
     void operator+=(const CWPK& b);
     void operator-=(const CWPK& b);
 
-    void Trace();  // a hook for debugging, does nothing
+    void Trace();  // for debugging; does nothing
 
     // Radians.
     double omega;

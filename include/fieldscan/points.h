@@ -5,18 +5,19 @@
 #include <fieldscan/framework/string.h>
 #include <fieldscan/framework/types.h>
 
-// A point or a vector: metres in object space, millimetres in a photo, pixels in an image, as its user has
-// it. Carries a point name and a code. Sums are formed in the order written here, without fused operations.
+// A point or a vector with a name and a code. Its unit and axes are the caller's: metres in object space,
+// millimetres in a photo, pixels in an image. Sums are formed in the order given here, without fused
+// operations.
 //
-// Operators that return a value: + - and * start from a copy of the left operand and keep its name, code and
-// attr; / starts from a fresh point without them. Compound operators touch the coordinates alone.
-// Divisors are tested for exactly 0: `a / b` then gives 0 in that component, `a /= b` leaves it as it was.
+// + - and * return a copy of the left operand, with its name, code and attr; / returns a point without them.
+// Compound operators change only the coordinates. Where a divisor is exactly 0, `a / b` gives 0 in that
+// component and `a /= b` leaves it as it was.
 class FIELDSCAN_API CXYZ {
 public:
     CXYZ();
     CXYZ(const CXYZ& other);
-    CXYZ(CXYZ&& other) noexcept;  // takes the strings, leaves them empty
-    // The rest empty or zero.
+    CXYZ(CXYZ&& other) noexcept;  // takes over the strings; `other` has empty ones then
+    // Fields that are not given are empty or 0.
     CXYZ(double x, double y, double z);
     CXYZ(CString name, double x, double y, double z);
     ~CXYZ();
@@ -24,14 +25,14 @@ public:
     CXYZ& operator=(const CXYZ& other);
     CXYZ& operator=(CXYZ&& other) noexcept;
 
-    void SetXYZ(double x, double y, double z);  // leaves the strings and attr
-    void Init();                                // every field empty or zero
+    void SetXYZ(double x, double y, double z);  // the strings and attr stay
+    void Init();                                // every field empty or 0
 
     double Inn(const CXYZ& b) const;           // inner product b.z z + b.y y + b.x x
-    CXYZ Out(const CXYZ& b) const;             // outer product this x b, without name and code
+    CXYZ Out(const CXYZ& b) const;             // cross product this x b, without name and code
     double Len() const;                        // sqrt(x x + y y + z z)
     double Len(const CXYZ& b) const;           // distance sqrt(dz dz + dy dy + dx dx)
-    BOOL EQ(const CXYZ& b, double tol) const;  // 1 when the distance is at most `tol`, else 0
+    BOOL EQ(const CXYZ& b, double tol) const;  // 1 if the distance is at most `tol`, else 0
 
     // Component by component.
     CXYZ operator+() const;
@@ -51,15 +52,15 @@ public:
     void operator/=(const CXYZ& b);
     void operator/=(double s);  // times the reciprocal 1 / s
 
-    void Trace();  // a hook for debugging, does nothing
+    void Trace();  // for debugging; does nothing
 
-    CString code;  // attribute of the point; writers append it only when it is not empty
+    CString code;  // attribute of the point; file writers append it only if it is not empty
     CString name;  // of the point
-    double x;      // unit and axes are the user's
+    double x;      // in the caller's unit and axes
     double y;      // as x
     double z;      // as x
-    // Data carried with the point. CCalcXYZHV::CalcXYZ stores the observed horizontal and vertical angle as
-    // 32-bit floats in words 0 and 1; scan result files hold word 2. The arithmetic never reads it.
+    // Data carried with the point; no computation reads it. CCalcXYZHV::CalcXYZ stores the observed
+    // horizontal and vertical angle in words 0 and 1, as 32-bit floats. Scan result files hold word 2.
     int attr[5];
 };
 
@@ -74,9 +75,9 @@ public:
 
     void Init();                   // 0, 0
     void SetXY(float x, float y);  // as they are
-    void Trace();                  // a hook for debugging, does nothing
+    void Trace();                  // for debugging; does nothing
 
-    float x;  // unit and axes are the user's
+    float x;  // in the caller's unit and axes
     float y;  // as x
 };
 
