@@ -1,13 +1,21 @@
-// Differences of angles that were brought into one turn before, for loops that meet the same angle often.
+// Differences of angles that are in [0, 360] already, for loops that meet the same angle often.
 #ifndef FIELDSCAN_SURVEY_ANGLE_DIFFERENCE_H
 #define FIELDSCAN_SURVEY_ANGLE_DIFFERENCE_H
 
 #include <cmath>
 
+#include "platform/framework/arithmetic.h"
+
 namespace fieldscan {
 
-// CCalcXYZHV::AngleDifference of two angles that Angle0To360 has passed.
-inline double differenceInTurn(double a, double b) {
+// CCalcXYZHV::Angle0To360 as a function of the angle.
+inline double reducedAngle(double degrees) {
+    wrapTurn(degrees, 360.0, true);
+    return degrees;
+}
+
+// CCalcXYZHV::AngleDifference of two reduced angles.
+inline double angleDifference(double a, double b) {
     constexpr double kEpsilon = 2.220446049250313e-16;
     double r = std::fabs(a - b);
     if (r > 180.0)
@@ -21,9 +29,9 @@ inline double differenceInTurn(double a, double b) {
     return r;
 }
 
-// CCalcXYZHV::AngleDifference_Over0 of the same.
-inline double upwardDifferenceInTurn(double a, double b) {
-    const double difference = differenceInTurn(a, b);
+// CCalcXYZHV::AngleDifference_Over0 of two reduced angles.
+inline double clockwiseDifference(double a, double b) {
+    const double difference = angleDifference(a, b);
     return difference < 0.0 ? difference + 360.0 : difference;
 }
 

@@ -1,4 +1,4 @@
-// Packed angles, and angles and times for display.
+// Packed angles (ddd.mmss), texts of angles and times for display, and comparisons of times.
 #include <fieldscan/survey.h>
 
 #include <string>
@@ -14,8 +14,8 @@ using namespace fieldscan;
 
 namespace {
 
-// The characters, each below 256, as wide text: the degree sign is one of them.
-CString wide(const std::string& text) {
+// Latin-1 text, which has the degree sign, as UTF-16.
+CString utf16(const std::string& text) {
     CString result;
     system::appendWide(system::kLatin1, text.data(), text.size(), result);
     return result;
@@ -56,12 +56,12 @@ double CCalcXYZHV::Angle60To100(double packed, int normalize) {
     const std::string_view columns = text;
     const double degrees = parseDouble(columns.substr(0, 3));
     const double minutes = parseDouble(columns.substr(4, 2));
-    const double tenths = parseDouble(columns.substr(6, 3));
-    return degrees + (minutes * 60.0 + tenths * 0.1) * 2.777777777777778e-4;
+    const double tenthsOfSecond = parseDouble(columns.substr(6, 3));
+    return degrees + (minutes * 60.0 + tenthsOfSecond * 0.1) * 2.777777777777778e-4;  // 1/3600
 }
 
 CString CCalcXYZHV::AngleStr(double packed, int mode) {
-    constexpr double kGuard = 1e-9;  // 12.30 may be stored as 12.2999999
+    constexpr double kGuard = 1e-9;  // 12.29 - 12 is 0.28999999999999915
     if (mode < 0 || mode > 2)
         return CString();
     const int d = truncated(packed);
@@ -78,7 +78,7 @@ CString CCalcXYZHV::AngleStr(double packed, int mode) {
         appendInt(text, truncated(((f - m * 0.01) + kGuard) * 10000.0), 2, true);
         text += '"';
     }
-    return wide(text);
+    return utf16(text);
 }
 
 CString CCalcXYZHV::ByoToStr(int seconds) {
@@ -92,7 +92,7 @@ CString CCalcXYZHV::ByoToStr(int seconds) {
     appendInt(text, m, 2, true);
     text += ':';
     appendInt(text, seconds, 2, true);
-    return wide(text);
+    return utf16(text);
 }
 
 CString CCalcXYZHV::TimeToString(SYSTEMTIME t) {
@@ -102,14 +102,15 @@ CString CCalcXYZHV::TimeToString(SYSTEMTIME t) {
     appendInt(text, t.wDay, 2, true);
     appendInt(text, t.wHour, 2, true);
     appendInt(text, t.wMinute, 2, true);
-    return wide(text);
+    return utf16(text);
 }
 
 int CCalcXYZHV::GetTakenTime(SYSTEMTIME start, SYSTEMTIME end) {
     return (end.wHour - start.wHour) * 60 - start.wMinute + end.wMinute;
 }
 
-// Both times are shifted by the same offset, today's, as the platform converts file times.
+// Both times are shifted by today's offset from UTC, as the system converts file times, even if daylight
+// saving time was in force at one of them.
 int CCalcXYZHV::FILETIMEFastRate(FILETIME a, FILETIME b) {
     const long long offset = system::localOffsetSeconds();
     const CalendarTime timeA = localTime(a, offset);

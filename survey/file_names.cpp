@@ -1,3 +1,4 @@
+// Which names a file or folder on a FAT card may have: the rules of long names, and the names of devices.
 #include <fieldscan/survey.h>
 
 #include <initializer_list>
@@ -13,7 +14,7 @@ constexpr int kLongestName = 255;
 bool isDevice(const CString& name) {
     const int point = name.Find('.');
     int length = point < 0 ? name.GetLength() : point;
-    while (name[length - 1] == ' ')  // blanks before the extension do not make another name of it
+    while (name[length - 1] == ' ')  // blanks before the extension do not count
         --length;
     const CString stem = name.Left(length).MakeUpper();
     for (const char16_t* device : {u"CON", u"PRN", u"AUX", u"NUL"})

@@ -1,4 +1,5 @@
-// Directions and zenith angles from coordinates, coordinates from observations.
+// Direction and zenith angle from the coordinates of station and target, and coordinates from an observation
+// (polar method).
 #include <fieldscan/survey.h>
 
 #include <algorithm>
@@ -15,7 +16,7 @@ using namespace fieldscan;
 
 namespace {
 
-// As the point's text in a file would give it back.
+// Rounded by way of the text, as the point would come back from a file.
 double toFourDecimals(double value) {
     std::string text;
     appendFixed(text, value, 4, 10);
@@ -82,8 +83,8 @@ int CCalcXYZHV::CalcXYZToVH(CXYZ target, CXYZ station, double instrumentHeight, 
     const double dz = target.z - (station.z + instrumentHeight);
     const double slope = std::sqrt(dx * dx + dy * dy + dz * dz);
     double sine = ((target.z - instrumentHeight) - station.z) / slope;
-    // The two height differences are rounded apart: straight up or down the quotient can pass 1 by a step.
-    // At the instrument (slope 0) one of them can differ from 0: an infinite quotient, whose angle is NaN.
+    // The two height differences round differently. Straight up or down the quotient can be a step above 1.
+    // At the instrument (slope 0) the numerator can differ from 0: the quotient is infinite, its angle NaN.
     if (std::isfinite(sine))
         sine = std::clamp(sine, -1.0, 1.0);
     double elevation = std::asin(sine) * kDegreesPerRadian;

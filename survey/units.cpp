@@ -1,4 +1,4 @@
-// Length and angle units, and differences of angles.
+// Units of length and angle, rounding for display, and differences of angles.
 #include <fieldscan/survey.h>
 
 #include <cmath>
@@ -10,23 +10,23 @@ using namespace fieldscan;
 
 namespace {
 
-// `angle` rounded for display: `scale` takes it to tenths of the display's unit, and `fraction` says which
-// part of a unit stands for what lies beyond the whole ones.
-template <class Fraction>
-double roundedForDisplay(double angle, double turn, double scale, double unit, Fraction fraction) {
+// `angle` rounded for display. `unit` is the display's unit, and angle * `toTenths` the angle in tenths of
+// it. `nearest` rounds a fraction of the unit to the steps that the display shows.
+template <class Nearest>
+double roundedForDisplay(double angle, double fullCircle, double toTenths, double unit, Nearest nearest) {
     if (!std::isfinite(angle))
         return angle;
-    wrapTurn(angle, turn, false);
-    const double tenths = static_cast<double>(truncated(angle * scale + 0.5)) * 0.1;
-    const double whole = static_cast<double>(truncated(tenths));
-    angle = (whole + fraction(tenths - whole)) * unit;
-    wrapTurn(angle, turn, false);
+    wrapTurn(angle, fullCircle, false);
+    const double units = static_cast<double>(truncated(angle * toTenths + 0.5)) * 0.1;
+    const double whole = static_cast<double>(truncated(units));
+    angle = (whole + nearest(units - whole)) * unit;
+    wrapTurn(angle, fullCircle, false);
     return angle;
 }
 
-double halves(double f) { return f >= 0.75 ? 1.0 : f >= 0.25 ? 0.5 : 0.0; }
+double nearestHalf(double f) { return f >= 0.75 ? 1.0 : f >= 0.25 ? 0.5 : 0.0; }
 
-double fifths(double f) {
+double nearestFifth(double f) {
     return f >= 0.9 ? 1.0 : f >= 0.7 ? 0.8 : f >= 0.5 ? 0.6 : f >= 0.3 ? 0.4 : f >= 0.1 ? 0.2 : 0.0;
 }
 
@@ -49,24 +49,20 @@ double CCalcXYZHV::DEGtoMIL(double deg) { return deg * 17.77777777777778; }
 double CCalcXYZHV::GONtoDEG(double gon) { return gon * 0.9; }
 double CCalcXYZHV::MILtoDEG(double mil) { return mil * 0.05625; }
 
-void CCalcXYZHV::Angle0To360(double& a) { wrapTurn(a, 360.0, true); }
+void CCalcXYZHV::Angle0To360(double& a) { a = reducedAngle(a); }
 
-double CCalcXYZHV::RoundGON(double gon) { return roundedForDisplay(gon, 400.0, 10000.0, 0.001, halves); }
+double CCalcXYZHV::RoundGON(double gon) { return roundedForDisplay(gon, 400.0, 10000.0, 0.001, nearestHalf); }
 
 double CCalcXYZHV::RoundMIL(double mil, int mode) {
-    return roundedForDisplay(mil, 6400.0, 1000.0, 0.01, mode == 0 ? halves : fifths);
+    return roundedForDisplay(mil, 6400.0, 1000.0, 0.01, mode == 0 ? nearestHalf : nearestFifth);
 }
 
 double CCalcXYZHV::AngleDifference(double a, double b) {
-    Angle0To360(a);
-    Angle0To360(b);
-    return differenceInTurn(a, b);
+    return angleDifference(reducedAngle(a), reducedAngle(b));
 }
 
 double CCalcXYZHV::AngleDifference_Over0(double a, double b) {
-    Angle0To360(a);
-    Angle0To360(b);
-    return upwardDifferenceInTurn(a, b);
+    return clockwiseDifference(reducedAngle(a), reducedAngle(b));
 }
 
 double CCalcXYZHV::AngleDifference_Under0(double a, double b) {

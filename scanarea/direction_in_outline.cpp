@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "geometry/angle_constants.h"
-#include "platform/framework/arithmetic.h"
 #include "platform/framework/line_text.h"
 #include "polyline/edge_bands.h"
 #include "survey/angle_difference.h"
@@ -14,11 +13,6 @@
 using namespace fieldscan;
 
 namespace {
-
-double inTurn(double degrees) {
-    wrapTurn(degrees, 360.0, true);
-    return degrees;
-}
 
 // The horizontal angle of the outline's leftmost vertex, which is the one that GetAngleRange finds: the runs
 // of vertices between the wraps at the zero direction count unless they follow a wrap to zero. The run that
@@ -69,33 +63,33 @@ bool areInBands(const CPolyline& outline, const CArray<double, double>& h, const
                 CArray<int, int>& inside) {
     const std::size_t n = static_cast<std::size_t>(outline.GetVertexSize());
     const CVertex* vertices = outline.vertices.GetData();
-    const double left = inTurn(leftEdge(vertices, outline.GetVertexSize()));
-    const double middle = inTurn(vertices[0].y);
+    const double left = reducedAngle(leftEdge(vertices, outline.GetVertexSize()));
+    const double middle = reducedAngle(vertices[0].y);
     // Above the first vertex. Where no two differ by half a turn, an edge passes the elevations between its
     // ends and those opposite to them.
     constexpr double kHighest = 89.0;
     constexpr double kSlack = 1e-9;  // more than the roundings of differences of angles
     std::vector<double> horizontals(n), elevations(n), heights(n);
     for (std::size_t i = 0; i < n; ++i) {
-        horizontals[i] = upwardDifferenceInTurn(left, inTurn(vertices[i].x));
-        elevations[i] = inTurn(vertices[i].y);
-        heights[i] = differenceInTurn(middle, elevations[i]);
+        horizontals[i] = clockwiseDifference(left, reducedAngle(vertices[i].x));
+        elevations[i] = reducedAngle(vertices[i].y);
+        heights[i] = angleDifference(middle, elevations[i]);
         if (!(std::fabs(heights[i]) <= kHighest))
             return false;
     }
     const EdgeBands bands(heights, kSlack);
     for (int k = 0; k < h.GetSize(); ++k) {
-        const double point = upwardDifferenceInTurn(left, inTurn(h[k]));
-        const double elevation = inTurn(v[k]);
+        const double point = clockwiseDifference(left, reducedAngle(h[k]));
+        const double elevation = reducedAngle(v[k]);
         int crossings = 0;
         const auto count = [&](std::size_t i) {
             const std::size_t from = startOfEdge(i, n);
-            const double dp = differenceInTurn(elevation, elevations[from]);
-            const double dq = differenceInTurn(elevation, elevations[i]);
+            const double dp = angleDifference(elevation, elevations[from]);
+            const double dq = angleDifference(elevation, elevations[i]);
             if (passesElevation(dp, dq))
                 crossings += crossingOf(dp, dq, horizontals[from], horizontals[i]) >= point;
         };
-        const double height = differenceInTurn(middle, elevation);
+        const double height = angleDifference(middle, elevation);
         bands.visit(height, count);
         bands.visit(height > 0.0 ? height - 180.0 : height + 180.0, count);
         inside[k] = crossings % 2;
@@ -131,18 +125,18 @@ int CCalcXYZHV::IsPolyInside(const CPolyline& outline, double h, double v) {
     if (n < 1)
         return 0;
     const CVertex* vertices = outline.vertices.GetData();
-    const double left = inTurn(leftEdge(vertices, n));
-    const double point = upwardDifferenceInTurn(left, inTurn(h));
-    const double elevation = inTurn(v);
+    const double left = reducedAngle(leftEdge(vertices, n));
+    const double point = clockwiseDifference(left, reducedAngle(h));
+    const double elevation = reducedAngle(v);
     const CVertex* p = &vertices[n - 1];
-    double dp = differenceInTurn(elevation, inTurn(p->y));
+    double dp = angleDifference(elevation, reducedAngle(p->y));
     int crossings = 0;
     for (int i = 0; i < n; ++i) {
         const CVertex* q = &vertices[i];
-        const double dq = differenceInTurn(elevation, inTurn(q->y));
+        const double dq = angleDifference(elevation, reducedAngle(q->y));
         if (passesElevation(dp, dq)) {
-            const double xp = upwardDifferenceInTurn(left, inTurn(p->x));
-            const double xq = upwardDifferenceInTurn(left, inTurn(q->x));
+            const double xp = clockwiseDifference(left, reducedAngle(p->x));
+            const double xq = clockwiseDifference(left, reducedAngle(q->x));
             crossings += crossingOf(dp, dq, xp, xq) >= point;
         }
         p = q;
