@@ -1,4 +1,5 @@
-// The edges of a polygon by bands of the ordinate, for many points against one polygon.
+// The edges of a polygon sorted into bands of the ordinate, for many points against one polygon: the bins of
+// Haines, Point in Polygon Strategies, Graphics Gems IV, 1994.
 #ifndef FIELDSCAN_POLYLINE_EDGE_BANDS_H
 #define FIELDSCAN_POLYLINE_EDGE_BANDS_H
 
@@ -12,27 +13,27 @@ namespace fieldscan {
 // Edge i of a closed polygon of n vertices runs from vertex i - 1 (edge 0 from the last) to vertex i.
 inline std::size_t startOfEdge(std::size_t i, std::size_t n) { return i == 0 ? n - 1 : i - 1; }
 
-// Every band lists the edges that reach into it. The band of an ordinate is a monotone function of it, with
-// its rounding, so no edge is missed that begins at or below an ordinate and ends at or above it.
+// Every band lists the edges that reach into it. The band of an ordinate, rounding included, is a monotone
+// function of it. So it lists every edge that begins at or below the ordinate and ends at or above it.
 class EdgeBands {
 public:
-    // `ordinates` of the vertices, finite, at least one. Edges count as longer by `slack` at both ends.
+    // `ordinates`: of the vertices, at least one, all finite. Edges count as longer by `slack` at both ends.
     EdgeBands(const std::vector<double>& ordinates, double slack) {
         const std::size_t n = ordinates.size();
         std::vector<std::pair<double, double>> edges(n);
-        m_least = m_most = ordinates[0];
+        m_lowest = m_highest = ordinates[0];
         for (std::size_t i = 0; i < n; ++i) {
             double low = ordinates[startOfEdge(i, n)], high = ordinates[i];
             if (low > high)
                 std::swap(low, high);
             edges[i] = {low - slack, high + slack};
-            m_least = std::fmin(m_least, low - slack);
-            m_most = std::fmax(m_most, high + slack);
+            m_lowest = std::fmin(m_lowest, low - slack);
+            m_highest = std::fmax(m_highest, high + slack);
         }
-        // As many bands as edges, but fewer where long edges would make the lists long.
+        // As many bands as edges, but fewer if many edges reach through many bands.
         std::size_t entries = 0;
         for (m_bands = n;; m_bands /= 2) {
-            m_scale = static_cast<double>(m_bands) / (m_most - m_least);
+            m_scale = static_cast<double>(m_bands) / (m_highest - m_lowest);
             if (m_bands == 1 || !std::isfinite(m_scale) || m_scale == 0.0) {
                 m_bands = 1;
                 m_scale = 0.0;
@@ -57,10 +58,10 @@ public:
                 m_edges[--m_begin[b]] = static_cast<int>(i);
     }
 
-    // Calls visit(edge) for all edges that the ordinate may lie on, and for some others near it.
+    // Calls visit(edge) for all edges that may cross the ordinate, and for some others near it.
     template <class Visit>
     void visit(double ordinate, Visit visit) const {
-        if (!(ordinate >= m_least && ordinate <= m_most))
+        if (!(ordinate >= m_lowest && ordinate <= m_highest))
             return;
         const std::size_t band = bandOf(ordinate);
         for (std::size_t k = m_begin[band]; k < m_begin[band + 1]; ++k)
@@ -68,18 +69,18 @@ public:
     }
 
 private:
-    static constexpr std::size_t kMostEntries = 8;  // an edge, on average
+    static constexpr std::size_t kMostEntries = 8;  // per edge, on average
 
     std::size_t bandOf(double ordinate) const {
-        if (m_bands == 1)  // perhaps since the ordinates span more than a double holds
+        if (m_bands == 1)  // the span of the ordinates may be infinite
             return 0;
-        const auto band = static_cast<std::size_t>((ordinate - m_least) * m_scale);
+        const auto band = static_cast<std::size_t>((ordinate - m_lowest) * m_scale);
         return band < m_bands ? band : m_bands - 1;
     }
 
-    double m_least, m_most, m_scale;
+    double m_lowest, m_highest, m_scale;
     std::size_t m_bands;
-    std::vector<std::size_t> m_begin;  // of each band's edges in m_edges, and the end of the last one's
+    std::vector<std::size_t> m_begin;  // where each band's edges begin in m_edges, and the end
     std::vector<int> m_edges;
 };
 

@@ -1,3 +1,6 @@
+// Sorting of doubles with their permutation: radix sort from the least significant digit on, each pass a
+// distribution counting (Knuth, TAOCP 3, 5.2.5). Keys that are in order already, or in reverse, are not
+// sorted.
 #include <fieldscan/key_sort.h>
 
 #include <algorithm>
@@ -11,7 +14,7 @@
 
 namespace {
 
-// A key as an integer of the same order, and where it stood.
+// A key as an integer of the same order, and its index before.
 struct Record {
     std::uint64_t bits;
     int index;
@@ -21,15 +24,15 @@ constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 constexpr std::uint64_t kZero = kSign;             // -0 too
 constexpr std::uint64_t kNan = ~std::uint64_t{0};  // of either sign
 
-// Unsigned integers in the order of the doubles: below zero the magnitude counts downwards. -0 comes before
-// +0 here, and NaN according to its sign.
+// Unsigned integers in the order of the doubles: of a negative one all bits are inverted, of any other the
+// sign bit. -0 comes before +0 here, and NaN is at the end that its sign gives it.
 std::uint64_t orderedBits(double value) {
     std::uint64_t bits;
     std::memcpy(&bits, &value, sizeof bits);
     return bits & kSign ? ~bits : bits | kSign;
 }
 
-double valueOf(std::uint64_t ordered) {
+double fromOrderedBits(std::uint64_t ordered) {
     const std::uint64_t bits = ordered & kSign ? ordered ^ kSign : ~ordered;
     double value;
     std::memcpy(&value, &bits, sizeof value);
@@ -40,26 +43,26 @@ std::uint64_t sortBits(double value) {
     return std::isnan(value) ? kNan : value == 0.0 ? kZero : orderedBits(value);
 }
 
-// Sorting by digits from the least significant one on, as many passes as there are digits that differ.
-class DigitSort {
+// One pass for each digit in which keys differ.
+class RadixSort {
 public:
-    explicit DigitSort(int n) : m_size(n), m_records(new Record[size()]), m_spare(new Record[size()]) {}
+    explicit RadixSort(int n) : m_size(n), m_records(new Record[size()]), m_spare(new Record[size()]) {}
 
-    // `flip` turns the order around: all bits or none.
+    // `flip`: all bits set for descending order, none for ascending.
     void sort(double* keys, int* order, std::uint64_t flip) {
-        take(keys, flip);
+        makeRecords(keys, flip);
         if (m_size < kFewest)
             std::sort(begin(), end(), [](const Record& a, const Record& b) {
                 return a.bits < b.bits || (a.bits == b.bits && a.index < b.index);
             });
         else
             sortByDigits();
-        give(keys, order, flip);
+        storeSorted(keys, order, flip);
     }
 
 private:
-    // Of 8 bits: 0.8 of the time with 11 or 13 at a million keys, too many places to write to at once. Below
-    // 60 keys, clearing and summing the counts costs more than comparing.
+    // Digits of 8 bits take 0.8 of the time of 11 or 13 bits, which write to too many places at once (a
+    // million keys). Below about 60 keys comparing is faster than clearing and summing the counts.
     enum { kDigitBits = 8, kDigits = 64 / kDigitBits, kValues = 1 << kDigitBits, kFewest = 64 };
 
     std::size_t size() const { return static_cast<std::size_t>(m_size); }
@@ -70,7 +73,7 @@ private:
         return static_cast<unsigned>(bits >> (place * kDigitBits)) & (kValues - 1);
     }
 
-    void take(const double* keys, std::uint64_t flip) {
+    void makeRecords(const double* keys, std::uint64_t flip) {
         for (int i = 0; i < m_size; ++i)
             m_records[static_cast<std::size_t>(i)] = {sortBits(keys[i]) ^ flip, i};
     }
@@ -83,7 +86,7 @@ private:
         for (int place = 0; place < kDigits; ++place) {
             std::uint32_t* next = counts[place];
             if (next[digit(m_records[0].bits, place)] == size())
-                continue;  // all the same, as the low digits of whole numbers
+                continue;  // all keys have the same digit, as in the low ones of whole numbers
             std::uint32_t sum = 0;
             for (int value = 0; value < kValues; ++value)
                 sum += std::exchange(next[value], sum);
@@ -93,15 +96,15 @@ private:
         }
     }
 
-    void give(double* keys, int* order, std::uint64_t flip) {
-        // The sign of zeros and what NaN carries are with the keys still.
+    void storeSorted(double* keys, int* order, std::uint64_t flip) {
+        // The records have lost the sign of zeros and the bits of NaN; `keys` still has them.
         for (Record* record = begin(); record != end(); ++record) {
             record->bits ^= flip;
             if (record->bits == kZero || record->bits == kNan)
                 record->bits = orderedBits(keys[record->index]);
         }
         for (const Record* record = begin(); record != end(); ++record) {
-            *keys++ = valueOf(record->bits);
+            *keys++ = fromOrderedBits(record->bits);
             *order++ = record->index;
         }
     }
@@ -110,7 +113,7 @@ private:
     std::unique_ptr<Record[]> m_records, m_spare;
 };
 
-// Whether a key may come before the next one, equal ones among them.
+// True if key a may come before key b; equal keys may.
 struct Ascending {
     bool operator()(double a, double b) const { return a <= b || std::isnan(b); }
 };
@@ -126,8 +129,8 @@ bool isRun(const double* keys, int n, MayPrecede mayPrecede) {
     return true;
 }
 
-// A run the other way round, in which equal keys are to keep their order all the same.
-void turnRound(double* keys, int* order, int n) {
+// Reverses a run, but not the order of equal keys in it.
+void reverseRun(double* keys, int* order, int n) {
     std::reverse(keys, keys + n);
     for (int i = 0; i < n; ++i)
         order[i] = n - 1 - i;
@@ -149,9 +152,9 @@ void sortKeys(double* keys, int* order, int n, MayPrecede mayPrecede, MayFollow 
     if (isRun(keys, n, mayPrecede))
         std::iota(order, order + n, 0);
     else if (isRun(keys, n, mayFollow))
-        turnRound(keys, order, n);
+        reverseRun(keys, order, n);
     else
-        DigitSort(n).sort(keys, order, flip);
+        RadixSort(n).sort(keys, order, flip);
 }
 
 }  // namespace

@@ -1,12 +1,13 @@
-// Container, flags and orientation of polylines.
+// The vertices, flags and orientation of a polyline.
 #include <fieldscan/polyline.h>
 
 #include <algorithm>
 
-namespace {
+#include "polyline/spline_kinds.h"
 
-constexpr int kSplineCubic = 6;
-constexpr int kSplineCatmullRom = 1000;
+using namespace fieldscan;
+
+namespace {
 
 bool allSet(int flags, int mask) { return (flags & mask) == mask; }
 
@@ -79,15 +80,15 @@ void CPolyline::Open() { flags &= ~kClosed; }
 int CPolyline::IsClose() const { return allSet(flags, kClosed); }
 
 int CPolyline::SetSplineFlag(int kind) {
-    const bool known = kind == kSplineCubic || kind == kSplineCatmullRom;
+    const bool known = kind == kCubicSpline || kind == kCatmullRomSpline;
     splineFlag = known ? kind : 0;
     return known;
 }
 
 int CPolyline::GetSplineFlag() const {
-    if (allSet(splineFlag, kSplineCubic))
-        return kSplineCubic;
-    return allSet(splineFlag, kSplineCatmullRom) ? kSplineCatmullRom : 0;
+    if (allSet(splineFlag, kCubicSpline))
+        return kCubicSpline;
+    return allSet(splineFlag, kCatmullRomSpline) ? kCatmullRomSpline : 0;
 }
 
 void CPolyline::Trace() {}

@@ -1,4 +1,5 @@
-// Point in polygon, lengths, bounding box, interpolation.
+// Point in polygon by the crossing-number rule (Shimrat 1962), lengths, bounding box, and vertices at equal
+// distances.
 #include <fieldscan/polyline.h>
 
 #include <cmath>
@@ -21,9 +22,9 @@ double distanceInPlan(const CXYZ& from, const CXYZ& to) {
     return std::sqrt(dy * dy + dx * dx);
 }
 
-// The distance of vertices i and j by `distance`; 0 where one does not exist.
+// The distance of vertices i and j; 0 if one of them does not exist.
 template <class Distance>
-double between(const CPolyline& polyline, int i, int j, Distance distance) {
+double vertexDistance(const CPolyline& polyline, int i, int j, Distance distance) {
     const CVertex* from = polyline.GetVertex(static_cast<unsigned int>(i));
     const CVertex* to = polyline.GetVertex(static_cast<unsigned int>(j));
     return from && to ? distance(*from, *to) : 0.0;
@@ -34,22 +35,22 @@ double totalLength(const CPolyline& polyline, Distance distance) {
     const int n = polyline.GetVertexSize();
     double length = 0.0;
     for (int k = 0; k < n - 1; ++k)
-        length += between(polyline, k, k + 1, distance);
+        length += vertexDistance(polyline, k, k + 1, distance);
     if (polyline.IsClose() && n >= 2)
-        length += between(polyline, n - 1, 0, distance);
+        length += vertexDistance(polyline, n - 1, 0, distance);
     return length;
 }
 
-void widen(double value, double& least, double& most) {
+void extend(double value, double& least, double& most) {
     if (value < least)
         least = value;
     if (value > most)
         most = value;
 }
 
-// The vertices strictly inside the edge from p to q at every `step`; false when they would not fit.
-bool appendInner(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ& q, double step,
-                 const CString& name) {
+// Appends vertices at every `step` strictly inside the edge from p to q; false if they do not fit an array.
+bool appendInnerVertices(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ& q, double step,
+                         const CString& name) {
     const double length = p.Len(q);
     if (!(step < length))
         return true;
@@ -69,10 +70,10 @@ bool appendInner(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, const CXYZ&
     return true;
 }
 
-// PtInPolyline of many points; at 1000 vertices 1/6 of the time for 1000 points. False where an ordinate of
-// the polygon is not finite, and then nothing is done.
-bool areInBands(const CArray<CVertex, CVertex&>& vertices, const CArray<double, double>& x,
-                const CArray<double, double>& y, CArray<int, int>& inside) {
+// PtInPolyline of many points, each against the edges near its ordinate: 1/6 of the time for 1000 points and
+// 1000 vertices. False, with nothing done, if an ordinate of the polygon is not finite.
+bool testByBands(const CArray<CVertex, CVertex&>& vertices, const CArray<double, double>& x,
+                 const CArray<double, double>& y, CArray<int, int>& inside) {
     const std::size_t n = static_cast<std::size_t>(vertices.GetSize());
     std::vector<double> abscissas(n), ordinates(n);
     for (std::size_t i = 0; i < n; ++i) {
@@ -98,8 +99,8 @@ bool areInBands(const CArray<CVertex, CVertex&>& vertices, const CArray<double, 
 
 }  // namespace
 
-// One comparison a vertex tells the edges that pass the point's ordinate: 0.6 of the time of comparing both
-// ends of each. Masks of 64 vertices gain nothing more.
+// One comparison per vertex finds the edges that cross the point's ordinate: 0.6 of the time of comparing
+// both ends of every edge.
 int CPolyline::PtInPolyline(double x, double y) const {
     const int n = vertices.GetSize();
     if (n == 0)
@@ -111,7 +112,7 @@ int CPolyline::PtInPolyline(double x, double y) const {
     for (int i = 0; i < n; ++i) {
         const CVertex* q = &vertices[i];
         const bool qBelow = q->y <= y;
-        // The other end is above, or NaN, and then so is the crossing, which does not count.
+        // If an ordinate is NaN, so is the crossing, which does not count.
         if (pBelow != qBelow)
             crossings += (q->x - p->x) / (q->y - p->y) * (y - p->y) + p->x >= x;
         p = q;
@@ -128,7 +129,7 @@ int CPolyline::PtInPolyline(const CArray<double, double>& x, const CArray<double
             return 0;
         inside.SetSize(points);
         const bool bandsPay = vertices.GetSize() >= 16 && points >= 64;
-        if (!bandsPay || !areInBands(vertices, x, y, inside))
+        if (!bandsPay || !testByBands(vertices, x, y, inside))
             for (int k = 0; k < points; ++k)
                 inside[k] = PtInPolyline(x[k], y[k]);
         return 1;
@@ -138,9 +139,9 @@ int CPolyline::PtInPolyline(const CArray<double, double>& x, const CArray<double
     return done;
 }
 
-double CPolyline::GetDistance(int i, int j) const { return between(*this, i, j, distanceInSpace); }
+double CPolyline::GetDistance(int i, int j) const { return vertexDistance(*this, i, j, distanceInSpace); }
 
-double CPolyline::GetDistanceXY(int i, int j) const { return between(*this, i, j, distanceInPlan); }
+double CPolyline::GetDistanceXY(int i, int j) const { return vertexDistance(*this, i, j, distanceInPlan); }
 
 double CPolyline::GetTotalLength() const { return totalLength(*this, distanceInSpace); }
 
@@ -156,9 +157,9 @@ int CPolyline::GetRange(double& xMin, double& xMax, double& yMin, double& yMax, 
     xMin = yMin = zMin = kLargest;
     xMax = yMax = zMax = -kLargest;
     for (int i = 0; i < n; ++i) {
-        widen(vertices[i].x, xMin, xMax);
-        widen(vertices[i].y, yMin, yMax);
-        widen(vertices[i].z, zMin, zMax);
+        extend(vertices[i].x, xMin, xMax);
+        extend(vertices[i].y, yMin, yMax);
+        extend(vertices[i].z, zMin, zMax);
     }
     return 1;
 }
@@ -175,7 +176,7 @@ int CPolyline::InterpolateVertex(double step) {
         for (int i = 0; i < n - 1 || (i == n - 1 && IsClose()); ++i) {
             const bool closing = i == n - 1;
             CVertex& q = vertices[closing ? 0 : i + 1];
-            if (!appendInner(result.vertices, vertices[i], q, step, name))
+            if (!appendInnerVertices(result.vertices, vertices[i], q, step, name))
                 return 0;
             if (closing)
                 break;

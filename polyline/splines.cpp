@@ -1,30 +1,31 @@
-// Smooth curves through the vertices of a polyline.
+// Smooth curves through the vertices of a polyline: uniform cubic B-splines (de Boor, A Practical Guide to
+// Splines) and centripetal Catmull-Rom curves (Catmull and Rom 1974; Yuksel et al. 2011).
 //
-// Every edge gets a curve of its own from four control points: those of its ends and of the next vertex on
-// either side, which an open polyline continues beyond its ends. Coordinates count from the first vertex, so
-// that those of a national grid keep their digits.
+// Each edge has its own curve from four control points: those of its two ends and of the next vertex on each
+// side. An open polyline gets one more control point beyond each end. Coordinates count from the first
+// vertex, so that those of a national grid keep their digits.
 #include <fieldscan/polyline.h>
 
 #include <cmath>
 #include <limits>
 
 #include "platform/framework/line_text.h"
+#include "polyline/spline_kinds.h"
+
+using namespace fieldscan;
 
 namespace {
-
-constexpr int kCubic = 6;
-constexpr int kCatmullRom = 1000;
 
 bool isFinite(const CVertex& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
 
 bool areAtOnePlace(const CVertex& a, const CVertex& b) { return a.x == b.x && a.y == b.y && a.z == b.z; }
 
-// A vertex that was given, not made by a spline.
+// True for a given vertex, false for one that a spline has inserted.
 bool isFrame(const CVertex& v) { return v.IsSplineFrame() || !v.CheckVertexFlag(CVertex::kSplineVertex); }
 
 int edgesOf(int vertices, bool closed) { return closed ? vertices : vertices - 1; }
 
-// `control` has the frame's points from its second on.
+// Sets the control points beyond both ends of the ring; the others are in `control` from the second on.
 void continueAround(CArray<double, double>& control) {
     const int n = control.GetSize() / 3 - 3;
     for (int c = 0; c < 3; ++c) {
@@ -34,6 +35,7 @@ void continueAround(CArray<double, double>& control) {
     }
 }
 
+// The same for an open polyline, whose end edges go on straight.
 void continueStraight(CArray<double, double>& control) {
     const int n = control.GetSize() / 3 - 2;
     for (int c = 0; c < 3; ++c) {
@@ -42,29 +44,32 @@ void continueStraight(CArray<double, double>& control) {
     }
 }
 
-// The frame's points from the second place on, with room for those that continue it.
-void placeInside(const CArray<double, double>& frame, int beyond, CArray<double, double>& control) {
+// Copies the frame's points to `control` from the second on, with room for one before and `beyond` after
+// them.
+void copyFrame(const CArray<double, double>& frame, int beyond, CArray<double, double>& control) {
     control.SetSize(frame.GetSize() + 3 * (1 + beyond));
     for (int i = 0; i < frame.GetSize(); ++i)
         control[3 + i] = frame[i];
 }
 
-// How much further the knots of a centripetal curve are: the root of the distance.
-double knotStep(const double* a, const double* b) {
+// The distance of two knots of a centripetal curve: the square root of that of their points.
+double knotDistance(const double* a, const double* b) {
     const double dx = b[0] - a[0], dy = b[1] - a[1], dz = b[2] - a[2];
     return std::sqrt(std::sqrt(dx * dx + dy * dy + dz * dz));
 }
 
-// The point of the centripetal Catmull-Rom curve at the part t of the way from control point 1 to 2, by the
-// pyramid of Barry and Goldman (1988).
+// The point of the centripetal Catmull-Rom curve between control points 1 (t = 0) and 2 (t = 1), by the
+// recursive evaluation of Barry and Goldman (1988).
 void catmullRomPoint(const double* control, double t, double* point) {
-    const double knot1 = knotStep(control, control + 3), knot2 = knot1 + knotStep(control + 3, control + 6),
-                 knot3 = knot2 + knotStep(control + 6, control + 9);
-    const double knots[] = {0.0, knot1, knot2, knot3}, at = knot1 + t * (knot2 - knot1);
+    const double knot1 = knotDistance(control, control + 3);
+    const double knot2 = knot1 + knotDistance(control + 3, control + 6);
+    const double knot3 = knot2 + knotDistance(control + 6, control + 9);
+    const double knots[] = {0.0, knot1, knot2, knot3};
+    const double parameter = knot1 + t * (knot2 - knot1);
     for (int c = 0; c < 3; ++c) {
         double level[4] = {control[c], control[3 + c], control[6 + c], control[9 + c]};
         const auto blend = [&](int i, int first, int last) {
-            level[i] = ((knots[last] - at) * level[i] + (at - knots[first]) * level[i + 1]) /
+            level[i] = ((knots[last] - parameter) * level[i] + (parameter - knots[first]) * level[i + 1]) /
                        (knots[last] - knots[first]);
         };
         for (int i = 0; i < 3; ++i)
@@ -76,29 +81,34 @@ void catmullRomPoint(const double* control, double t, double* point) {
     }
 }
 
-template <class Point>
-void addInner(const CArray<double, double>& control, int edges, int pieces, Point pointOf,
-              CArray<double, double>& inner) {
+// The points of the curve strictly inside the edges, `pieces` - 1 in each. `setControl` makes the control
+// points from the frame; `curvePoint` gives the point of an edge for a parameter from 0 to 1.
+template <class SetControl, class CurvePoint>
+void computeInner(const CArray<double, double>& frame, bool closed, int pieces, SetControl setControl,
+                  CurvePoint curvePoint, CArray<double, double>& inner) {
+    CArray<double, double> control;
+    setControl(frame, control);
+    const int edges = edgesOf(frame.GetSize() / 3, closed);
     inner.SetSize(3 * edges * (pieces - 1));
     double* point = inner.GetData();
     for (int edge = 0; edge < edges; ++edge)
         for (int k = 1; k < pieces; ++k, point += 3)
-            pointOf(control.GetData() + 3 * edge, static_cast<double>(k) / pieces, point);
+            curvePoint(control.GetData() + 3 * edge, static_cast<double>(k) / pieces, point);
 }
 
 }  // namespace
 
-int CPolyline::Spline(int pieces) { return smooth(pieces, kCubic, SplineSub); }
+int CPolyline::Spline(int pieces) { return smooth(pieces, kCubicSpline, SplineSub); }
 
-int CPolyline::CtmlRomSpline(int pieces) { return smooth(pieces, kCatmullRom, CtmlRomSub); }
+int CPolyline::CtmlRomSpline(int pieces) { return smooth(pieces, kCatmullRomSpline, CtmlRomSub); }
 
 int CPolyline::smooth(int pieces, int kind, InnerPoints innerPoints) {
-    return fieldscan::zeroIfOutOfMemory([&] {
+    return zeroIfOutOfMemory([&] {
         CArray<CVertex, CVertex&> frame;
         for (int i = 0; i < vertices.GetSize(); ++i) {
             if (!isFrame(vertices[i]))
                 continue;
-            fieldscan::reserveDouble(frame);
+            reserveDouble(frame);
             frame.Add(vertices[i]);
         }
         const int n = frame.GetSize();
@@ -138,29 +148,25 @@ int CPolyline::smooth(int pieces, int kind, InnerPoints innerPoints) {
     });
 }
 
-// ---- Cubic, in the basis of uniform B-splines ----
+// ---- Uniform cubic B-splines ----
 
 void CPolyline::SplineSub(const Coordinates& frame, bool closed, int pieces, Coordinates& inner) {
-    Coordinates control;
-    if (closed)
-        SplineClose(frame, control);
-    else
-        SplineOpen(frame, control);
-    addInner(control, edgesOf(frame.GetSize() / 3, closed), pieces, CubicBSpline, inner);
+    computeInner(frame, closed, pieces, closed ? SplineClose : SplineOpen, CubicBSpline, inner);
 }
 
-// The curve passes through vertex i where (D[i-1] + 4 D[i] + D[i+1]) / 6 does, D the control points; it has
-// no curvature there where D[i-1] - 2 D[i] + D[i+1] = 0, so the ends of D are those of the frame.
+// Control points D of the curve through the frame's points P: (D[i-1] + 4 D[i] + D[i+1]) / 6 = P[i]. Natural
+// ends have no curvature: D[i-1] - 2 D[i] + D[i+1] = 0 there, and so D[i] = P[i]. The tridiagonal equations
+// between are solved by elimination without pivoting (diagonally dominant).
 void CPolyline::SplineOpen(const Coordinates& frame, Coordinates& control) {
-    placeInside(frame, 1, control);
+    copyFrame(frame, 1, control);
     const int n = frame.GetSize() / 3;
-    Coordinates ratios;  // of elimination
+    Coordinates ratios;  // of the elimination
     ratios.SetSize(n);
     ratios[0] = 0.0;
     for (int i = 1; i < n - 1; ++i) {
         ratios[i] = 1.0 / (4.0 - ratios[i - 1]);
         for (int c = 0; c < 3; ++c) {
-            const double before = control[3 * i + c];  // of vertex i - 1
+            const double before = control[3 * i + c];  // D[i-1]
             control[3 * (i + 1) + c] = (6.0 * frame[3 * i + c] - before) * ratios[i];
         }
     }
@@ -170,31 +176,32 @@ void CPolyline::SplineOpen(const Coordinates& frame, Coordinates& control) {
     continueStraight(control);
 }
 
-// The same equations around the ring. Periodic solutions of D[i-1] + 4 D[i] + D[i+1] = 6 P[i] are sums of the
-// frame's points whose weights shrink by q = sqrt(3) - 2 with every vertex, run forward and backward.
+// The same equations around the ring, by a recursive filter forward and one backward with the pole
+// q = sqrt(3) - 2; Unser, Aldroubi and Eden, B-Spline Signal Processing, 1993. Both begin with the periodic
+// value: the sum over the ring divided by 1 - q^n.
 void CPolyline::SplineClose(const Coordinates& frame, Coordinates& control) {
-    placeInside(frame, 2, control);
+    copyFrame(frame, 2, control);
     const int n = frame.GetSize() / 3;
     const double q = std::sqrt(3.0) - 2.0;
-    double around = 1.0;  // q^n
+    double powerOfRing = 1.0;  // q^n
     for (int i = 0; i < n; ++i)
-        around *= q;
+        powerOfRing *= q;
     for (int c = 0; c < 3; ++c) {
         const auto d = [&](int i) -> double& { return control[3 * (i + 1) + c]; };
         // Forward: F[i] = P[i] + q F[i-1], F[-1] = F[n-1].
-        double start = 0.0;
+        double sum = 0.0;
         for (int i = 0; i < n; ++i)
-            start = frame[3 * i + c] + q * start;
-        double running = start / (1.0 - around);
+            sum = frame[3 * i + c] + q * sum;
+        double value = sum / (1.0 - powerOfRing);
         for (int i = 0; i < n; ++i)
-            d(i) = running = frame[3 * i + c] + q * running;
+            d(i) = value = frame[3 * i + c] + q * value;
         // Backward: D[i] = q (D[i+1] - 6 F[i]).
-        start = 0.0;
+        sum = 0.0;
         for (int i = n - 1; i >= 0; --i)
-            start = q * (start - 6.0 * d(i));
-        running = start / (1.0 - around);
+            sum = q * (sum - 6.0 * d(i));
+        value = sum / (1.0 - powerOfRing);
         for (int i = n - 1; i >= 0; --i)
-            d(i) = running = q * (running - 6.0 * d(i));
+            d(i) = value = q * (value - 6.0 * d(i));
     }
     continueAround(control);
 }
@@ -207,23 +214,18 @@ void CPolyline::CubicBSpline(const double* control, double t, double* point) {
         point[c] = b0 * control[c] + b1 * control[3 + c] + b2 * control[6 + c] + b3 * control[9 + c];
 }
 
-// ---- Catmull-Rom ----
+// ---- Centripetal Catmull-Rom curves ----
 
 void CPolyline::CtmlRomSub(const Coordinates& frame, bool closed, int pieces, Coordinates& inner) {
-    Coordinates control;
-    if (closed)
-        CtmlRomClose(frame, control);
-    else
-        CtmlRomOpen(frame, control);
-    addInner(control, edgesOf(frame.GetSize() / 3, closed), pieces, catmullRomPoint, inner);
+    computeInner(frame, closed, pieces, closed ? CtmlRomClose : CtmlRomOpen, catmullRomPoint, inner);
 }
 
 void CPolyline::CtmlRomOpen(const Coordinates& frame, Coordinates& control) {
-    placeInside(frame, 1, control);
+    copyFrame(frame, 1, control);
     continueStraight(control);
 }
 
 void CPolyline::CtmlRomClose(const Coordinates& frame, Coordinates& control) {
-    placeInside(frame, 2, control);
+    copyFrame(frame, 2, control);
     continueAround(control);
 }

@@ -1,3 +1,4 @@
+// A vertex: a point with flags, named "0".
 #include <fieldscan/polyline.h>
 
 #include <utility>
