@@ -166,8 +166,8 @@ void CPolyline::SplineOpen(const Coordinates& frame, Coordinates& control) {
     for (int i = 1; i < n - 1; ++i) {
         ratios[i] = 1.0 / (4.0 - ratios[i - 1]);
         for (int c = 0; c < 3; ++c) {
-            const double before = control[3 * i + c];  // D[i-1]
-            control[3 * (i + 1) + c] = (6.0 * frame[3 * i + c] - before) * ratios[i];
+            const double eliminated = control[3 * i + c];  // right side of equation i - 1
+            control[3 * (i + 1) + c] = (6.0 * frame[3 * i + c] - eliminated) * ratios[i];
         }
     }
     for (int i = n - 2; i > 0; --i)

@@ -1,5 +1,7 @@
-// The outline of a scan area: its crossing of the zero direction and its extreme directions.
+// The outline of a scan area: its crossing of the zero direction, its extreme directions, and the outline of
+// the full circle.
 #include <fieldscan/scan_area.h>
+#include <fieldscan/survey.h>
 
 #include <cmath>
 #include <limits>
@@ -17,7 +19,7 @@ static_assert(kHalfTurn == kPi, "the wrap threshold is half a turn to the last b
 using Angles = CArray<CWPK, CWPK&>;
 using Indices = CArray<int, int&>;
 
-// How far vertex i lies beyond the one before it in kappa.
+// The horizontal angle of vertex i less that of the vertex before it.
 double stepTo(const Angles& outline, int i) {
     const int n = outline.GetSize();
     return outline[i].kappa - outline[i > 0 ? i - 1 : n - 1].kappa;
@@ -27,40 +29,34 @@ bool wrapsToZero(double step) { return step < 0.0 && std::fabs(step) >= kHalfTur
 
 bool wrapsFromZero(double step) { return step > 0.0 && std::fabs(step) >= kHalfTurn; }
 
-int firstBehindWrap(const Angles& outline) {
+int firstAfterWrap(const Angles& outline) {
     for (int i = 0; i < outline.GetSize(); ++i)
         if (wrapsToZero(stepTo(outline, i)))
             return i;
     return 0;
 }
 
-// Calls visit(i, behindWrap) for the indices in ring order from the first vertex behind a wrap to zero;
-// behindWrap tells the run behind such a wrap from the run behind a wrap back.
+// Calls visit(i, afterWrap) for all indices in ring order, from the first vertex after a wrap to zero on.
+// afterWrap: true between a wrap to zero and the next wrap back.
 template <class Visit>
 void visitSides(const Angles& outline, Visit visit) {
     const int n = outline.GetSize();
-    const int start = firstBehindWrap(outline);
-    bool behindWrap = false;
+    const int start = firstAfterWrap(outline);
+    bool afterWrap = false;
     for (int k = 0; k < n; ++k) {
         const int i = start < n - k ? start + k : start - (n - k);
         const double step = stepTo(outline, i);
         if (wrapsToZero(step))
-            behindWrap = true;
+            afterWrap = true;
         else if (wrapsFromZero(step))
-            behindWrap = false;
-        visit(i, behindWrap);
+            afterWrap = false;
+        visit(i, afterWrap);
     }
 }
 
-void takeSmaller(double& value, double candidate) {
-    if (value >= candidate)
-        value = candidate;
-}
+double smallerOf(double least, double angle) { return least >= angle ? angle : least; }
 
-void takeLarger(double& value, double candidate) {
-    if (value <= candidate)
-        value = candidate;
-}
+double largerOf(double most, double angle) { return most <= angle ? angle : most; }
 
 }  // namespace
 
@@ -76,8 +72,8 @@ void CScanArea::DivideZeroCross(Indices* afterWrap, Indices* beforeWrap) const {
         afterWrap->RemoveAll();
     if (beforeWrap)
         beforeWrap->RemoveAll();
-    visitSides(outlineAngles, [&](int i, bool behindWrap) {
-        if (Indices* side = behindWrap ? afterWrap : beforeWrap)
+    visitSides(outlineAngles, [&](int i, bool isAfterWrap) {
+        if (Indices* side = isAfterWrap ? afterWrap : beforeWrap)
             side->Add(i);
     });
 }
@@ -101,21 +97,21 @@ int CScanArea::CalPolylineTopLeftBottomRight() {
     double top = 360.0;
     double bottom = -1.0;
     if (CheckZeroCross() == 1) {
-        visitSides(outlineAngles, [&](int i, bool behindWrap) {
-            if (behindWrap)
-                takeLarger(right, outlineAngles[i].kappa);
+        visitSides(outlineAngles, [&](int i, bool isAfterWrap) {
+            if (isAfterWrap)
+                right = largerOf(right, outlineAngles[i].kappa);
             else
-                takeSmaller(left, outlineAngles[i].kappa);
+                left = smallerOf(left, outlineAngles[i].kappa);
         });
     } else {
         for (int i = 0; i < n; ++i) {
-            takeSmaller(left, outlineAngles[i].kappa);
-            takeLarger(right, outlineAngles[i].kappa);
+            left = smallerOf(left, outlineAngles[i].kappa);
+            right = largerOf(right, outlineAngles[i].kappa);
         }
     }
     for (int i = 0; i < n; ++i) {
-        takeSmaller(top, outlineAngles[i].omega);
-        takeLarger(bottom, outlineAngles[i].omega);
+        top = smallerOf(top, outlineAngles[i].omega);
+        bottom = largerOf(bottom, outlineAngles[i].omega);
     }
     areaAngle1.omega = top;
     areaAngle1.kappa = left;
@@ -137,4 +133,23 @@ int CScanArea::SetFullCircle(double top, double bottom) {
         vertices[i].SetWPK(i < kVertices / 2 ? top : bottom, 0.0, horizontals[i] * kRadiansPerDegree);
     outlineAngles.Swap(vertices);
     return CalPolylineTopLeftBottomRight();
+}
+
+int CCalcXYZHV::GetAngleRange(const CPolyline& outline, double& hLeft, double& hRight, double& vTop,
+                              double& vBottom) {
+    CScanArea area;
+    const int n = outline.GetVertexSize();
+    if (!zeroIfOutOfMemory([&] { return area.outlineAngles.SetSize(n), 1; }))
+        return 0;
+    for (int k = 0; k < n; ++k) {
+        const CVertex& vertex = outline.vertices[k];
+        area.outlineAngles[k].SetWPK(AngleH0toZ0(vertex.y) * kRadiansPerDegree, 0.0,
+                                     vertex.x * kRadiansPerDegree);
+    }
+    area.CalPolylineTopLeftBottomRight();
+    hLeft = area.areaAngle1.kappa * kDegreesPerRadian;
+    hRight = area.areaAngle2.kappa * kDegreesPerRadian;
+    vTop = AngleZ0toH0(area.areaAngle1.omega * kDegreesPerRadian);
+    vBottom = AngleZ0toH0(area.areaAngle2.omega * kDegreesPerRadian);
+    return 1;
 }

@@ -1,4 +1,5 @@
-// The record of a scan job, its checks, and its directions as polylines.
+// The record of a scan job: copies, checks, names of orientation files, and its directions as polylines in
+// degrees.
 #include <fieldscan/scan_area.h>
 #include <fieldscan/survey.h>
 
@@ -14,9 +15,9 @@ namespace {
 
 constexpr double kGridTolerance = kRadiansPerDegree;
 
-bool inFullTurn(double angle) { return 0.0 <= angle && angle < kFullTurn; }
+bool isNormalized(double angle) { return 0.0 <= angle && angle < kFullTurn; }
 
-double wholeTurns(double angle) { return truncated(angle / kFullTurn) * kPi * 2.0; }
+double wholeCircles(double angle) { return truncated(angle / kFullTurn) * kPi * 2.0; }
 
 }  // namespace
 
@@ -61,8 +62,8 @@ int CScanArea::CheckParameter() const {
         return -1;
     if (shootAngles.GetSize() != shots)
         return -2;
-    if (!inFullTurn(areaAngle1.omega) || !inFullTurn(areaAngle2.omega) || !inFullTurn(areaAngle1.kappa) ||
-        !inFullTurn(areaAngle2.kappa))
+    if (!isNormalized(areaAngle1.omega) || !isNormalized(areaAngle2.omega) ||
+        !isNormalized(areaAngle1.kappa) || !isNormalized(areaAngle2.kappa))
         return -3;
     if (columnCount < 1 || rowCount < 1)
         return 1;
@@ -94,14 +95,14 @@ int CScanArea::GetExtFileName(int index, CString& name) const {
 
 void CScanArea::NormalizeAngle(double& angle) const {
     if (angle < 0.0) {
-        angle -= wholeTurns(angle);
+        angle -= wholeCircles(angle);
         if (angle < 0.0)
             angle += kFullTurn;
     }
     if (angle >= kFullTurn)
-        angle -= wholeTurns(angle);
-    // The whole turns are rounded: next to a multiple of the turn a rounding step may be left on the wrong
-    // side.
+        angle -= wholeCircles(angle);
+    // The product is rounded: near a multiple of the full circle the angle may now be a rounding step
+    // outside.
     if (angle < 0.0 || angle >= kFullTurn)
         angle = 0.0;
 }

@@ -1,4 +1,5 @@
-// Planning of the shooting grid.
+// The shooting grid: directions at equal steps over an area, row by row from the top left, and the image
+// names of the shots.
 #include <fieldscan/scan_area.h>
 #include <fieldscan/string_utilities.h>
 
@@ -14,26 +15,26 @@ using namespace fieldscan;
 
 namespace {
 
-constexpr double kWidestStep = 10.0 * kRadiansPerDegree;
+constexpr double kLargestStep = 10.0 * kRadiansPerDegree;
 
-// How many shots a side of the area takes; degrees have been through radians, 30 of them may be a rounding
-// step more than three steps.
-int shotsOver(double length) {
-    constexpr double kRounding = 1e-9;
-    return static_cast<int>(std::ceil(length / kWidestStep - kRounding)) + 1;
+// The number of shots along a side of the area, `length` in radians.
+int shotsAlong(double length) {
+    constexpr double kRounding = 1e-9;  // 30 degrees in radians may be a rounding step more than three steps
+    return static_cast<int>(std::ceil(length / kLargestStep - kRounding)) + 1;
 }
 
-// `count` angles at equal steps from `first` over `length`, the last exactly at `last`.
-void divide(double first, double length, double last, int count, CArray<double, double>& angles) {
-    angles.SetSize(count);
-    for (int i = 0; i < count; ++i)
-        angles[i] = first + length * (count == 1 ? 0.5 : static_cast<double>(i) / (count - 1));
-    if (count > 1)
-        angles[count - 1] = last;
+// Sets `shots` angles at equal steps from `first` over `length`, the last one exactly to `last`; a single one
+// is in the middle.
+void setEqualSteps(double first, double length, double last, int shots, CArray<double, double>& angles) {
+    angles.SetSize(shots);
+    for (int i = 0; i < shots; ++i)
+        angles[i] = first + length * (shots == 1 ? 0.5 : static_cast<double>(i) / (shots - 1));
+    if (shots > 1)
+        angles[shots - 1] = last;
 }
 
-// `name` becomes the next one of its series; false when memory runs out.
-bool countOn(CString& name) {
+// Changes `name` to the next one of its series, IMG0012.jpg to IMG0013.jpg; false if memory runs out.
+bool advanceImageName(CString& name) {
     if (name.IsEmpty()) {
         name = u"IMG0001.jpg";
         return true;
@@ -61,7 +62,7 @@ int CScanArea::CalShootAng(CWPK first, CWPK second) {
         workTable2.RemoveAll();
     };
     clear();
-    // The record without shots, since it is to get others: its corners are what is left to be checked.
+    // Without shots, only the corners of the record are checked.
     columnCount = rowCount = 0;
     const int planned = zeroIfOutOfMemory([&] {
         if (CheckParameter() != 1)
@@ -76,19 +77,19 @@ int CScanArea::CalShootAng(CWPK first, CWPK second) {
         double width = second.kappa - first.kappa;
         if (width < 0.0)
             width += kFullTurn;
-        if (width < kCoincident || width > kFullTurn - kCoincident)  // a rounding step to either side
+        if (width < kCoincident || width > kFullTurn - kCoincident)  // coincident, or a full circle
             width = 0.0;
         double height = second.omega - first.omega;
         if (height < kCoincident)
             height = 0.0;
         const bool given = columns > 0 && rows > 0;
-        columnCount = width == 0.0 ? 1 : given ? columns : shotsOver(width);
-        rowCount = height == 0.0 ? 1 : given ? rows : shotsOver(height);
+        columnCount = width == 0.0 ? 1 : given ? columns : shotsAlong(width);
+        rowCount = height == 0.0 ? 1 : given ? rows : shotsAlong(height);
         const long long shots = static_cast<long long>(columnCount) * rowCount;
         if (shots > std::numeric_limits<int>::max())
             return 0;
-        divide(first.kappa, width, second.kappa, columnCount, workTable1);
-        divide(first.omega, height, second.omega, rowCount, workTable2);
+        setEqualSteps(first.kappa, width, second.kappa, columnCount, workTable1);
+        setEqualSteps(first.omega, height, second.omega, rowCount, workTable2);
         for (int column = 0; column < columnCount; ++column)
             NormalizeAngle(workTable1[column]);
         shootAngles.Reserve(static_cast<int>(shots));
@@ -97,7 +98,7 @@ int CScanArea::CalShootAng(CWPK first, CWPK second) {
             for (int column = 0; column < columnCount; ++column) {
                 CWPK shot(workTable2[row], 0.0, workTable1[column]);
                 shootAngles.Add(shot);
-                if (!countOn(name))
+                if (!advanceImageName(name))
                     return 0;
                 imageNames.Add(name);
             }
