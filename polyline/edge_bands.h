@@ -14,7 +14,7 @@ namespace fieldscan {
 inline std::size_t startOfEdge(std::size_t i, std::size_t n) { return i == 0 ? n - 1 : i - 1; }
 
 // Every band lists the edges that reach into it. The band of an ordinate, rounding included, is a monotone
-// function of it. So it lists every edge that begins at or below the ordinate and ends at or above it.
+// function of it. So that band lists every edge that begins at or below the ordinate and ends at or above it.
 class EdgeBands {
 public:
     // `ordinates`: of the vertices, at least one, all finite. Edges count as longer by `slack` at both ends.

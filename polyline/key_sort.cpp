@@ -1,6 +1,6 @@
 // Sorting of doubles with their permutation: radix sort from the least significant digit on, each pass a
-// distribution counting (Knuth, TAOCP 3, 5.2.5). Keys that are in order already, or in reverse, are not
-// sorted.
+// distribution counting (Knuth, TAOCP 3, 5.2.5). Keys that are in order already, or in reverse order, take
+// one pass.
 #include <fieldscan/key_sort.h>
 
 #include <algorithm>

@@ -52,7 +52,7 @@ void copyFrame(const CArray<double, double>& frame, int beyond, CArray<double, d
         control[3 + i] = frame[i];
 }
 
-// The distance of two knots of a centripetal curve: the square root of that of their points.
+// The distance of two knots of a centripetal curve: the square root of the distance of their points.
 double knotDistance(const double* a, const double* b) {
     const double dx = b[0] - a[0], dy = b[1] - a[1], dz = b[2] - a[2];
     return std::sqrt(std::sqrt(dx * dx + dy * dy + dz * dz));
@@ -206,6 +206,7 @@ void CPolyline::SplineClose(const Coordinates& frame, Coordinates& control) {
     continueAround(control);
 }
 
+// The point of the uniform cubic B-spline with four control points at t from 0 to 1.
 void CPolyline::CubicBSpline(const double* control, double t, double* point) {
     const double u = 1.0 - t;
     const double b0 = u * u * u / 6.0, b1 = ((3.0 * t - 6.0) * t * t + 4.0) / 6.0,

@@ -91,9 +91,9 @@ public:
     // point is inside if an odd number of edges crosses its ordinate at x or to the right of it. The lower
     // end of an edge counts, the upper end does not.
     // A point on an edge belongs to the area on the left of the edge: of the unit square (0, 0.5) is outside,
-    // (1, 0.5) inside, (0.5, 0) inside, (0.5, 1) outside. On a slanted edge that holds to the rounding of the
-    // crossing, which is computed from the edge's first vertex: of the points on an edge between two areas a
-    // few percent belong to both, and fewer to neither.
+    // (1, 0.5) inside, (0.5, 0) inside, (0.5, 1) outside. On a slanted edge that is true up to the rounding
+    // of the crossing, which is computed from the edge's first vertex: of the points on an edge between two
+    // areas a few percent belong to both, and fewer to neither.
     int PtInPolyline(double x, double y) const;
     // The same for the points (x[k], y[k]): inside[k] is the answer of the single form. Much faster for many
     // points and vertices. Returns 1; 0 if the lists differ in length or memory runs out, and then `inside`

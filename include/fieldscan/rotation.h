@@ -38,8 +38,9 @@ public:
 
     // The angles of this matrix.
     //   a  in   ROT_WPK and ROT_KPW: angles near the wanted ones. Two sets of angles make the same matrix,
-    //           with phi = asin(s) and pi - asin(s) (-pi - asin(s) if the asin is negative). The one with the
-    //           smaller sum of |CWPK::SubtractAngle| to `a` is taken; the first if the sums are equal.
+    //           with phi = asin(s) and pi - asin(s) (-pi - asin(s) if the asin is negative), where s is
+    //           -m[2][0] or m[0][2]. The set with the smaller sum of |CWPK::SubtractAngle| to `a` is taken;
+    //           the first one if the sums are equal.
     //      out  ROT_WPK and ROT_KPW: all three, in -pi .. pi. The one-angle orders: that angle in
     //           -pi .. pi, the other two 0.
     // Where |cos phi| <= 1e-12, omega and kappa turn about the same axis: omega stays that of `a`, kappa gets

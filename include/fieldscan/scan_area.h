@@ -125,9 +125,9 @@ public:
     // or -1 as right. For a full circle call SetFullCircle.
     int CalPolylineTopLeftBottomRight();
     // Outlines the full circle (a panorama) between two zenith angles in radians. Sets an outline of eight
-    // vertices, a third of the circle apart, and both corners: left at 0, right at 359.9999 degrees. Closer
-    // to 360 the first version of the file would write 360, and CalShootAng would take both ends for one. In
-    // the second version the corners have 359.999. The rest of the record stays. Returns 1; 0 unless
+    // vertices, a third of the circle apart, and both corners: left at 0, right at 359.9999 degrees. Much
+    // closer to 360 the first version of the file would write 360, and CalShootAng would take both ends for
+    // one. In the second version the corners have 359.999. The rest of the record stays. Returns 1; 0 unless
     // 0 <= top < bottom <= pi, or if memory runs out, and then nothing has changed.
     //
     // CalShootAng plans its last column at the right end, so it repeats the first one. Directions in the

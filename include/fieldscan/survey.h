@@ -133,7 +133,7 @@ public:
     // (Shimrat 1962; see CPolyline::PtInPolyline). Horizontal angles are counted clockwise from the outline's
     // left edge, so an outline may cross the zero direction. It must span less than the full circle:
     // CScanArea::CheckOutline checks that; CScanArea::SetFullCircle ends just below it. A direction on an
-    // edge belongs to the area on the left of it; on slanted edges that holds to the rounding of the
+    // edge belongs to the area on the left of it; on slanted edges that is true up to the rounding of the
     // crossing.
     //
     // The left edge is the smallest horizontal angle of the vertices that GetAngleRange searches for the left
