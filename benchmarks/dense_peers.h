@@ -1,8 +1,8 @@
-// Dense linear algebra of the peers. Equations come column by column, m x n and m observations.
+// Least squares by the peers' dense linear algebra. Coefficients are m x n, stored column by column.
 #ifndef FIELDSCAN_BENCHMARKS_DENSE_PEERS_H
 #define FIELDSCAN_BENCHMARKS_DENSE_PEERS_H
 
-// What an adjustment gives, in memory of the caller: n unknowns and the n x n cofactors.
+// m equations, and where the results go: n unknowns and the n x n cofactors, in memory of the caller.
 struct DenseProblem {
     int m, n;
     const double* coefficients;
@@ -12,7 +12,7 @@ struct DenseProblem {
 };
 
 // eigen.cpp is compiled twice, each time into a library of its own that shares no inline function with the
-// other: Eigen's have the same names whatever they are compiled for.
+// other, because Eigen's have the same names for every instruction set.
 #define FIELDSCAN_EIGEN_FUNCTIONS                                                               \
     __attribute__((visibility("default"))) void solveByProduct(const DenseProblem& problem);    \
     __attribute__((visibility("default"))) void solveByRankUpdate(const DenseProblem& problem); \

@@ -1,4 +1,5 @@
-// Removing lens distortion.
+// Races of CDist::CalDistInv against OpenCV's undistortPoints: the point whose distortion leads to a given
+// one.
 #include <fieldscan/distortion.h>
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <iterator>
 #include <opencv2/calib3d.hpp>
 #include <random>
+#include <utility>
 
 #include "benchmarks/race.h"
 
@@ -23,7 +25,7 @@ struct Job {
     Job() : camera(cv::Mat::eye(3, 3, CV_64F)), model(1, 4, CV_64F), measured(kPoints, 1, CV_64FC2) {
         ours.SetDistModel(DIST_RADIAL2_TANGENTIAL2);
         std::copy(std::begin(kParameters), std::end(kParameters), ours.para);
-        // The decentering terms stand in the other order.
+        // OpenCV has the decentring terms in the other order.
         const double parameters[4] = {kParameters[0], kParameters[1], kParameters[3], kParameters[2]};
         std::copy(std::begin(parameters), std::end(parameters), model.ptr<double>());
         std::mt19937_64 engine(5);
@@ -35,7 +37,7 @@ struct Job {
     }
     CDist ours;
     cv::Mat camera, model, measured;
-    // The default ends after five iterations, a hundredth of a unit off.
+    // The default ends after five iterations, with errors of a hundredth of a unit.
     cv::TermCriteria criteria{cv::TermCriteria::COUNT + cv::TermCriteria::EPS, 100, kTolerance};
 };
 
@@ -78,16 +80,12 @@ void raceDistortion(Races& races) {
     together.run();
     require(residual(job, found) <= 1.01 * kTolerance && residual(job, all) <= 1.01 * kTolerance, row);
     require(cv::norm(found, all, cv::NORM_INF) <= 10.0 * kTolerance, row);
-    const struct {
-        const char* name;
-        InstructionSet set;
-        double one, all;  // bars
-    } paths[] = {{", AVX-512", InstructionSet::avx512, 1.0, 3.3},
-                 {", AVX2", InstructionSet::avx2, 1.0, 4.0},
-                 {", SSE2", InstructionSet::baseline, Bar::kNone, Bar::kNone}};
-    for (const auto& path : paths)
-        if (races.wanted(row + path.name))
-            onInstructionSet(path.set, [&] {
-                races.race(row + path.name, ours, {{path.one, {singly}}, {path.all, {together}}});
-            });
+    const std::pair<const char*, InstructionSet> paths[] = {{", AVX-512", InstructionSet::avx512},
+                                                            {", AVX2", InstructionSet::avx2},
+                                                            {", SSE2", InstructionSet::baseline}};
+    for (const auto& [name, set] : paths) {
+        const std::string named = row + name;
+        if (races.wanted(named))
+            onInstructionSet(set, [&] { races.race(named, ours, {Peers{singly}, Peers{together}}); });
+    }
 }

@@ -1,3 +1,4 @@
+// Least squares by Eigen: Cholesky (LLT) of the normal equations, and Householder QR of the equations.
 #include <Eigen/Dense>
 
 #include "benchmarks/dense_peers.h"
@@ -44,7 +45,7 @@ void solveByRankUpdate(const DenseProblem& problem) {
     solveNormal(maps, normal);
 }
 
-// The cofactors are R^-1 R^-T.
+// A = Q R; the cofactors are R^-1 R^-T.
 void solveByHouseholder(const DenseProblem& problem) {
     Maps maps(problem);
     const Eigen::HouseholderQR<MatrixXd> factor(maps.A);

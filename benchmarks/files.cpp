@@ -1,5 +1,5 @@
-// Point files. Ours hold their points as the interface has them, the peers in records of std::string and
-// doubles.
+// Races of point files against fmt, fast_float and the C library. The library's points are CXYZ, those of the
+// peers records of std::string and doubles.
 #include <fast_float/fast_float.h>
 #include <fcntl.h>
 #include <fieldscan/point_files.h>
@@ -83,7 +83,7 @@ void readLine(const char* line, const char* end, Points& points) {
         at = fast_float::from_chars(at + 1, end, *value).ptr;
 }
 
-// What a block ends with of a line goes before the next one.
+// The part of a line at the end of a block moves to the start of the next one.
 void readByFastFloat(const char* path, Points& points) {
     const int file = open(path, O_RDONLY);
     static char block[2 * kBlock];
@@ -154,7 +154,7 @@ void raceCsv(Races& races) {
         require(contents(path) == wanted, peer.name);
     }
     if (races.wanted(writing))
-        races.race(writing, write, {{0.30, {fmt}}, {0.06, {printf}}});
+        races.race(writing, write, {Peers{fmt}, Peers{printf}});
     if (!races.wanted(reading))
         return;
 
@@ -170,7 +170,7 @@ void raceCsv(Races& races) {
         peer.run();
         requireEqual(ourRead, theirRead, peer.name);
     }
-    races.race(reading, read, {{0.95, {fastFloat}}, {0.30, {atof}}});
+    races.race(reading, read, {Peers{fastFloat}, Peers{atof}});
 }
 
 void raceAdding(Races& races) {
@@ -208,7 +208,7 @@ void raceAdding(Races& races) {
         written.push_back(contents(file.c_str()));
     }
     require(!written[0].empty() && written[0] == written[1], row);
-    races.race(row, add, {{1.0, {append}}});
+    races.race(row, add, {Peers{append}});
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// race [--quick] [PART]: races the rows whose names hold PART, all without it.
+// race [--quick] [PART]: races all rows, or only those whose names contain PART, and prints them as a table.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

@@ -1,4 +1,4 @@
-// Pairing points by name.
+// Races of CHelmert::SetPoints, which pairs points by name, against a hash table and a linear search.
 #include <fieldscan/helmert.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ View viewOf(const CString& name) {
 
 struct Pairs {
     PointArray target, source;
-    // Takes each of `first` and the one of `second` that `find` gives for its name, if any.
+    // Pairs each point of `first` with the one of `second` that `find` gives for its name, if any.
     template <class Find>
     void make(const PointArray& first, const PointArray& second, Find find) {
         target.SetSize(first.GetSize());
@@ -103,6 +103,6 @@ void raceNames(Races& races) {
         Job job(count);
         const Contender peer = count <= 16 ? job.byComparing() : job.byTable();
         job.requireAgreement(peer);
-        races.race(row, job.ours(), {{count <= 16 ? 1.0 : 0.6, {peer}}});
+        races.race(row, job.ours(), {Peers{peer}});
     }
 }

@@ -1,3 +1,5 @@
+// Inside or outside by counting the crossed edges (crossing-number rule), angles measured from the leftmost
+// vertex in degrees; nothing is prepared beforehand.
 #include "benchmarks/outline_steps.h"
 
 #include <fieldscan/attitude.h>
@@ -64,13 +66,13 @@ void divide(const Directions& outline, Indices& after, Indices& before) {
     while (start < n - 1 &&
            !(sinceLast(outline, start) < 0.0 && std::fabs(sinceLast(outline, start)) >= kHalfTurn))
         ++start;
-    bool behind = false;
+    bool afterWrap = false;
     for (int k = 0; k < n; ++k) {
         int i = (start + k) % n;
         const double d = sinceLast(outline, i);
         if (std::fabs(d) >= kHalfTurn)
-            behind = d < 0.0;
-        (behind ? after : before).Add(i);
+            afterWrap = d < 0.0;
+        (afterWrap ? after : before).Add(i);
     }
 }
 
@@ -126,7 +128,7 @@ int isInsideByTheSteps(const CPolyline& outline, double h, double v) {
     const int n = outline.GetVertexSize();
     if (n < 1)
         return 0;
-    // The leftmost vertex itself, whose angle went through radians.
+    // rangeOf goes through radians; this is the vertex itself.
     const double edge = rangeOf(outline).left;
     double left = HUGE_VAL;
     for (int i = 0; i < n; ++i) {

@@ -1,4 +1,4 @@
-// CCalcXYZHV::IsPolyInside step by step, as its rules are stated, with a copy of each vertex: the plain way.
+// The rules of CCalcXYZHV::IsPolyInside step by step, with a copy of each vertex: the plain way.
 #ifndef FIELDSCAN_BENCHMARKS_OUTLINE_STEPS_H
 #define FIELDSCAN_BENCHMARKS_OUTLINE_STEPS_H
 

@@ -1,4 +1,4 @@
-// Points against outlines.
+// Races of PtInPolyline and IsPolyInside, points against outlines, against Boost.Geometry and plain code.
 #include <benchmark/benchmark.h>
 #include <fieldscan/polyline.h>
 #include <fieldscan/survey.h>
@@ -31,11 +31,11 @@ public:
             points.emplace_back(h, v);
         }
     }
-    // As the library has it, in degrees if the horizontal angles are turned into [0, 360).
-    CPolyline outline(bool turned) const {
+    // The library's outline. `angles`: x is a horizontal angle in degrees and is brought into [0, 360).
+    CPolyline outline(bool angles) const {
         CPolyline outline;
         for (const Point& corner : corners)
-            outline.AddVertex(CVertex(turned ? fullTurn(corner.x()) : corner.x(), corner.y(), 0.0, 0));
+            outline.AddVertex(CVertex(angles ? fullTurn(corner.x()) : corner.x(), corner.y(), 0.0, 0));
         return outline;
     }
     Polygon polygon() const {
@@ -53,7 +53,7 @@ private:
     std::mt19937_64 m_engine{11};
 };
 
-// All points through `inside`, one by one.
+// What `inside` says of each point, 1 or 0.
 template <class Inside>
 std::vector<double> answers(const Job& job, Inside inside) {
     std::vector<double> answers;
@@ -72,7 +72,7 @@ Contender contender(const char* name, const Job& job, Inside inside) {
             }};
 }
 
-void raceInPlane(Races& races, int vertices, double bar) {
+void raceInPlane(Races& races, int vertices) {
     const std::string row = "PtInPolyline, " + std::to_string(vertices) + " vertices";
     if (!races.wanted(row))
         return;
@@ -82,7 +82,7 @@ void raceInPlane(Races& races, int vertices, double bar) {
     const auto ours = [&outline](const Point& p) { return outline.PtInPolyline(p.x(), p.y()); };
     const auto peer = [&polygon](const Point& p) { return boost::geometry::within(p, polygon); };
     require(answers(job, ours) == answers(job, peer), row);
-    races.race(row, contender("CPolyline", job, ours), {{bar, {contender("Boost.Geometry", job, peer)}}});
+    races.race(row, contender("CPolyline", job, ours), {Peers{contender("Boost.Geometry", job, peer)}});
 }
 
 void raceInAngles(Races& races, int vertices) {
@@ -93,25 +93,24 @@ void raceInAngles(Races& races, int vertices) {
     const CPolyline outline = job.outline(true);
     const Polygon polygon = job.polygon();
     const auto ours = [&outline](const Point& p) {
-        return CCalcXYZHV::IsPolyInside(outline, p.x() < 0.0 ? p.x() + 360.0 : p.x(), p.y());
+        return CCalcXYZHV::IsPolyInside(outline, Job::fullTurn(p.x()), p.y());
     };
     const auto steps = [&outline](const Point& p) {
-        return isInsideByTheSteps(outline, p.x() < 0.0 ? p.x() + 360.0 : p.x(), p.y());
+        return isInsideByTheSteps(outline, Job::fullTurn(p.x()), p.y());
     };
     const auto peer = [&polygon](const Point& p) { return boost::geometry::within(p, polygon); };
     require(answers(job, ours) == answers(job, steps), row + ", steps");
     require(answers(job, ours) == answers(job, peer), row);
     races.race(row, contender("CCalcXYZHV", job, ours),
-               {{0.17, {contender("edge by edge, vertices copied", job, steps)}},
-                {1.3, {contender("Boost.Geometry, outline unwrapped beforehand", job, peer)}}});
+               {Peers{contender("edge by edge, vertices copied", job, steps)},
+                Peers{contender("Boost.Geometry, outline unwrapped beforehand", job, peer)}});
 }
 
 }  // namespace
 
 void racePolygons(Races& races) {
-    raceInPlane(races, 10, 0.40);
-    raceInPlane(races, 100, 0.25);
-    raceInPlane(races, 1000, 0.25);
+    for (const int vertices : {10, 100, 1000})
+        raceInPlane(races, vertices);
     for (const int vertices : {10, 100, 1000})
         raceInAngles(races, vertices);
 }

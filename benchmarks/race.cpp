@@ -1,3 +1,4 @@
+// Times contenders round by round and prints the medians and quantiles of their ratios.
 #include "benchmarks/race.h"
 
 #include <time.h>
@@ -11,8 +12,8 @@
 
 namespace {
 
-// Seconds that the processor has worked for this thread: what others make it wait does not count. Nothing
-// here waits for a medium or starts a thread.
+// Seconds that the processor has worked for this thread; time in which other programs run does not count.
+// No contender waits for a medium or starts a thread.
 double processorTime() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -54,15 +55,15 @@ double quantile(std::vector<double> values, double part) {
 
 }  // namespace
 
-void Races::race(const std::string& row, const Contender& ours, const std::vector<Bar>& bars) {
+void Races::race(const std::string& row, const Contender& ours, const std::vector<Peers>& groups) {
     std::vector<const Contender*> contenders{&ours};
-    for (const Bar& bar : bars)
-        std::transform(bar.peers.begin(), bar.peers.end(), std::back_inserter(contenders),
+    for (const Peers& peers : groups)
+        std::transform(peers.begin(), peers.end(), std::back_inserter(contenders),
                        [](const Contender& peer) { return &peer; });
     const std::size_t count = contenders.size();
 
-    // 2 ms are thousands of readings of the clock, and short against most busy moments, which then hit all of
-    // a round.
+    // 2 ms: thousands of readings of the clock, and shorter than most busy moments, which then affect all
+    // contenders of a round.
     const double slice = m_quick ? 1e-4 : 2e-3, enough = m_quick ? 0.01 : 1.5;
     const std::size_t fewest = m_quick ? 3 : 11, most = m_quick ? 3 : 201;
     std::vector<int> runs;
@@ -72,35 +73,30 @@ void Races::race(const std::string& row, const Contender& ours, const std::vecto
     const double start = processorTime();
     for (std::size_t round = 0; round < most && (round < fewest || processorTime() - start < enough); ++round)
         for (std::size_t k = 0; k < count; ++k) {
-            const std::size_t at = (round + k) % count;  // nobody always runs behind the same one
+            const std::size_t at = (round + k) % count;  // the first place of a round goes round
             times[at].push_back(timeOf(*contenders[at], runs[at]));
         }
 
     std::size_t next = 1;
-    for (const Bar& bar : bars) {
+    for (const Peers& peers : groups) {
         std::size_t fastest = next;
-        for (std::size_t end = next + bar.peers.size(); next < end; ++next)
+        for (std::size_t end = next + peers.size(); next < end; ++next)
             if (quantile(times[next], 0.5) < quantile(times[fastest], 0.5))
                 fastest = next;
         std::vector<double> ratios;
         std::transform(times[0].begin(), times[0].end(), times[fastest].begin(), std::back_inserter(ratios),
                        std::divides<>());
         m_results.push_back({row, contenders[fastest]->name, quantile(ratios, 0.5), quantile(ratios, 0.05),
-                             quantile(ratios, 0.95), bar.most});
+                             quantile(ratios, 0.95)});
     }
     std::fprintf(stderr, "%s\n", row.c_str());
 }
 
 void Races::print() const {
-    std::puts("| job | peer | ours / peer | from 5 % | to 95 % | bar | |\n|---|---|---|---|---|---|---|");
-    for (const Result& r : m_results) {
-        std::printf("| %s | %s | %.3f | %.3f | %.3f |", r.row.c_str(), r.peer.c_str(), r.median, r.low,
+    std::puts("| job | peer | ours / peer | from 5 % | to 95 % |\n|---|---|---|---|---|");
+    for (const Result& r : m_results)
+        std::printf("| %s | %s | %.3f | %.3f | %.3f |\n", r.row.c_str(), r.peer.c_str(), r.median, r.low,
                     r.high);
-        if (r.most == Bar::kNone)
-            std::puts(" none | |");
-        else
-            std::printf(" %.2f | %s |\n", r.most, r.median > r.most ? "**missed**" : "");
-    }
 }
 
 void require(bool agree, const std::string& what) {

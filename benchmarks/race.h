@@ -1,7 +1,7 @@
-// Races of the library against what would be used in its place.
+// Races of the library against other libraries and plain code: ratios of processor times.
 //
 // Noise on a machine is mostly slow: a busy second, a clock that changes. So all contenders of a row run in
-// turn, a few milliseconds each, round after round, and what is kept is the ratio of times within a round.
+// turn, a few milliseconds each, round after round, and the ratio is taken of the times within a round.
 #ifndef FIELDSCAN_BENCHMARKS_RACE_H
 #define FIELDSCAN_BENCHMARKS_RACE_H
 
@@ -11,46 +11,42 @@
 
 #include "numerics/instruction_set.h"
 
-// `run` does the whole job once, again with the same result each time.
+// One way to do a job. `run` does the whole job once, with the same result each time.
 struct Contender {
     std::string name;
     std::function<void()> run;
     std::function<void()> prepare = {};  // before each run, not timed
 };
 
-// Our time is to be at most `most` times that of the fastest of the peers. kNone: no bar, only told.
-struct Bar {
-    double most;
-    std::vector<Contender> peers;
-    static constexpr double kNone = 0.0;
-};
+// Peers that do a job in a similar way; the fastest of them is the one that a row names.
+using Peers = std::vector<Contender>;
 
 class Races {
 public:
-    // quick: shows in seconds that everything runs and agrees; its ratios mean little.
+    // quick: takes seconds and only checks that all contenders run and agree; its ratios mean little.
     Races(bool quick, const std::string& only) : m_quick(quick), m_only(only) {}
 
     bool quick() const { return m_quick; }
     int scaled(int count) const { return m_quick ? count / 50 : count; }
     bool wanted(const std::string& row) const { return row.find(m_only) != std::string::npos; }
 
-    void race(const std::string& row, const Contender& ours, const std::vector<Bar>& bars);
+    // A row for each group of peers.
+    void race(const std::string& row, const Contender& ours, const std::vector<Peers>& groups);
 
-    // All rows as a table in Markdown, ours / peer.
+    // All rows as a table in Markdown: our time / that of the peer.
     void print() const;
 
 private:
     struct Result {
         std::string row, peer;
-        double median, low, high;  // the quantiles 5 % and 95 % of the rounds
-        double most;
+        double median, low, high;  // low, high: the quantiles 5 % and 95 % of the rounds
     };
     bool m_quick;
-    std::string m_only;  // part of the names of the rows to be run
+    std::string m_only;  // only rows whose names contain this
     std::vector<Result> m_results;
 };
 
-// Runs `body` with the library kept to `set`; not at all where the machine lacks it.
+// Runs `body` with the library limited to `set`; does nothing where the machine lacks that set.
 template <class Body>
 void onInstructionSet(fieldscan::InstructionSet set, Body body) {
     const fieldscan::InstructionSet widest = fieldscan::instructionSet();
@@ -60,7 +56,7 @@ void onInstructionSet(fieldscan::InstructionSet set, Body body) {
     fieldscan::limitInstructionSet(widest);
 }
 
-// Ends the program: a race between different answers means nothing.
+// Ends the program unless `agree`: a race between different answers means nothing.
 void require(bool agree, const std::string& what);
 
 // |a - b| <= tolerance max |a|, element by element.

@@ -1,5 +1,6 @@
-// Sorting keys with their permutation. All begin with an array of keys and end with the sorted keys and the
-// array of their former places, so that the peers' pairs are made and taken apart within their time.
+// Races of QuickSortKey against Boost's pdqsort and std::sort. All begin with an array of keys and end with
+// the sorted keys and the array of their former places, so the peers' time includes making pairs and taking
+// them apart.
 #include <fieldscan/key_sort.h>
 
 #include <algorithm>
@@ -15,9 +16,9 @@ namespace {
 using Keys = std::vector<double>;
 using Pair = std::pair<double, int>;
 
-// Keys that the median of the first, the middle and the last key splits worst: of each range that the plain
-// quicksort comes to, the first key is the smallest and the middle one the next, so that one split takes two
-// keys off it. The medians go to the end and then to the second place, which `items` follows.
+// The worst keys for a quicksort that splits at the median of the first, middle and last key: in each range
+// the first key is the smallest and the middle one the next, so one split removes only two keys. Such a sort
+// swaps the median to the end and then to the second place; `items` follows these swaps.
 Keys againstMedianRule(int n) {
     std::vector<int> items(static_cast<std::size_t>(n));
     std::iota(items.begin(), items.end(), 0);
@@ -98,23 +99,22 @@ void raceSort(Races& races) {
     const struct {
         const char* row;
         const Keys& keys;
-        double bar;
-    } rows[] = {{"QuickSortKey, a million keys, random", random, 1.2},
-                {"QuickSortKey, a million keys, sorted", sorted, 0.5},
-                {"QuickSortKey, a million keys, reversed", reversed, 0.5},
-                {"QuickSortKey, a million keys, equal", equal, 0.5},
-                {"QuickSortKey, a million keys, against the median rule", againstMedianRule(n), 1.0}};
+    } rows[] = {{"QuickSortKey, a million keys, random", random},
+                {"QuickSortKey, a million keys, sorted", sorted},
+                {"QuickSortKey, a million keys, reversed", reversed},
+                {"QuickSortKey, a million keys, equal", equal},
+                {"QuickSortKey, a million keys, against the median rule", againstMedianRule(n)}};
     const auto byKey = [](const Pair& a, const Pair& b) { return a.first < b.first; };
     for (const auto& row : rows) {
         if (!races.wanted(row.row))
             continue;
         Job job(row.keys);
-        const std::vector<Contender> peers = {
+        const Peers peers = {
             job.peer("Boost pdqsort",
                      [byKey](auto first, auto last) { boost::sort::pdqsort_branchless(first, last, byKey); }),
             job.peer("std::sort", [byKey](auto first, auto last) { std::sort(first, last, byKey); })};
         for (const Contender& peer : peers)
             job.requireAgreement(peer);
-        races.race(row.row, job.ours(), {{row.bar, peers}});
+        races.race(row.row, job.ours(), {peers});
     }
 }
