@@ -1,4 +1,5 @@
-// A least-squares engine driven by any sequence of calls; its forming compared with the plain triple loop.
+// CLeastSq driven by any sequence of calls, its normal equations compared with the plain triple loop; the
+// plane transformations on any points.
 #include <fieldscan/helmert.h>
 #include <fieldscan/least_squares.h>
 
@@ -8,7 +9,7 @@
 
 namespace {
 
-// The sums, in their documented order, over the equations that the engine holds.
+// N_ij = sum over k of (a_kj a_ki) p_k, over the first m equations in order, as least_squares.h gives it.
 void compareForming(const CLeastSq& engine, int m) {
     const int n = engine.parameterNumber, length = n + 1;
     for (int i = 0; i < n; ++i) {

@@ -1,7 +1,7 @@
-// What the fuzz targets share: the input as values, and as a file that lives in memory alone.
+// Shared by the fuzz targets: the input as values, and as a file in memory.
 //
 // A target checks what must hold for any input: no report of the sanitizers, results that agree with a plain
-// version or with each other. `require` ends the run and so keeps the input that broke it.
+// version or with each other. `require` aborts, so that the fuzzer keeps the input that broke it.
 #ifndef FIELDSCAN_FUZZ_INPUT_H
 #define FIELDSCAN_FUZZ_INPUT_H
 
@@ -23,6 +23,7 @@
         }                                                                        \
     } while (false)
 
+// A file without a place on any disk; the library opens it by its name below /proc.
 class MemoryFile {
 public:
     MemoryFile() : m_file(memfd_create("fuzz", 0)), m_path("/proc/self/fd/" + std::to_string(m_file)) {}
@@ -44,18 +45,19 @@ private:
     std::string m_path;
 };
 
-// The one file of a target.
+// The only file of a target.
 inline const MemoryFile& file() {
     static const MemoryFile memory;
     return memory;
 }
 
-// The first byte of an input chooses a code page for files, so that all are met.
+// The next value of the input chooses the code page of files.
 inline void chooseCodePage(FuzzedDataProvider& input) {
     const char* const pages[] = {"UTF-8", "CP932", "CP1252", "ISO-8859-1"};
     setenv("FIELDSCAN_ANSI_CODEPAGE", pages[input.ConsumeIntegralInRange(0, 3)], 1);
 }
 
+// Up to `most` characters, half of them ASCII.
 inline CString wideText(FuzzedDataProvider& input, std::size_t most) {
     CString text;
     for (std::size_t left = input.ConsumeIntegralInRange<std::size_t>(0, most); left > 0; --left)
@@ -64,7 +66,7 @@ inline CString wideText(FuzzedDataProvider& input, std::size_t most) {
     return text;
 }
 
-// A coordinate, an angle, a small number, or any bits at all.
+// A small integer, a coordinate, an angle in radians, or any double.
 inline double number(FuzzedDataProvider& input) {
     switch (input.ConsumeIntegralInRange(0, 3)) {
         case 0:
@@ -78,7 +80,26 @@ inline double number(FuzzedDataProvider& input) {
     }
 }
 
-// NaN equals NaN here.
+// Equal, or both NaN.
 inline bool same(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+// The only file as `write` writes it stays the same when it is read and written again.
+template <class Read, class Write>
+void comesBack(Read read, Write write) {
+    require(write());
+    const std::string once = file().get();
+    require(read());
+    require(write());
+    require(file().get() == once);
+}
+
+// True if `fits(i)` is, for each i below `count`.
+template <class Fits>
+bool allFit(int count, Fits fits) {
+    for (int i = 0; i < count; ++i)
+        if (!fits(i))
+            return false;
+    return true;
+}
 
 #endif

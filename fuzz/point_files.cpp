@@ -1,5 +1,5 @@
-// The readers of point, image-coordinate and scan result files. What was read and written again reads the
-// same.
+// The readers of point, image-coordinate and scan result files on any bytes. What was read is written so that
+// it reads the same again, or refused.
 #include <fieldscan/point_files.h>
 #include <fieldscan/scan_result_files.h>
 
@@ -16,23 +16,9 @@ struct Versioned {
     CStringArray texts;
 };
 
+// True if the point's texts read the same again from a line of the file.
 bool fits(const CXYZ& point, const CString& text) {
     return fieldscan::fitsField(point.name) && fieldscan::fitsField(point.code) && fieldscan::fitsField(text);
-}
-
-// Names and numbers that a file gave are written so that they read the same again, or refused.
-void comesBack(Points& points) {
-    CString path = file().path();
-    bool fit = true;
-    for (int i = 0; i < points.GetSize(); ++i)
-        fit = fit && fits(points[i], CString());
-    require(WriteCSVFile(&path, points, 0) == fit);
-    if (!fit)
-        return;
-    const std::string once = file().get();
-    require(ReadCSVFile(&path, points, 1) == 1);
-    require(WriteCSVFile(&path, points, 0) == 1);
-    require(file().get() == once);
 }
 
 }  // namespace
@@ -48,7 +34,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (which == 0) {
         ReadCSVFile(&path, points, 1);
         require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
-        comesBack(points);
+        const auto write = [&] { return WriteCSVFile(&path, points, 0); };
+        if (allFit(points.GetSize(), [&](int i) { return fits(points[i], CString()); }))
+            comesBack([&] { return ReadCSVFile(&path, points, 1); }, write);
+        else
+            require(write() == 0);
     } else if (which == 1) {
         ReadOccInfoFile(&path, points, 1);
         require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
@@ -63,9 +53,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         require(scan.points.GetSize() == scan.first.GetSize() &&
                 scan.first.GetSize() == scan.second.GetSize() &&
                 scan.second.GetSize() == scan.texts.GetSize());
-        bool fit = true;
-        for (int i = 0; i < scan.points.GetSize(); ++i)
-            fit = fit && fits(scan.points[i], scan.texts[i]);
+        const bool fit =
+            allFit(scan.points.GetSize(), [&](int i) { return fits(scan.points[i], scan.texts[i]); });
         require(KVX4NP_CSVFileWrite(path, scan.points, scan.first, scan.second, scan.texts, 0) == fit);
     } else {
         CFile scan;

@@ -1,9 +1,11 @@
-// Instrument strings, string utilities, code pages and number texts. Number texts are compared with the C
-// library, the wide twins with their 8-bit functions.
+// Instrument strings, string utilities, code pages and number texts on any text. Number texts are compared
+// with the C library, wide functions with their 8-bit twins.
 #include <fieldscan/instrument_strings.h>
 #include <fieldscan/point_files.h>
 #include <fieldscan/string_utilities.h>
 #include <fieldscan/survey.h>
+
+#include <iterator>
 
 #include "fuzz/input.h"
 #include "platform/framework/code_page.h"
@@ -13,7 +15,7 @@ namespace {
 
 using namespace fieldscan;
 
-// Buffers of exactly the size that callers provide.
+// Output buffers of exactly 32 characters, so that the sanitizer reports a longer result.
 struct Buffers {
     char* narrow = new char[32]();
     unsigned short* wide = new unsigned short[32]();
@@ -110,7 +112,7 @@ void utilities(FuzzedDataProvider& input) {
     require((a.Compare(b) < 0) == (b.Compare(a) > 0));
 }
 
-// No byte is lost: what was read is written again, in a page that has all characters.
+// Decoded text comes back through UTF-8, which has all characters; in Latin-1 every byte comes back.
 void codePage(FuzzedDataProvider& input) {
     const unsigned int pages[] = {65001, 932, 1252, 28591};
     const unsigned int page = pages[input.ConsumeIntegralInRange(0, 3)];
@@ -158,6 +160,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     chooseCodePage(input);
     void (*const families[])(FuzzedDataProvider&) = {instrumentTexts, instrumentNumbers, utilities, codePage,
                                                      numberText};
-    families[input.ConsumeIntegralInRange(0, 4)](input);
+    families[input.ConsumeIntegralInRange<std::size_t>(0, std::size(families) - 1)](input);
     return 0;
 }
