@@ -1,26 +1,26 @@
-# fieldscan_compile_options(TARGET): how everything in this project is compiled.
+# fieldscan_compile_options(TARGET): language, visibility and the options that fix the arithmetic, for every target
+# except the peers of the benchmarks.
 function(fieldscan_compile_options target)
     set_target_properties(${target} PROPERTIES
         CXX_STANDARD 17
         CXX_STANDARD_REQUIRED ON
         CXX_EXTENSIONS OFF
-        UNITY_BUILD OFF  # files have the same names in their unnamed namespaces
+        UNITY_BUILD OFF  # unnamed namespaces of several files have the same names
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
 
-    # Contraction into fused multiply-add would change the last bit of the documented arithmetic, and differ
-    # between targets.
+    # Fused multiply-add would change the last bit of results, differently on each processor.
     target_compile_options(${target} PRIVATE -ffp-contract=off)
 
-    # GCC's vectorizer of straight-line code fuses all the same: neighbouring a*b-c and a*b+c become one
-    # instruction wherever the processor has it (vfmaddsub, GCC 12 with -mfma).
+    # With -mfma GCC 12's vectorizer of straight-line code fuses nevertheless: neighbouring a*b-c and a*b+c become
+    # vfmaddsub.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-tree-slp-vectorize>)
 
-    # Functions of the library call each other directly: nobody replaces them at load time.
+    # Functions of the library call each other directly; replacing one at load time is not supported.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 
-    # Arrays zero-fill storage before the constructor of an element runs; GCC may otherwise drop those stores,
-    # since the life of the element begins after them.
+    # CArray zero-fills storage before the constructor of an element runs. GCC may drop those stores, because the
+    # lifetime of the element begins after them.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-lifetime-dse>)
 
     # The x87 unit of 32-bit x86 keeps excess precision between operations.

@@ -1,5 +1,4 @@
-# Headers, library and the files by which find_package(fieldscan) and pkg-config find them; the installed tree
-# may be moved.
+# Installs headers, library and the files for find_package(fieldscan) and pkg-config. The installed tree may be moved.
 include(CMakePackageConfigHelpers)
 
 set(fieldscan_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/fieldscan)
@@ -22,7 +21,7 @@ endif()
 configure_file(cmake/fieldscan.pc.in fieldscan.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/fieldscan.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# A Debian package of all of it: cpack -G DEB in the build folder.
+# A Debian package of everything installed: cpack -G DEB in the build folder.
 if(PROJECT_IS_TOP_LEVEL)
     set(CPACK_PACKAGE_NAME fieldscan)
     set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Library for the controller software of a scanning image total station")

@@ -1,8 +1,8 @@
-# Windows x86-64 by GCC (Debian: g++-mingw-w64-x86-64-posix), run under wine.
+# Windows x86-64 with GCC (Debian: g++-mingw-w64-x86-64-posix), run under wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
-# The variant with POSIX threads, named in full: the other one has no std::mutex.
+# The variant with POSIX threads; the other one has no std::mutex.
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
@@ -13,8 +13,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# The compiler's runtime goes into the DLL and the programs: with -static-libgcc and -static-libstdc++ alone
-# they would still need the DLL of the threads.
+# The compiler's runtime goes into the DLL and the programs. -static-libgcc and -static-libstdc++ are not enough: the
+# DLL of the threads would still be needed.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static")

@@ -1,12 +1,12 @@
-# Turns the comments of a public header into those that Doxygen reads, by the habits of the headers:
+# Turns the comments of a public header into those that Doxygen reads:
 #
-#   a comment before a declaration speaks for it and for those behind it, up to the next comment or blank line
-#   a comment behind a declaration speaks for that alone
-#   "// ---- Title ----" begins a group of members; what follows it up to a blank line tells about the group
-#   other comments that a blank line follows belong to the file
+#   a comment before a declaration belongs to it and to those after it, up to the next comment or blank line
+#   a comment at the end of a declaration belongs only to that one
+#   "// ---- Title ----" begins a group of members; the comment after it, up to a blank line, describes the group
+#   a comment before a blank line belongs to the file
 #   lines indented further than the text are tables and formulas, kept as they are
 #
-# Constructors without arguments, copies, assignments, destructors and Trace need no comment; they get words here.
+# Constructors without arguments, copies, assignments and destructors need no comment; they get one here.
 
 function escaped(text,    parts, n, i, out) {
     n = split(text, parts, "`")
@@ -33,7 +33,7 @@ function written(mark,    i, out, text, verbatim) {
     return out
 }
 
-# In the line of a group's name quotation marks are not escaped.
+# Doxygen takes quotation marks in the name of a group as they are.
 function groupName(    text) {
     text = escaped(title)
     gsub(/\\"/, "\"", text)
@@ -46,7 +46,7 @@ function endGroup() {
     group = 0
 }
 
-# A gathered comment that no declaration follows.
+# Ends a gathered comment that no declaration follows.
 function loose() {
     if (count > 0 && title != "") {
         endGroup()
@@ -92,10 +92,10 @@ function indentOf(line) {
     sub(/\r$/, "", line)
 }
 
-# Behind the interface of a template stands its implementation.
+# The implementation of templates follows.
 /^\/\/ -------/ { exit }
 
-# What the interface needs and does not offer.
+# Internal names that a public header needs.
 /^namespace fieldscan/ {
     count = 0
     hidden = 1
@@ -114,7 +114,7 @@ body > 0 {
 /^ *\/\// {
     text = line
     sub(/^ *\/\//, "", text)
-    if (tail > 0 && indentOf(line) == tail) {  # goes on with a comment behind code
+    if (tail > 0 && indentOf(line) == tail) {  # continues a comment at the end of code
         print substr(line, 1, tail) "///<" escaped(text)
         next
     }
