@@ -6,10 +6,10 @@
 #include <functional>
 #include <initializer_list>
 #include <limits>
-#include <map>
 #include <string>
 
-#include "tests/shared_data.h"
+#include "tests/published/geoeasy.h"
+#include "tests/published/ghilani.h"
 
 namespace {
 
@@ -189,62 +189,52 @@ TEST(PlaneAffine, BothWays) {
     EXPECT_EQ(affine.Transform(point, point, 1), 0);
 }
 
-// Half a unit of the last place that the text has.
-double halfUnit(const std::string& text) {
-    const std::size_t decimals = text.size() - text.find('.') - 1;
-    return 0.5000001 * std::pow(10.0, -static_cast<double>(decimals));
-}
-
-// Exact figures are met to the rounding of coordinates of a million.
-void expectPublished(double value, const std::string& published, double units, const std::string& exact,
-                     const std::string& what) {
-    if (!published.empty()) {
-        EXPECT_NEAR(value, std::stod(published), 2.0 * units * halfUnit(published)) << what;
+template <class Pairs>
+void fit(CHelmert& helmert, const Pairs& pairs) {
+    Points first, second;
+    for (const auto& pair : pairs) {
+        add(first, pair.name, pair.targetX, pair.targetY);
+        add(second, pair.name, pair.x, pair.y);
     }
-    EXPECT_NEAR(value, std::stod(exact), 5e-10) << what;
+    helmert.SetPoints(first, second);
+    ASSERT_EQ(helmert.CalPara(), 1);
 }
 
-TEST(Helmert, PublishedFigures) {
-    for (const std::string name : {"ghilani_18_1", "geoeasy_test1"}) {
-        const auto pairs = sharedTable("helmert/" + name + "_pairs.csv");
-        if (pairs.empty())
-            GTEST_SKIP() << kNoSharedData;
-        Points first, second;
-        for (const auto& cells : pairs) {
-            add(second, cells[0], std::stod(cells[1]), std::stod(cells[2]));
-            add(first, cells[0], std::stod(cells[3]), std::stod(cells[4]));
-        }
-        CHelmert helmert;
-        helmert.SetPoints(first, second);
-        ASSERT_EQ(helmert.CalPara(), 1);
-        const double* const p = helmert.parameters.GetData();
-        std::map<std::string, double> figures = {{"a", p[0]},
-                                                 {"b", p[1]},
-                                                 {"tx", p[2]},
-                                                 {"ty", p[3]},
-                                                 {"rms_x", helmert.RMS.x},
-                                                 {"rms_y", helmert.RMS.y},
-                                                 {"max_x_signed", helmert.maximum.x},
-                                                 {"max_y_signed", helmert.maximum.y}};
-        for (int i = 0; i < helmert.residuals.GetSize(); ++i) {
-            figures["vx_" + pairs[static_cast<std::size_t>(i)][0]] = helmert.residuals[i].x;
-            figures["vy_" + pairs[static_cast<std::size_t>(i)][0]] = helmert.residuals[i].y;
-        }
-        std::size_t compared = 0;
-        for (const auto& cells : sharedTable("helmert/" + name + "_expected.csv")) {
-            if (figures.count(cells[0])) {
-                expectPublished(figures[cells[0]], cells[1], 0.5, cells[2], cells[0]);
-                ++compared;
-            }
-        }
-        EXPECT_EQ(compared, figures.size());
-        // The published coordinates are up to 0.66 units away from the exact ones themselves.
-        for (const auto& cells : sharedTable("helmert/" + name + "_transformed.csv")) {
-            CXYZ point(std::stod(cells[1]), std::stod(cells[2]), 0);
-            ASSERT_EQ(helmert.Transform(point, point, 1), 1);
-            expectPublished(point.x, cells[3], 0.7, cells[5], cells[0] + " x");
-            expectPublished(point.y, cells[4], 0.7, cells[6], cells[0] + " y");
-        }
+template <class Pairs>
+void expectResiduals(const CHelmert& helmert, const Pairs& pairs, double tolerance) {
+    int i = 0;
+    for (const auto& pair : pairs) {
+        EXPECT_NEAR(helmert.residuals[i].x, pair.vx, tolerance) << pair.name;
+        EXPECT_NEAR(helmert.residuals[i++].y, pair.vy, tolerance) << pair.name;
+    }
+}
+
+// Half a unit of the last digit that is printed.
+const double kFivePlaces[] = {5e-6, 5e-6, 5e-4, 5e-4}, kNinePlaces[] = {5e-10, 5e-10, 5e-4, 5e-4};
+
+TEST(Helmert, ConformalTransformationOfATextbook) {
+    CHelmert helmert;
+    fit(helmert, ghilani::kPairs);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_NEAR(helmert.parameters[i], ghilani::kConformal[i], kFivePlaces[i]) << i;
+    expectResiduals(helmert, ghilani::kPairs, 5e-10);  // the rounding of coordinates of a million
+    EXPECT_NEAR(helmert.RMS.x, ghilani::kExactRms[0], 5e-10);
+    EXPECT_NEAR(helmert.RMS.y, ghilani::kExactRms[1], 5e-10);
+    EXPECT_NEAR(helmert.maximum.x, ghilani::kPairs[2].vx, 5e-10) << "keeps its sign";
+    EXPECT_NEAR(helmert.maximum.y, ghilani::kPairs[2].vy, 5e-10);
+}
+
+TEST(Helmert, ExampleOfAProgramsManual) {
+    CHelmert helmert;
+    fit(helmert, geoeasy::kPairs);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_NEAR(helmert.parameters[i], geoeasy::kConformal[i], kNinePlaces[i]) << i;
+    expectResiduals(helmert, geoeasy::kPairs, 0.0005);
+    for (const auto& point : geoeasy::kTransformed) {
+        CXYZ transformed(point.x, point.y, 0);
+        ASSERT_EQ(helmert.Transform(transformed, transformed, 1), 1);
+        EXPECT_NEAR(transformed.x, point.targetX, 0.0007);
+        EXPECT_NEAR(transformed.y, point.targetY, 0.0007);
     }
 }
 
