@@ -1,17 +1,14 @@
-// Tables of real cases that lie beside the source tree on some machines: CSV with a row of column names.
+// Long lists of real cases that lie beside the source tree on some machines: CSV with a row of column names.
+// Tests that have them go beyond what tests/published proves everywhere.
 #ifndef FIELDSCAN_TESTS_SHARED_DATA_H
 #define FIELDSCAN_TESTS_SHARED_DATA_H
 
-#include <fieldscan/framework/array.h>
-#include <fieldscan/points.h>
 #include <fieldscan/polyline.h>
 
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <vector>
-
-#include "tests/environment.h"
 
 // The cells of a line; one in quotes may hold commas, and quotes as two.
 inline std::vector<std::string> cellsOf(const std::string& line) {
@@ -41,34 +38,10 @@ inline std::vector<std::vector<std::string>> sharedTable(const std::string& name
     return rows;
 }
 
-// The bytes of a text file. The one in code page 932 has, in one name, the character U+5D53 from the row that
-// repeats characters of the extension FA to FC; the instrument's system writes the extension itself.
 inline std::string sharedBytes(const std::string& name) {
     std::ifstream in(std::string(FIELDSCAN_SHARED_DATA) + "/" + name, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(in)), {});
-    const std::size_t at = bytes.find("\x88\xC0\xED\x94");
-    return at == std::string::npos ? bytes : bytes.replace(at + 2, 2, "\xFA\xB0");
+    return std::string(std::istreambuf_iterator<char>(in), {});
 }
-
-// The lists of points, with the code page of their text files.
-struct SharedList {
-    std::string name;
-    unsigned int codePage;  // of its text files
-
-    void read(CArray<CXYZ, CXYZ&>& points) const {
-        points.SetSize(0);
-        for (const auto& cells : sharedTable("points/" + name + ".csv")) {
-            CXYZ point(fromUtf8(cells[0]), std::stod(cells[1]), std::stod(cells[2]), std::stod(cells[3]));
-            point.code = fromUtf8(cells[4]);
-            points.Add(point);
-        }
-    }
-};
-
-inline const SharedList kSharedLists[] = {{"topo_pnezd_1311", 1252},
-                                          {"excavation_143", 1252},
-                                          {"sweref_control_cp1252", 1252},
-                                          {"mountains_japan_cp932", 932}};
 
 // An outline, and points with what another library says of them.
 struct SharedOutline {

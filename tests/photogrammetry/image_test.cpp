@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <string>
 
-#include "tests/shared_data.h"
+#include "tests/published/aerial_block.h"
+#include "tests/published/opencv_chessboard.h"
 
 namespace {
 
@@ -159,56 +159,57 @@ TEST(Image, ProjectsInMillimetresAndInMetres) {
     EXPECT_EQ(image.ObjToImc(image.center, phc, imc), 0);
 }
 
-using Row = std::vector<std::string>;
-
-CXYZ pointAt(const Row& row, std::size_t at) {
-    return CXYZ(std::stod(row[at]), std::stod(row[at + 1]), at + 2 < row.size() ? std::stod(row[at + 2]) : 0);
-}
-
-CImage sharedImage(const std::string& set, const std::string& index, std::size_t angles) {
-    CImage image;
-    for (const Row& row : sharedTable("projection/" + set + "_orientation.csv"))
-        if (row[0] == index) {
-            image.center = pointAt(row, 2);
-            image.wpk.SetWPK(pointAt(row, angles).x, pointAt(row, angles).y, pointAt(row, angles).z);
+TEST(Image, ProjectsAsPublishedByABundleAdjustment) {
+    for (const auto& published : aerial::kImages) {
+        CImage image;
+        image.camera.focal = aerial::kFocalLength;
+        image.camera.pp.SetXYZ(aerial::kPrincipalPoint[0], aerial::kPrincipalPoint[1], 0);
+        image.SetRes(aerial::kPitch, aerial::kPitch);
+        image.center.SetXYZ(published.centre[0], published.centre[1], published.centre[2]);
+        CRot fromGround;
+        fromGround.SetDIMatInv(published.angles);
+        fromGround.CalAngle(ROT_KPW, image.wpk);
+        CXYZ photo, pixel;
+        for (const auto& point : published.points) {
+            const double* const ground = point.ground;
+            ASSERT_EQ(image.ObjToImc(CXYZ(ground[0], ground[1], ground[2]), photo, pixel), 1);
+            EXPECT_NEAR(pixel.x - point.measured[0], point.residual[0], 0.001) << point.name;
+            EXPECT_NEAR(point.measured[1] - pixel.y, point.residual[1], 0.001) << point.name;
         }
-    const auto camera = sharedTable("projection/" + set + "_camera.csv");
-    const auto value = [&](std::size_t i) { return std::stod(camera[i][1]); };
-    image.camera.focal = value(1);
-    image.camera.pp.SetXYZ(value(2), value(3), 0);
-    image.SetRes(value(4), value(5));
-    image.camera.dist.SetDistModel(camera.size() > 9 ? DIST_RADIAL3_TANGENTIAL2 : DIST_NONE);
-    for (std::size_t i = 9; i < camera.size(); ++i)
-        image.camera.dist.para[i - 9] = value(i);
-    return image;
+    }
 }
 
-// The residuals of a bundle adjustment, with y upward; and OpenCV, which calls the correction that ObjToImc
-// applies at the projected position undistorting, and whose own projection is CalDist added.
-TEST(Image, AgreesWithPublishedProjections) {
-    const auto measurements = sharedTable("projection/aerial_sxb_points.csv"),
-               objects = sharedTable("projection/aerial_sxb_object_points.csv"),
-               corners = sharedTable("projection/opencv_left_points.csv");
-    if (objects.empty())
-        GTEST_SKIP() << kNoSharedData;
-    ASSERT_EQ(measurements.size() * 1000 + corners.size(), 51702u);
-    CXYZ phc, imc, lens;
-    for (const Row& row : measurements) {
-        const Row object =
-            *std::find_if(objects.begin(), objects.end(), [&](const Row& o) { return o[0] == row[0]; });
-        const CXYZ measured = pointAt(row, 6), residual = pointAt(row, 8);
-        ASSERT_TRUE(sharedImage("aerial_sxb", row[1], 8).ObjToImc(pointAt(object, 1), phc, imc));
-        ASSERT_TRUE(isNear(imc, measured.x + residual.x, measured.y - residual.y, 0.002)) << row[0];
-    }
-    for (const Row& row : corners) {
-        const auto isAt = [&](std::size_t at) {
-            return isNear(imc, pointAt(row, at).x, pointAt(row, at).y, 1e-8);
-        };
-        CImage image = sharedImage("opencv_left", row[0], 5);
-        ASSERT_TRUE(image.ObjToImc(pointAt(row, 2), phc, imc) && isAt(13)) << row[0] << ' ' << row[1];
-        ASSERT_TRUE(image.PhcToImc(phc, imc, 0, 0) && isAt(9)) << row[0] << ' ' << row[1];
-        image.camera.dist.CalDist(phc.x, phc.y, lens.x, lens.y);
-        ASSERT_TRUE(image.PhcToImc(phc + lens, imc, 0, 0) && isAt(15)) << row[0] << ' ' << row[1];
+void expectPixel(const CXYZ& pixel, const double (&published)[2], const char* which) {
+    EXPECT_NEAR(pixel.x, published[0], 1e-8) << which;
+    EXPECT_NEAR(pixel.y, published[1], 1e-8) << which;
+}
+
+// With any pitch. OpenCV calls the correction that ObjToImc applies undistorting: its own projection is
+// CalDist added. Its y is downward, which turns the sign of p1.
+TEST(Image, ProjectsAndDistortsAsOpenCv) {
+    const double pitch = 0.0074, f = opencv::kFocalLength * pitch;
+    const double* const k = opencv::kDistortion;
+    const double parameters[] = {k[0] / (f * f), k[1] / std::pow(f, 4), k[4] / std::pow(f, 6), k[3] / f,
+                                 -k[2] / f};
+    for (const auto& view : opencv::kViews) {
+        CImage image;
+        image.camera.focal = f;
+        image.camera.pp.SetXYZ(opencv::kCentre[0] * pitch, opencv::kCentre[1] * pitch, 0);
+        image.SetRes(pitch, pitch);
+        image.camera.dist.SetDistModel(DIST_RADIAL3_TANGENTIAL2);
+        std::copy(parameters, parameters + 5, image.camera.dist.para);
+        image.center.SetXYZ(view.centre[0], view.centre[1], view.centre[2]);
+        image.wpk.SetWPK(view.angles[0], view.angles[1], view.angles[2]);
+        CXYZ photo, pixel, lens;
+        for (const auto& corner : view.corners) {
+            ASSERT_EQ(image.ObjToImc(CXYZ(corner.x, corner.y, 0), photo, pixel), 1);
+            expectPixel(pixel, corner.corrected, "corrected");
+            ASSERT_EQ(image.PhcToImc(photo, pixel, 0, 0), 1);
+            expectPixel(pixel, corner.undistorted, "undistorted");
+            image.camera.dist.CalDist(photo.x, photo.y, lens.x, lens.y);
+            ASSERT_EQ(image.PhcToImc(photo + lens, pixel, 0, 0), 1);
+            expectPixel(pixel, corner.distorted, "distorted");
+        }
     }
 }
 

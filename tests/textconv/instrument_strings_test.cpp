@@ -1,7 +1,6 @@
 // Instrument strings. Every row of an 8-bit function goes through its wide twin too. The degree sign is
 // written in octal, \260, so that digits may follow it.
 #include <fieldscan/instrument_strings.h>
-#include <fieldscan/survey.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,8 +9,6 @@
 #include <string>
 #include <type_traits>
 #include <vector>
-
-#include "tests/shared_data.h"
 
 namespace {
 
@@ -191,16 +188,6 @@ TEST(InstrumentStrings, WholeRange) {
     for (int d = 0; d <= 999999999; d += 9973) {
         CvtDistStr(d, text, 0);
         ASSERT_EQ(TSstrToLDist(text), d);
-    }
-}
-
-TEST(InstrumentStrings, TraverseAngles) {
-    const auto rows = sharedTable("polar/traverse_packed_angles.csv");
-    if (rows.empty())
-        GTEST_SKIP() << kNoSharedData;
-    for (const auto& row : rows) {
-        EXPECT_EQ(static_cast<double>(CnvAngl(row[0].c_str(), 0)), std::stod(row[2])) << row[0];
-        EXPECT_NEAR(CCalcXYZHV::Angle60To100(std::stod(row[0]), 0), std::stod(row[1]), 1e-12) << row[0];
     }
 }
 
