@@ -13,23 +13,19 @@ const double kPlaces[][2] = {{27816.1166, 40759.3769}, {27904.0042, 41373.0193},
                              {28872.552, 41932.838},   {27492.007, 42242.231},   {28835.979, 40350.846}};
 const double kDeviations[] = {3.01, 3.13, 2.89, 3.12};  // mm, of x and y of Z108 and Z110
 
-// Degrees, then metres. `adjusted`: seconds and mm, standard deviations of the adjusted observations by GNU
-// Gama 2.33, which takes its own m0.
-const struct Sight {
+const struct {
     int from, to;
-    double observed, adjusted;
-} kSights[] = {{0, 5, 333.57996, 1.1370184}, {0, 2, 179.56179, 1.0711446}, {0, 4, 97.73946, 0.9715113},
-               {1, 3, 31.87314, 1.0696343},  {1, 0, 263.69487, 1.2298110}, {1, 2, 214.08867, 0.9220865},
-               {1, 4, 117.20502, 1.0019098}, {0, 5, 1098.643, 2.8863818},  {0, 2, 1002.598, 3.0395083},
-               {0, 4, 1517.862, 3.0404761},  {1, 3, 1118.689, 2.7543850},  {1, 0, 619.905, 3.5291106},
-               {1, 2, 1286.215, 2.7545226},  {1, 4, 961.911, 3.2316100}};
+    double observed;  // degrees, then metres
+} kSights[] = {{0, 5, 333.57996}, {0, 2, 179.56179}, {0, 4, 97.73946}, {1, 3, 31.87314}, {1, 0, 263.69487},
+               {1, 2, 214.08867}, {1, 4, 117.20502}, {0, 5, 1098.643}, {0, 2, 1002.598}, {0, 4, 1517.862},
+               {1, 3, 1118.689},  {1, 0, 619.905},   {1, 2, 1286.215}, {1, 4, 961.911}};
 
 // Enters the equations, linearised at the published places. Unknowns: corrections of x and y of Z108 and Z110
 // in mm, of the orientations in seconds.
 inline void enter(CLeastSq& network) {
     constexpr double kDegree = 57.29577951308232, kOrientations[] = {4.5903, 358.1546};
     for (int k = 0; k < 14; ++k) {
-        const Sight& sight = kSights[k];
+        const auto& sight = kSights[k];
         const bool direction = k < 7;
         const double dx = kPlaces[sight.to][0] - kPlaces[sight.from][0];
         const double dy = kPlaces[sight.to][1] - kPlaces[sight.from][1], s = std::hypot(dx, dy);
