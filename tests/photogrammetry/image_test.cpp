@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <string>
 
 #include "tests/published/aerial_block.h"
 #include "tests/published/opencv_chessboard.h"
@@ -179,7 +180,7 @@ TEST(Image, ProjectsAsPublishedByABundleAdjustment) {
     }
 }
 
-void expectPixel(const CXYZ& pixel, const double (&published)[2], const char* which) {
+void expectPixel(const CXYZ& pixel, const double (&published)[2], const std::string& which) {
     EXPECT_NEAR(pixel.x, published[0], 1e-8) << which;
     EXPECT_NEAR(pixel.y, published[1], 1e-8) << which;
 }
