@@ -1,12 +1,13 @@
 // convert: point files between code pages, units and axes.
 #include <fstream>
 #include <iostream>
-#include <memory>
+#include <optional>
 
 #include "common/files.h"
+#include "common/temporary_folder.h"
 #include "common/text.h"
-#include "options.h"
-#include "points.h"
+#include "formats/checked_files.h"
+#include "options/file_options.h"
 #include "subcommands.h"
 
 namespace {
@@ -35,7 +36,7 @@ void convert(CXYZ& point, const Options& options) {
     }
 }
 
-// The library writes "?" for a character that the page lacks, and the name would be another one.
+// The library writes "?" for a character that the page lacks, which would change the name.
 void requireEncodable(const TextFile& file, const CArray<CXYZ, CXYZ&>& points) {
     for (int i = 0; i < points.GetSize(); ++i) {
         const CString& name = points[i].name;
@@ -54,11 +55,11 @@ void write(CArray<CXYZ, CXYZ&>& points, const std::string& out) {
     CString path = libraryPath(place);
     if (WriteCSVFile(&path, points, 0) != 1)
         throw DataError(out + ": cannot be written");
-    if (toStream && !points.IsEmpty())  // of an empty file << would make a failure
+    if (toStream && !points.IsEmpty())  // << fails when it copies nothing
         std::cout << std::ifstream(place, std::ios::binary).rdbuf();
 }
 
-void run(const Options& options) {
+ExitCode run(const Options& options) {
     for (const auto& [axes, unit] :
          {std::pair(options.fromAxes, options.fromUnit), std::pair(options.toAxes, options.toUnit)})
         if (axes == "mathematical" && unit != "m")
@@ -66,37 +67,36 @@ void run(const Options& options) {
     useCodePage(options.fromPage);
     const TextFile file(options.in);
     CArray<CXYZ, CXYZ&> points;
-    readPoints(file, points);
+    readCheckedPoints(file, points);
     for (std::size_t i = 0; i < file.lines().size() && static_cast<int>(i) < points.GetSize(); ++i)
         if (fieldsOf(file.line(i)).size() != 4)
-            file.fail(static_cast<int>(i) + 1, "expected name,x,y,z alone; the rest would be lost");
+            file.fail(static_cast<int>(i) + 1, "expected name,x,y,z only; the rest would be lost");
     for (int i = 0; i < points.GetSize(); ++i)
         convert(points[i], options);
     useCodePage(options.toPage);
     if (!options.replace)
         requireEncodable(file, points);
     write(points, options.out);
+    return kFine;
 }
 
 }  // namespace
 
-void addConvert(CLI::App& program, int&) {
-    const auto options = std::make_shared<Options>();
-    CLI::App* command =
-        program.add_subcommand("convert", "Converts a point file between code pages, units and axes");
-    command->footer(
+void addConvert(CLI::App& program, ExitCode& exitCode) {
+    const auto [command, options] = addSubcommand(
+        program, exitCode, "convert", "Converts a point file between code pages, units and axes",
         "Units: m, ft (international foot), usft (US survey foot). Axes: survey (x north, y east) or\n"
-        "mathematical (x east, y north, in millimetres). Six decimals are written.");
+        "mathematical (x east, y north, in millimetres). Six decimals are written.",
+        run);
     command->add_option("IN", options->in, "a point file")->required();
     command->add_option("OUT", options->out, "the point file to write, \"-\" for standard output")
         ->capture_default_str();
-    addCodePageOption(*command, "--from-page", options->fromPage, "code page of IN");
-    addCodePageOption(*command, "--to-page", options->toPage, "code page of OUT (that of IN)");
+    addPageOption(*command, options->fromPage, "--from-page", "code page of IN");
+    addPageOption(*command, options->toPage, "--to-page", "code page of OUT (that of IN)");
     const CLI::IsMember unit({"m", "ft", "usft"}), axes({"survey", "mathematical"});
     command->add_option("--from-unit", options->fromUnit, "unit of IN")->capture_default_str()->check(unit);
     command->add_option("--to-unit", options->toUnit, "unit of OUT")->capture_default_str()->check(unit);
     command->add_option("--from-axes", options->fromAxes, "axes of IN")->capture_default_str()->check(axes);
     command->add_option("--to-axes", options->toAxes, "axes of OUT")->capture_default_str()->check(axes);
     command->add_flag("--replace", options->replace, "writes ? for characters that the code page lacks");
-    command->callback([options] { run(*options); });
 }

@@ -1,12 +1,12 @@
-// direction: directions and zenith angles from a station.
+// direction: directions and zenith angles from a station, by XYZToHV.
 #include <cmath>
 #include <cstdio>
-#include <memory>
 
 #include "common/progress.h"
 #include "common/text.h"
-#include "options.h"
-#include "points.h"
+#include "formats/checked_files.h"
+#include "options/file_options.h"
+#include "options/station_options.h"
 #include "subcommands.h"
 
 namespace {
@@ -16,7 +16,7 @@ struct Options {
     StationOptions station;
 };
 
-// Rounded to the decimals that are shown before the circle is closed, so that no 360.000000 appears.
+// Rounds to the decimals shown before it closes the circle, so that 359.9999999 is 0.000000, not 360.000000.
 std::string decimalText(double angle, double circle) {
     const double rounded = std::round(angle * 1e6) / 1e6;
     return format("%.6f", rounded < circle ? rounded : 0.0);
@@ -29,21 +29,21 @@ std::string angleText(double degrees, const std::string& unit) {
         return decimalText(CCalcXYZHV::DEGtoMIL(degrees), 6400.0);
     if (unit == "degrees")
         return decimalText(degrees, 360.0);
-    // ddd.mmsst by way of whole tenths of a second, which carry where the decimals of a packed angle do not.
+    // ddd.mmsst from whole tenths of a second: 59.96" carries into the minute.
     char text[32];
     lAnglToStr(std::lround(degrees * 36000.0) % 12960000, text, 0);
     return text;
 }
 
-void run(const Options& options, int& exitCode) {
+ExitCode run(const Options& options) {
     if (!options.station.given())
         throw CLI::RequiredError("--station or --station-file");
     useCodePage(options.page);
     const TextFile file(options.points);
     CArray<CXYZ, CXYZ&> points;
-    readPoints(file, points);
+    readCheckedPoints(file, points);
     const CXYZ station = options.station.station();
-    std::string lines, faults;  // shown when the progress line is gone
+    std::string lines, faults;  // printed after the progress line is cleared
     {
         ProgressLine progress("Computing directions");
         for (int i = 0; i < points.GetSize(); ++i) {
@@ -63,25 +63,22 @@ void run(const Options& options, int& exitCode) {
     }
     std::fputs(lines.c_str(), stdout);
     std::fputs(faults.c_str(), stderr);
-    if (!faults.empty())
-        exitCode = kDataAreWrong;
+    return faults.empty() ? kFine : kDataAreWrong;
 }
 
 }  // namespace
 
-void addDirection(CLI::App& program, int& exitCode) {
-    const auto options = std::make_shared<Options>();
-    CLI::App* command =
-        program.add_subcommand("direction", "Computes directions and zenith angles from a station");
-    command->footer(
+void addDirection(CLI::App& program, ExitCode& exitCode) {
+    const auto [command, options] = addSubcommand(
+        program, exitCode, "direction", "Computes directions and zenith angles from a station",
         "Standard output: lines name,direction,zenith angle in UTF-8. Coordinates are x north, y east, z "
         "up.\n"
-        "packed: ddd.mmsst, degrees, minutes, seconds and tenths.");
+        "packed: ddd.mmsst, degrees, minutes, seconds and tenths.",
+        run);
     command->add_option("POINTS", options->points, "a point, occupied-point or scan result file")->required();
     options->station.addTo(*command);
     command->add_option("--unit", options->unit, "of the angles")
         ->capture_default_str()
         ->check(CLI::IsMember({"degrees", "gon", "mil", "packed"}));
-    addCodePageOption(*command, "--page", options->page, "code page of the files");
-    command->callback([options, &exitCode] { run(*options, exitCode); });
+    addPageOption(*command, options->page);
 }

@@ -1,4 +1,5 @@
-// fieldscan: the library's files and computations at a desk.
+// The program fieldscan: the library's files and computations at a desk. Reads the command line by CLI11 and
+// turns every outcome into an exit code.
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -23,24 +24,26 @@ int main(int argc, char** argv) {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
 #else
-    // A reader that has seen enough, such as head, ends the program, but not before its temporary files go.
+    // A reader that has seen enough, such as head, ends the program, but its temporary files are removed
+    // first.
     std::signal(SIGPIPE, [](int) { readerIsGone = 1; });
 #endif
-    int exitCode = kFine;
+    ExitCode exitCode = kFine;
     try {
         CLI::App program("Files and computations of a scanning total station.", "fieldscan");
         program.set_version_flag("--version", FIELDSCAN_VERSION);
         program.footer(
-            "One FILE may be \"-\", standard input. Without a code page files are in "
-            "FIELDSCAN_ANSI_CODEPAGE, else\n"
-            "UTF-8. Exit codes: 0 fine, 1 the data are wrong or a file cannot be read or written, 2 wrong "
-            "use.\n"
-            "\"fieldscan SUBCOMMAND --help\" tells more.");
-        for (const auto add : {addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw})
+            "One FILE may be \"-\", standard input, but for scan and image. Without a code page files are "
+            "in\n"
+            "FIELDSCAN_ANSI_CODEPAGE, else UTF-8. Exit codes: 0 fine, 1 the data are wrong or a file cannot "
+            "be\n"
+            "read or written, 2 wrong use. \"fieldscan SUBCOMMAND --help\" lists its options.");
+        for (const auto add :
+             {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw})
             add(program, exitCode);
         try {
             program.parse(argc, argv);
-            if (program.get_subcommands().empty())  // not require_subcommand, which hides a misspelt one
+            if (program.get_subcommands().empty())  // require_subcommand would not name a misspelt one
                 throw CLI::RequiredError("SUBCOMMAND");
         } catch (const CLI::ParseError& error) {
             exitCode = program.exit(error) == 0 ? kFine : kWrongUse;

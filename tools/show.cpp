@@ -1,22 +1,15 @@
-// show: what files are and what they hold.
+// show: which format a file has, and what it holds as the library reads it.
 #include <cstdio>
-#include <memory>
 #include <set>
 
+#include "common/angles.h"
 #include "common/text.h"
-#include "contents.h"
-#include "options.h"
-#include "points.h"
+#include "formats/checked_files.h"
+#include "options/file_options.h"
+#include "scan/area_faults.h"
 #include "subcommands.h"
 
 namespace {
-
-struct Options {
-    std::vector<std::string> files;
-    std::string as, page;
-};
-
-constexpr double kDegreesPerRadian = 57.29577951308232;
 
 void put(const char* key, const std::string& value) { std::printf("%s: %s\n", key, value.c_str()); }
 void put(const char* key, int value) { put(key, std::to_string(value)); }
@@ -118,40 +111,32 @@ void showContents(const Contents& c, Format format) {
     }
 }
 
-void show(const TextFile& file, const Options& options) {
-    const Format format = options.as.empty() ? formatOf(file) : kFormats.at(options.as);
+void showFile(const TextFile& file, Format format) {
     if (format == Format::unknown)
         file.fail(0, "expected one of the known formats (--as says which)");
     Contents contents;
     if (!readContents(file, format, contents))
-        readWhole(file, format, contents);  // fails as well, and tells the line
+        readChecked(file, format, contents);  // fails too, and names the line
     put("file", file.name());
     put("format", nameOf(format));
     showContents(contents, format);
 }
 
-void run(const Options& options, int& exitCode) {
-    useCodePage(options.page);
-    for (const std::string& name : options.files) {
-        try {
-            show(TextFile(name), options);
-        } catch (const DataError& error) {
-            std::fprintf(stderr, "%s\n", error.what());
-            exitCode = kDataAreWrong;
-        }
-    }
+ExitCode run(const FileListOptions& files) {
+    const bool allFine = files.areAllFine([&](const TextFile& file) {
+        showFile(file, files.formatFor(file));
+        return true;
+    });
+    return allFine ? kFine : kDataAreWrong;
 }
 
 }  // namespace
 
-void addShow(CLI::App& program, int& exitCode) {
-    const auto options = std::make_shared<Options>();
-    CLI::App* command = program.add_subcommand("show", "Tells what files are and what they hold");
-    command->footer(
+void addShow(CLI::App& program, ExitCode& exitCode) {
+    const auto [command, files] = addSubcommand(
+        program, exitCode, "show", "Says what files are and what they hold",
         "Standard output: lines \"key: value\" in UTF-8, \"file\" first. x, y, z are the smallest and the\n"
-        "largest of the points; angles are horizontal and zenith angle.");
-    command->add_option("FILE", options->files, "files of the application")->required();
-    addFormatOption(*command, options->as);
-    addCodePageOption(*command, "--page", options->page, "code page of the files");
-    command->callback([options, &exitCode] { run(*options, exitCode); });
+        "largest of the points; angles are horizontal and zenith angle.",
+        run);
+    files->addTo(*command);
 }

@@ -1,18 +1,35 @@
-// The subcommands. Each adds itself to the program and runs when the command line asks for it; it throws
-// DataError, or sets `exitCode` to kDataAreWrong when it has told what is wrong itself.
+// The subcommands of the program. Each adds itself, and runs when the command line names it.
 #ifndef TOOLS_SUBCOMMANDS_H
 #define TOOLS_SUBCOMMANDS_H
 
 #include <CLI/CLI.hpp>
+#include <memory>
+#include <utility>
 
 enum ExitCode { kFine = 0, kDataAreWrong = 1, kWrongUse = 2 };
 
-void addShow(CLI::App& program, int& exitCode);
-void addCheck(CLI::App& program, int& exitCode);
-void addConvert(CLI::App& program, int& exitCode);
-void addDirection(CLI::App& program, int& exitCode);
-void addInside(CLI::App& program, int& exitCode);
-void addHelmert(CLI::App& program, int& exitCode);
-void addDraw(CLI::App& program, int& exitCode);
+// Adds a subcommand whose function `run` gets its options and returns the exit code. The options to be filled
+// live as long as the subcommand. `run` may throw CLI::ParseError, which is wrong use, and std::runtime_error
+// with a text for the operator, which means wrong data.
+template <class Options>
+std::pair<CLI::App*, Options*> addSubcommand(CLI::App& program, ExitCode& exitCode, const char* name,
+                                             const char* summary, const char* details,
+                                             ExitCode (*run)(const Options&)) {
+    const auto options = std::make_shared<Options>();
+    CLI::App* command = program.add_subcommand(name, summary);
+    command->footer(details);
+    command->callback([options, run, &exitCode] { exitCode = run(*options); });
+    return {command, options.get()};
+}
+
+void addScan(CLI::App& program, ExitCode& exitCode);
+void addImage(CLI::App& program, ExitCode& exitCode);
+void addShow(CLI::App& program, ExitCode& exitCode);
+void addCheck(CLI::App& program, ExitCode& exitCode);
+void addConvert(CLI::App& program, ExitCode& exitCode);
+void addDirection(CLI::App& program, ExitCode& exitCode);
+void addInside(CLI::App& program, ExitCode& exitCode);
+void addHelmert(CLI::App& program, ExitCode& exitCode);
+void addDraw(CLI::App& program, ExitCode& exitCode);
 
 #endif

@@ -1,0 +1,38 @@
+// Letters are counted as UTF-8 has them: bytes that do not continue another.
+#include "common/text.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+
+#include "common/files.h"
+
+std::string utf8(const CString& text) {
+    return systemPath(text).u8string();  // a path converts between the encodings; nothing is opened
+}
+
+std::string format(const char* pattern, ...) {
+    std::va_list values, again;
+    va_start(values, pattern);
+    va_copy(again, values);
+    const int length = std::vsnprintf(nullptr, 0, pattern, values);
+    std::string text(length > 0 ? static_cast<std::size_t>(length) : 0, '\0');
+    std::vsnprintf(text.data(), text.size() + 1, pattern, again);
+    va_end(again);
+    va_end(values);
+    return text;
+}
+
+int lettersIn(const std::string& text) {
+    return static_cast<int>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string padded(std::string text, int letters) {
+    text.append(static_cast<std::size_t>(std::max(0, letters - lettersIn(text))), ' ');
+    return text;
+}
+
+void printEntry(const char* title, const std::string& text) {
+    std::printf("  %-17s  %s\n", title, text.c_str());
+}

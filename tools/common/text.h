@@ -1,0 +1,24 @@
+// Text of the library and of printf as 8-bit text in UTF-8.
+#ifndef TOOLS_COMMON_TEXT_H
+#define TOOLS_COMMON_TEXT_H
+
+#include <fieldscan/framework/string.h>
+
+#include <string>
+
+std::string utf8(const CString& text);
+
+#if defined(__GNUC__)
+__attribute__((format(printf, 1, 2)))
+#endif
+std::string
+format(const char* pattern, ...);
+
+int lettersIn(const std::string& text);
+// The text, filled with blanks up to so many letters; %-*s would count bytes.
+std::string padded(std::string text, int letters);
+
+// Prints an entry of a report: a title and what it says.
+void printEntry(const char* title, const std::string& text);
+
+#endif

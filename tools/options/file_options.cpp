@@ -1,0 +1,70 @@
+// Options about files: code pages by their usual names, the formats of kFormats, files one after another.
+#include "options/file_options.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+
+void addPageOption(CLI::App& command, std::string& page, const char* name, const char* help) {
+    // The library takes a name it does not know for UTF-8, so only these are passed on.
+    static const std::map<std::string, std::string> pages = {
+        {"932", "CP932"},      {"cp932", "CP932"},   {"1252", "CP1252"},
+        {"cp1252", "CP1252"},  {"utf-8", "UTF-8"},   {"utf8", "UTF-8"},
+        {"latin-1", "LATIN1"}, {"latin1", "LATIN1"}, {"iso-8859-1", "LATIN1"}};
+    command
+        .add_option_function<std::string>(
+            name,
+            [&page](const std::string& text) {
+                const auto known = pages.find(CLI::detail::to_lower(text));
+                if (known == pages.end())
+                    throw CLI::ValidationError("\"" + text + "\"", "expected 932, 1252, UTF-8 or Latin-1");
+                page = known->second;
+            },
+            help)
+        ->type_name("932|1252|UTF-8|Latin-1");
+}
+
+void useCodePage(const std::string& page) {
+    if (page.empty())
+        return;
+#if defined(_WIN32)
+    throw CLI::ValidationError("code page", "on Windows it is that of the system");
+#else
+    setenv("FIELDSCAN_ANSI_CODEPAGE", page.c_str(), 1);
+#endif
+}
+
+void addFolderOption(CLI::App& command, std::string& folder) {
+    command.add_option("--out", folder, "the folder for what is written")
+        ->type_name("DIR")
+        ->capture_default_str();
+}
+
+void FileListOptions::addTo(CLI::App& command) {
+    command.add_option("FILE", names, "files of the application")->required();
+    std::string formats;
+    for (const auto& [name, format] : kFormats)
+        formats += (formats.empty() ? "" : ", ") + name;
+    command.add_option("--as", as, "the format, where the content does not show it:\n" + formats)
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember(&kFormats).description(""));
+    addPageOption(command, page);
+}
+
+Format FileListOptions::formatFor(const TextFile& file) const {
+    return as.empty() ? formatOf(file) : kFormats.at(as);
+}
+
+bool FileListOptions::areAllFine(const std::function<bool(const TextFile&)>& isFine) const {
+    useCodePage(page);
+    bool allFine = true;
+    for (const std::string& name : names) {
+        try {
+            allFine = isFine(TextFile(name)) && allFine;
+        } catch (const DataError& error) {
+            std::fprintf(stderr, "%s\n", error.what());
+            allFine = false;
+        }
+    }
+    return allFine;
+}

@@ -1,0 +1,36 @@
+// Options of several subcommands about files: their names, code page, format, and the folder for results.
+#ifndef TOOLS_OPTIONS_FILE_OPTIONS_H
+#define TOOLS_OPTIONS_FILE_OPTIONS_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "formats/format.h"
+
+// Adds an option for a code page; `page` is then one that useCodePage takes, or empty where it is not given.
+void addPageOption(CLI::App& command, std::string& page, const char* name = "--page",
+                   const char* help = "code page of the files");
+
+// Makes the library read and write in this code page from here on; an empty one changes nothing. Throws
+// CLI::ValidationError on Windows, where the system decides.
+void useCodePage(const std::string& page);
+
+// --out DIR, the folder for what is written.
+void addFolderOption(CLI::App& command, std::string& folder);
+
+// FILE..., --as and --page: for subcommands that look into files of any format.
+struct FileListOptions {
+    std::vector<std::string> names;
+    std::string as, page;
+
+    void addTo(CLI::App& command);
+    // The format that --as names, else the one that the content shows.
+    Format formatFor(const TextFile& file) const;
+    // Calls `isFine` with each file and returns true if all are fine. A DataError is printed, and the next
+    // file follows.
+    bool areAllFine(const std::function<bool(const TextFile&)>& isFine) const;
+};
+
+#endif

@@ -1,0 +1,17 @@
+// The residuals of points in the plane as a picture.
+#ifndef TOOLS_PICTURES_RESIDUAL_PICTURE_H
+#define TOOLS_PICTURES_RESIDUAL_PICTURE_H
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+struct Residual {
+    std::string name;
+    double x, y, vx, vy;
+};
+
+// Writes an SVG file; "-" is standard output. Throws DataError when it cannot be written.
+void drawResiduals(const std::vector<Residual>& residuals, const std::filesystem::path& path);
+
+#endif

@@ -1,0 +1,109 @@
+// A scan job by CScanArea: corners, shots at equal steps, and points in the polygon of the outline, in the
+// plane of horizontal angle and elevation.
+#include "scan/scan_job.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "common/angles.h"
+#include "common/data_error.h"
+#include "scan/area_faults.h"
+
+namespace {
+
+// What one image covers without the overlap with its neighbours, in degrees.
+constexpr double kShotWidth = 16.0;
+constexpr double kShotHeight = 15.0;
+
+// An area is wider than this, and a full circle lacks less than this, in degrees.
+constexpr double kNarrowest = 0.01;
+
+void requireSoundArea(const CScanArea& area) {
+    const std::string fault = areaFault(area);
+    if (!fault.empty())
+        throw DataError("the scan area fails its check: " + fault);
+}
+
+}  // namespace
+
+double ScanJob::left() const { return area.areaAngle1.kappa * kDegreesPerRadian; }
+double ScanJob::right() const { return area.areaAngle2.kappa * kDegreesPerRadian; }
+double ScanJob::top() const { return 90.0 - area.areaAngle1.omega * kDegreesPerRadian; }
+double ScanJob::bottom() const { return 90.0 - area.areaAngle2.omega * kDegreesPerRadian; }
+double ScanJob::width() const { return CCalcXYZHV::AngleDifference_Over0(left(), right()); }
+double ScanJob::height() const { return top() - bottom(); }
+
+double ScanJob::fromMiddle(double horizontalAngle) const {
+    return CCalcXYZHV::AngleDifference(left() + width() / 2.0, horizontalAngle);
+}
+
+int ScanJob::pointsAt(SightPlace place) const {
+    return static_cast<int>(std::count_if(sights.begin(), sights.end(),
+                                          [&](const Sight& sight) { return sight.place == place; }));
+}
+
+double signedElevation(double elevation) { return CCalcXYZHV::AngleDifference(0.0, elevation); }
+
+void measureArea(ScanJob& job) {
+    CScanArea& area = job.area;
+    const std::string fault = outlineFault(area);
+    if (!fault.empty())
+        throw DataError(fault);
+    area.CalPolylineTopLeftBottomRight();
+    // An outline from 0 to 359.9999 without vertices between reads as a strip of 0.0001 degrees across zero.
+    if (area.CheckZeroCross() == 1 && job.width() < kNarrowest &&
+        area.SetFullCircle(area.areaAngle1.omega, area.areaAngle2.omega) != 1)
+        throw DataError("the full circle needs two zenith angles");
+    job.fullCircle = job.width() > 360.0 - kNarrowest;
+    job.crossesZero = area.CheckZeroCross() == 1;
+    if (job.crossesZero) {
+        CArray<int, int&> after, before;
+        area.DivideZeroCross(&after, &before);
+        job.verticesAfterZero = after.GetSize();
+        job.verticesBeforeZero = before.GetSize();
+    }
+    area.CalHVPolyline2();
+    requireSoundArea(area);
+    if (job.width() == 0.0 || job.height() <= 0.0)
+        throw DataError(
+            "the outline covers no area: its vertices lie on a line (a full circle ends at 359.9999, not "
+            "360)");
+}
+
+// A shot at each corner and others between them, so that images overlap a little. A degree of horizontal
+// angle narrows toward the zenith, so an area high up gets more columns than it needs.
+void planShots(ScanJob& job) {
+    CScanArea& area = job.area;
+    area.columnCount = static_cast<int>(std::ceil(job.width() / kShotWidth)) + 1;
+    area.rowCount = static_cast<int>(std::ceil(job.height() / kShotHeight)) + 1;
+    if (area.CalShootAng(area.areaAngle1, area.areaAngle2) != 1)
+        throw DataError("the shots cannot be planned");
+    area.CalHVPolyline1();
+    requireSoundArea(area);
+}
+
+void placeSight(const ScanJob& job, Sight& sight) {
+    sight.elevation = CCalcXYZHV::AngleZ0toH0(sight.zenith);
+    double horizontal = sight.direction;
+    if (job.fullCircle) {  // its seam belongs to the right edge
+        const double fromLeft = CCalcXYZHV::AngleDifference_Over0(job.left(), horizontal);
+        if (fromLeft == 0.0 || fromLeft > job.width())
+            horizontal = job.right();
+    }
+    const int inside = CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, horizontal, sight.elevation);
+    sight.place = inside == 1 ? SightPlace::inside : SightPlace::outside;
+}
+
+void sightPoints(ScanJob& job, const Progress& progress) {
+    job.sights.clear();
+    const int total = job.points.GetSize();
+    for (int i = 0; i < total; ++i) {
+        Sight sight = {0.0, 0.0, 0.0, SightPlace::atStation};
+        if (CCalcXYZHV::XYZToHV(job.station, job.points[i], job.instrumentHeight, sight.zenith,
+                                sight.direction) == 1)
+            placeSight(job, sight);
+        job.sights.push_back(sight);
+        progress(i + 1, total);
+    }
+}
