@@ -37,7 +37,8 @@ struct InputFiles {
             std::swap(stationFile, pointFile);
         }
         outline = fileOrSample(options.outline, "facade_outline.csv");
-        station = fileOrSample(stationFile, "facade_station.csv");
+        if (!options.stationCoordinates)
+            station = fileOrSample(stationFile, "facade_station.csv");
         points = fileOrSample(pointFile, "facade_points.csv");
     }
     fs::path outline, station, points;
