@@ -1,4 +1,6 @@
-// The subcommands of the program. Each adds itself, and runs when the command line names it.
+// The subcommands of the program. Each adds itself, and runs when the command line names it. A new one is a
+// file of its name in this folder, its line below, in main.cpp and in CMakeLists.txt, rows in
+// tests/tools/rows, and a row on docs/tools.md.
 #ifndef TOOLS_SUBCOMMANDS_H
 #define TOOLS_SUBCOMMANDS_H
 

@@ -121,8 +121,8 @@ void Rules::points(Format format, const char* expected) {
     }
 }
 
-// Name and three numbers. An occupied-point file may have more fields; a scan result file has none, a code,
-// or code, word and text.
+// Name and three numbers. An occupied-point file may have more fields, a scan result file a code, or code,
+// word and text.
 void Rules::pointLine(std::size_t i, std::string_view line, Format format, const char* expected) {
     const auto fields = fieldsOf(line);
     const std::size_t n = fields.size();

@@ -132,7 +132,7 @@ void projectPoints(Measurement& m) {
     CImage& image = m.image;
     std::map<CString, int> measured;
     for (int i = 0; i < image.imc.GetSize(); ++i)
-        measured.emplace(image.imc[i].name, i);  // the first of a name counts
+        measured.emplace(image.imc[i].name, i);  // of points with the same name the first counts
     for (int i = 0; i < m.objectPoints.GetSize(); ++i) {
         const CXYZ& object = m.objectPoints[i];
         Projection p;

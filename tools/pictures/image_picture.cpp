@@ -18,7 +18,7 @@ constexpr double kMostWidth = 960.0, kMostHeight = 720.0, kLeastPaper = 860.0;  
 constexpr double kVector = 34.0;  // on paper, the longest residual that is not marked
 constexpr double kBar = 110.0;    // the scale bar, at most
 
-// What the colours stand for.
+// What the colours mean.
 constexpr const char *kMark = kRed, *kControl = kBlue, *kMarked = kOrange, *kNew = kGreen, *kTie = kFrame;
 
 struct Box {
@@ -59,7 +59,7 @@ private:
     bool isFree(const Box& box) const;
     double enlargementOf(double longest) const;
     void vector(const CXYZ& from, double dx, double dy, double enlargement, const char* colour);
-    // Keeps the place of a sign; its name is drawn when all signs are.
+    // Marks the place of a sign as taken; names() draws its name after all signs.
     void sign(const CXYZ& pixel, double half, const CString& name);
     CXYZ markResidual(const CXYZ& mark) const;
 
@@ -75,7 +75,7 @@ private:
     const CImage& m_image;
     const double m_scale;  // pixels of the paper per pixel of the image
     const double m_right, m_bottom;
-    // Of the residuals against the image; 0: none are drawn.
+    // How many times residuals are enlarged; 0: they are not drawn.
     double m_pointEnlargement = 0.0, m_markEnlargement = 0.0;
     std::vector<Box> m_taken;
     std::vector<Name> m_names;
@@ -90,10 +90,11 @@ bool Drawing::isFree(const Box& box) const {
 }
 
 double Drawing::enlargementOf(double longest) const {
-    return longest > 1e-6 ? roundStepBelow(kVector / (longest * m_scale)) : 0.0;  // below are rounding steps
+    constexpr double kLeast = 1e-6;  // pixels; shorter ones are rounding steps
+    return longest > kLeast ? roundStepBelow(kVector / (longest * m_scale)) : 0.0;
 }
 
-// Ends at the frame, where a residual is too long for it.
+// A line that ends at the frame where the residual is too long.
 void Drawing::vector(const CXYZ& from, double dx, double dy, double enlargement, const char* colour) {
     const double px = x(from.x), py = y(from.y);
     const double along = dx * enlargement * m_scale, down = dy * enlargement * m_scale;
@@ -134,7 +135,7 @@ void Drawing::axes() {
          format("font-size=\"13\" transform=\"rotate(-90 22 %.1f)\"", middle).c_str());
 }
 
-// Measured minus where the inner orientation has the calibrated mark: pixels, as the picture has them.
+// The measured mark minus the calibrated one, brought into the image by the inner orientation: pixels.
 CXYZ Drawing::markResidual(const CXYZ& mark) const {
     for (int i = 0; i < m_image.camera.marks.GetSize(); ++i) {
         CXYZ pixel;
@@ -230,7 +231,7 @@ void Drawing::legend() {
     ring(px + 10.0, py, kNew);
     name("new point, projected");
 
-    // One bar for each kind of residual, with what it stands for in the image.
+    // A scale bar for the points and one for the marks, with its length in the image.
     px = kLeft;
     py += 28.0;
     const auto bar = [&](double enlargement, double unit, const char* words) {
@@ -248,9 +249,9 @@ void Drawing::legend() {
     bar(m_markEnlargement, m_image.res.x * 1000.0, "µm at fiducial marks");
 }
 
-// Each name goes to the first place around its sign that nothing has taken.
+// Each name goes to the first free place around its sign.
 int Drawing::names() {
-    constexpr double kHeight = 9.0;  // of letters of size 10, which are as wide as widthOf takes those of 12
+    constexpr double kHeight = 9.0;  // of letters of size 10; widthOf, for size 12, leaves a margin
     constexpr int kPlaces[][2] = {{1, 0}, {-1, 0}, {0, -1}, {0, 1}, {1, -1}, {1, 1}, {-1, -1}, {-1, 1}};
     int unnamed = 0;
     for (const Name& name : m_names) {

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What the colours stand for.
+// What the colours mean.
 constexpr const char *kInside = kBlue, *kOutside = kOrange, *kZero = kRed, *kShot = kGreen;
 
 int firstTick(double from, double step) { return static_cast<int>(std::ceil(from / step)); }
