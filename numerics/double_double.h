@@ -1,14 +1,15 @@
-// Double-double arithmetic: a number as the unevaluated sum hi + lo of two doubles, hi the double nearest to
+// Double-double arithmetic: a number is the unevaluated sum hi + lo of two doubles, hi the double nearest to
 // it; about 32 digits. T is double, or Lanes in a kernel.
 //
-//   TwoSum       a + b = s + e, 6 operations          Knuth, The Art of Computer Programming 2, 4.2.2
-//   FastTwoSum   the same where |a| >= |b|, 3         Dekker, Numer. Math. 18 (1971)
-//   TwoProduct   a b = p + e                          Veltkamp's splitting and Dekker's product, or a fused
-//                                                     multiply-subtract: e is a double, so the bits are equal
+//   TwoSum       a + b = s + e, 6 operations       Knuth, The Art of Computer Programming 2, 4.2.2
+//   FastTwoSum   the same where |a| >= |b|, 3      Dekker, Numer. Math. 18 (1971)
+//   TwoProduct   a b = p + e                       Dekker 1971 with Veltkamp's splitting
 //
-// Operations on pairs err by a few units of 2^-104 of |a| + |b|, of the product or of the quotient. (Hida, Li
-// and Bailey 2001: their "sloppy" addition, which sums of many terms are content with.) Products beyond 2^995
-// become NaN.
+// Where the processor has it, a fused multiply-subtract computes e = a b - p: e is a double, so the bits are
+// the same. Without it factors from 2^996 on overflow in the splitting and give NaN.
+//
+// + and * of pairs err by a few units of 2^-104 of |a| + |b| or of the product. + is the "sloppy" addition of
+// Hida, Li and Bailey (2001), which is enough for sums of many terms.
 #ifndef FIELDSCAN_NUMERICS_DOUBLE_DOUBLE_H
 #define FIELDSCAN_NUMERICS_DOUBLE_DOUBLE_H
 
@@ -37,7 +38,7 @@ static inline DoubleDouble<T> fastTwoSum(T a, T b) {
     return {sum, b - (sum - a)};
 }
 
-// a b - product, exactly, for the rounded product.
+// a b - product, exactly; `product` is a b rounded.
 template <class T>
 static inline T productError(T a, T b, T product) {
 #if defined(__AVX512F__)

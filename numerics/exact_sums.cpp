@@ -1,3 +1,4 @@
+// ExactGram: which kernels it calls, and the iteration for the inverse.
 #include "numerics/exact_sums.h"
 
 #include <algorithm>
@@ -6,10 +7,10 @@
 
 namespace fieldscan {
 
-ExactGram::ExactGram(int n) : m_n(n), m_sums(2LL * (n + 1) * exactRowLength(n)) {}
+ExactGram::ExactGram(int n) : m_n(n), m_sums(2LL * (n + 1) * wholeCacheLines(n)) {}
 
 void ExactGram::set(const double* matrix) {
-    const std::ptrdiff_t length = m_n + 1, stride = exactRowLength(m_n);
+    const std::ptrdiff_t length = m_n + 1, stride = wholeCacheLines(m_n);
     double* const sums = m_sums.data();
     std::fill(sums, sums + 2 * length * stride, 0.0);
     for (int i = 0; i < m_n; ++i)
@@ -18,31 +19,33 @@ void ExactGram::set(const double* matrix) {
 }
 
 void ExactGram::round(double* matrix) const {
-    const std::ptrdiff_t length = m_n + 1, stride = exactRowLength(m_n);
+    const std::ptrdiff_t length = m_n + 1, stride = wholeCacheLines(m_n);
     for (int i = 0; i < m_n; ++i)
         for (int j = i; j <= m_n; ++j)
             matrix[i * length + j] = m_sums.data()[j * stride + i];
 }
 
 bool ExactGram::form(const WeightedRows& a, const double* squares) {
-    constexpr double kMost[] = {0x1p800, 0x1p1000};  // of a column, and of l, which is not squared
+    // Squared lengths. So |a_ki a_kj p_k| <= 2^800 and |a_ki l_k p_k| <= 2^900.
+    constexpr double kMostOfColumn = 0x1p800, kMostOfObservations = 0x1p1000;
     const Workspace room(FIELDSCAN_CHOSEN(exactGramRoom)(m_n));
     for (int i = 0; i <= m_n; ++i) {
-        const double most = kMost[i == m_n];
-        const bool none = i == m_n && squares[i] == 0.0;  // every l is 0
-        if (!none && !(squares[i] >= 1.0 / most && squares[i] <= most))
+        const double most = i < m_n ? kMostOfColumn : kMostOfObservations;
+        const bool allZero = i == m_n && squares[i] == 0.0;
+        if (!allZero && !(squares[i] >= 1.0 / most && squares[i] <= most))
             return false;
-        room.data()[i] = none ? 1.0 : std::ldexp(1.0, std::ilogb(std::sqrt(squares[i])) + 1);
+        room.data()[i] = allZero ? 1.0 : std::ldexp(1.0, std::ilogb(std::sqrt(squares[i])) + 1);
     }
     FIELDSCAN_CHOSEN(formExactGram)(a, room.data(), m_sums.data());
     return true;
 }
 
 bool ExactGram::improveInverse(double* v) const {
-    constexpr double kMost = 0.1;      // squared, of the cofactors
-    constexpr double kLast = 0x1p-60;  // likewise: the next correction would be the square
+    // Of corrections relative to sqrt(v_ii v_jj), squared. Each is about the square of the one before:
+    // 0.32, 0.1, 0.01, 1e-4, 1e-8, 1e-16 in six steps. After one of 2^-30 the next would be 2^-60.
+    constexpr double kMost = 0.1, kConverged = 0x1p-60;
     constexpr int kMostSteps = 6;
-    const int n = m_n, stride = exactRowLength(n);
+    const int n = m_n, stride = wholeCacheLines(n);
     const std::ptrdiff_t length = n + 1;
     const Workspace room(n * (stride + length));
     double* const residuals = room.data();
@@ -67,7 +70,7 @@ bool ExactGram::improveInverse(double* v) const {
             for (int j = i; j < n; ++j)
                 v[i * length + j] += correction[i * length + j];
         mirror(v, n);
-        if (largest <= kLast)
+        if (largest <= kConverged)
             return true;
     }
     return false;

@@ -1,12 +1,13 @@
-// Kernels of exact_sums.h. Lanes hold rows k of A, a block of them turned into columns; in products with N
-// they hold its columns.
+// Kernels of exact_sums.h. Lanes hold rows k of A, of which a block is transposed; in products with N they
+// hold columns of N.
 //
-// The Gram matrix: a partial sum begins at a power of two that no sum reaches a quarter of. So each product
-// loses to it what lies below a fixed place; two subtractions give that exactly, and it goes to a low sum
-// with the rest of the product. (Extraction; Rump, Ogita and Oishi 2008.)
+// The Gram matrix is summed by extraction (Rump, Ogita and Oishi, SIAM J. Sci. Comput. 31, 2008). Each
+// partial sum begins at 4 s_i s_j, s_i a power of two >= the length of column i. The sums of products stay
+// within s_i s_j (Cauchy-Schwarz), so a high sum has a fixed last place: the part of a product above it is
+// added without error, the part below goes to a low sum.
 //
-// An addition of double-doubles waits seven times for the one before it: several registers of sums at a time
-// hide that. Zeros change no sum, so blocks are filled up with them.
+// A double-double addition is a chain of seven operations; several registers of sums at a time hide its
+// latency. Blocks are padded with zeros, which change no sum.
 #include "numerics/double_double.h"
 #include "numerics/exact_sums.h"
 #include "numerics/transpose.h"
@@ -21,17 +22,19 @@ using Exact = DoubleDouble<Lanes>;
 
 constexpr int kBlock = 64;  // rows
 
-// a b - c, rounded once, c being a b rounded to fewer digits. (Fused, 0.8 of the time of refining 5000 x 30.)
+// a b - c, rounded once, where c is a b rounded to fewer digits. (Fused: 0.8 of the time of refining
+// 5000 x 30.)
 Lanes multiplySubtract(Lanes a, Lanes b, Lanes c) {
 #if defined(__FMA__)
     return productError(a, b, c);
 #else
     const Exact product = twoProduct(a, b);
-    return (product.hi - c) + product.lo;  // of which the difference is exact
+    return (product.hi - c) + product.lo;  // the difference is exact
 #endif
 }
 
-// Columns left and `count` right ones; of each pair 8 high and 8 low partial sums, one pair after the other.
+// Adds the products of column `left` with each of `count` columns from `right` on. A pair of columns has
+// kPartialSums high sums, then as many low ones. left + leftRest = weight column.
 template <bool weighted, int count>
 void addProducts(const double* left, const double* leftRest, const double* right, int rows, double* sums) {
     for (int s = 0; s < kPartialSums; s += kLanes) {
@@ -84,12 +87,10 @@ void weigh(const double* columns, const double* weights, int n, int rows, double
         }
 }
 
-constexpr int padded(int pairs) { return (pairs + 7) / 8 * 8; }
-
 // Rows j to j + count of I - V N.
 template <int count>
 void inverseResidualsOf(const double* gram, const double* v, int n, int j, double* residuals) {
-    const int stride = exactRowLength(n), low = (n + 1) * stride;
+    const int stride = wholeCacheLines(n), low = (n + 1) * stride;
     for (int i = 0; i < stride; i += kLanes) {
         Exact sums[count] = {};
         for (int c = 0; c < count; ++c)
@@ -105,7 +106,7 @@ void inverseResidualsOf(const double* gram, const double* v, int n, int j, doubl
     }
 }
 
-// Columns j to j + count of A W for kLanes rows.
+// Columns j to j + count of A W for kLanes rows of A, transposed.
 template <int count>
 void multiplyColumns(const double* transposed, const double* w, Index length, int j, double* b, int rows) {
     Exact sums[count] = {};
@@ -120,26 +121,25 @@ void multiplyColumns(const double* transposed, const double* w, Index length, in
 }  // namespace
 
 long long exactGramRoom(int n) {
-    return exactRowLength(n + 1) + 3LL * (n + 8) * kBlock + 17LL * padded(n * (n + 3) / 2);
+    return wholeCacheLines(n + 1) + 3LL * (n + 8) * kBlock + 17LL * wholeCacheLines(n * (n + 3) / 2);
 }
 
 void formExactGram(const WeightedRows& a, double* room, double* gram) {
-    const int n = a.n, length = n + 1, pairs = n * (n + 3) / 2;
+    const int n = a.n, length = n + 1, pairs = n * (n + 3) / 2, filledPairs = wholeCacheLines(pairs);
     const bool unit = weightsAreOne(a);
     const double* const scales = room;
-    double* const columns = room + exactRowLength(length);
+    double* const columns = room + wholeCacheLines(length);
     double* const left = columns + (n + 8) * kBlock;
     double* const leftRest = left + (n + 8) * kBlock;
     double* const starts = leftRest + (n + 8) * kBlock;
-    double* const sums =
-        starts + padded(pairs);  // of each pair kPartialSums high ones, then kPartialSums low ones
+    double* const sums = starts + filledPairs;
     int pair = 0;
     for (int i = 0; i < n; ++i)
         for (int j = i; j < length; ++j)
             starts[pair++] = 4.0 * scales[i] * scales[j];
-    for (; pair < padded(pairs); ++pair)
+    for (; pair < filledPairs; ++pair)
         starts[pair] = 0.0;
-    for (int p = 0; p < padded(pairs); ++p)
+    for (int p = 0; p < filledPairs; ++p)
         for (int s = 0; s < kPartialSums; ++s) {
             sums[2 * kPartialSums * p + s] = starts[p];
             sums[2 * kPartialSums * p + kPartialSums + s] = 0.0;
@@ -160,18 +160,18 @@ void formExactGram(const WeightedRows& a, double* room, double* gram) {
         }
     }
 
-    const int stride = exactRowLength(n), low = length * stride;
+    const int stride = wholeCacheLines(n), low = length * stride;
     for (int k = 0; k < 2 * low; ++k)
         gram[k] = 0.0;
     int i = 0, j = 0;
-    for (int p = 0; p < pairs; p += kLanes) {  // kLanes pairs at a time: their partial sums are added up
-        double turned[2 * kPartialSums * kLanes], high[kLanes], rests[kLanes];
+    for (int p = 0; p < pairs; p += kLanes) {  // adds up the partial sums of kLanes pairs at a time
+        double transposed[2 * kPartialSums * kLanes], high[kLanes], rests[kLanes];
         transpose(sums + 2 * kPartialSums * p, kLanes, 2 * kPartialSums, 2 * kPartialSums,
-                  2 * kPartialSums * kLanes, kLanes, kLanes, turned);
+                  2 * kPartialSums * kLanes, kLanes, kLanes, transposed);
         Exact sum = {};
         for (int s = 0; s < kPartialSums; ++s)
-            sum = sum + twoSum(load(turned + s * kLanes) - load(starts + p),
-                               load(turned + (kPartialSums + s) * kLanes));
+            sum = sum + twoSum(load(transposed + s * kLanes) - load(starts + p),
+                               load(transposed + (kPartialSums + s) * kLanes));
         store(high, sum.hi);
         store(rests, sum.lo);
         for (int lane = 0; lane < kLanes && p + lane < pairs; ++lane) {
@@ -196,7 +196,7 @@ void inverseResiduals(const double* gram, const double* v, int n, double* residu
 }
 
 void gramResidual(const double* gram, const double* high, const double* low, int n, double* sums) {
-    const int stride = exactRowLength(n), rests = (n + 1) * stride;
+    const int stride = wholeCacheLines(n), rests = (n + 1) * stride;
     for (int i = 0; i < stride; i += kLanes) {
         const auto element = [=](int k) {
             return Exact{load(gram + k * stride + i), load(gram + rests + k * stride + i)};
@@ -226,13 +226,13 @@ void multiplyRows(const WeightedRows& a, const double* w, double* room, double* 
 
 double sumResiduals(const WeightedRows& a, const double* high, const double* low, double* room,
                     double* sums) {
-    constexpr int kRows = kPartialSums > 2 * kLanes ? kPartialSums : 2 * kLanes;  // rows
+    constexpr int kRows = kPartialSums > 2 * kLanes ? kPartialSums : 2 * kLanes;  // at a time
     constexpr int kVectors = kRows / kLanes, kSums = kPartialSums / kLanes;
     const int n = a.n;
     const Index length = n + 1;
-    double* const partial = room;  // hi, lo of each column's
+    double* const partial = room;  // of each column kPartialSums high ones, then as many low ones
     double* const transposed = partial + 2 * kPartialSums * n;
-    double squares[kPartialSums] = {}, all = 0.0;
+    double squares[kPartialSums] = {}, sumOfSquares = 0.0;
     for (int i = 0; i < 2 * kPartialSums * n; ++i)
         partial[i] = 0.0;
     for (int first = 0; first < a.m; first += kRows) {
@@ -257,24 +257,24 @@ double sumResiduals(const WeightedRows& a, const double* high, const double* low
         }
         for (int i = 0; i < n; ++i)
             for (int s = 0; s < kSums; ++s) {
-                double* const of = partial + 2 * kPartialSums * i + s * kLanes;
-                Exact sum{load(of), load(of + kPartialSums)};
+                double* const hi = partial + 2 * kPartialSums * i + s * kLanes;
+                Exact sum{load(hi), load(hi + kPartialSums)};
                 for (int v = s; v < kVectors; v += kSums)
                     sum = sum + residuals[v] * load(transposed + i * kRows + v * kLanes);
-                store(of, sum.hi);
-                store(of + kPartialSums, sum.lo);
+                store(hi, sum.hi);
+                store(hi + kPartialSums, sum.lo);
             }
     }
     for (int s = 0; s < kPartialSums; ++s)
-        all += squares[s];
+        sumOfSquares += squares[s];
     for (int i = 0; i < n; ++i) {
-        const double* const of = partial + 2 * kPartialSums * i;
+        const double* const hi = partial + 2 * kPartialSums * i;
         Exact sum{};
         for (int s = 0; s < kPartialSums; ++s)
-            sum = sum + Exact{broadcast(of[s]), broadcast(of[kPartialSums + s])};
+            sum = sum + Exact{broadcast(hi[s]), broadcast(hi[kPartialSums + s])};
         sums[i] = sum.hi[0];
     }
-    return all;
+    return sumOfSquares;
 }
 
 }  // namespace FIELDSCAN_KERNELS

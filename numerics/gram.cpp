@@ -1,3 +1,4 @@
+// addGram with the room that its kernel needs, and mirror.
 #include "numerics/gram.h"
 
 #include <cstddef>

@@ -1,9 +1,11 @@
-// The weighted Gram matrix of the columns of A, and what they have in common with a column l:
+// The weighted Gram matrix of the columns of A, and their products with a column l. Symbols of this folder:
 //
-//   A^T P A | A^T P l      element (i, j) = sum over k of (a_kj a_ki) p_k, in the order of k, j >= i
+//   A  m x n, a_ki in row k     l  m observations     P  diagonal, weights p_k     N = A^T P A
 //
-// Matrices are rows of n + 1 elements: n coefficients, then the observation or the right-hand side. Of
-// symmetric ones the upper half is read.
+//   A^T P A | A^T P l           element (i, j) = sum over k of (a_kj a_ki) p_k, in the order of k, j >= i
+//
+// Matrices are rows of n + 1 elements: n coefficients, then the observation or the right-hand side. Only the
+// upper half of symmetric ones is read.
 #ifndef FIELDSCAN_NUMERICS_GRAM_H
 #define FIELDSCAN_NUMERICS_GRAM_H
 
@@ -19,8 +21,8 @@ struct WeightedRows {
     int n;
 };
 
-// Adds to the upper half of `gram`. Returns l^T |P| l, with a minus sign when a weight is negative: passes of
-// their own cost 0.4 of forming 4 columns. The bits are those of plain loops.
+// Adds to the upper half of `gram`, with the bits of plain loops. Returns l^T |P| l, with a minus sign when a
+// weight is negative. (A pass for that sum takes 0.4 of the time of forming 4 columns.)
 double addGram(const WeightedRows& a, double* gram);
 
 // Copies the upper half to the lower one.

@@ -1,12 +1,12 @@
-// Kernels of gram.h. Few columns: all sums in registers. Else tiles, the rows of A in the place of their rows
-// k; rows that are short enough stay where they lie and are not packed into panels.
+// Kernels of gram.h. Few columns: all sums stay in registers. More: tiles (tiles.h), with the rows of A as
+// rows k; short rows are read in place, longer ones are packed into panels.
 #include "numerics/gram.h"
 #include "numerics/tiles.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
 
-// Several weights at a time: a plain loop takes half as long as forming 2000 x 4.
+// Compares kLanes weights at a time: a plain loop takes half as long as forming 2000 x 4.
 bool weightsAreOne(const WeightedRows& a) {
     const Lanes one = broadcast(1.0);
     decltype(Lanes{} != one) others = {};
@@ -23,49 +23,50 @@ bool weightsAreOne(const WeightedRows& a) {
 
 namespace {
 
-constexpr int kPacked = 64;  // rows at a time; more gain nothing
+constexpr int kPacked = 64;  // rows at a time; more gains nothing
 
-// Rows that are short enough for as many as are packed to leave room in a first cache of 32 KiB are read
-// where they lie: packing would take a fifth of forming 500 x 12, a tenth of 5000 x 30. Longer ones that come
-// from memory take up to a quarter more so.
+// Rows are read in place where kPacked of them fit into three quarters of a first cache of 32 KiB: packing
+// them takes a fifth of forming 500 x 12, a tenth of 5000 x 30. Longer rows that come from memory take up to
+// a quarter more time in place.
 constexpr int kInCache = 3072;  // doubles
+static_assert(kInCache * sizeof(double) == 32 * 1024 / 4 * 3, "three quarters of the cache");
 constexpr int kLongestInPlace = kInCache / kPacked;
 
-template <Kind kind>
-void addMany(const WeightedRows& a, double* room, double* gram) {
+template <Update update>
+void addInTiles(const WeightedRows& a, double* room, double* gram) {
     const int n = a.n, length = n + 1;
-    const Space space(room, kPacked, length);
-    space.readSums(gram, n);
+    const TileBuffer buffer(room, kPacked, length);
+    buffer.readSums(gram, n);
     for (int first = 0, count; first < a.m; first += count) {
         const double* rows = a.rows + static_cast<Index>(first) * length;
         const int rest = a.m - first;
         Factors factors = {rows, length, kPanel};
         if (length <= kLongestInPlace && rest > 1) {
-            count = smaller(kInCache / length, rest - 1);  // the last one cannot be read beyond its end
+            // A tile may read past the end of a row, so not of the last one.
+            count = smaller(kInCache / length, rest - 1);
         } else {
             count = smaller(kPacked, rest);
-            space.setRows(0, count, rows, length, 0, static_cast<Index>(rest) * length);
-            factors = space.factors();
+            buffer.setRows(0, count, rows, length, 0, static_cast<Index>(rest) * length);
+            factors = buffer.factors();
         }
         for (int j = 0; j < length; j += kPanel)
             for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
-                space.add<kind>(i, j, factors, a.weights + first, 0, count);
+                buffer.add<update>(i, j, factors, a.weights + first, 0, count);
     }
-    space.writeSums(gram, n);
+    buffer.writeSums(gram, n);
 }
 
-// Few columns: all sums in registers, the rows read where they lie. Vectors of columns end at the right
-// edge, and row i has as many as reach its diagonal, so none reads beyond a row that fills a register; of
-// shorter ones, the last are read from a copy.
-template <int n, Kind kind>
-double addFew(const double* rows, const double* weights, int m, double* gram) {
+// All sums in registers, rows read in place. The registers of a row are counted from its right end, and row i
+// of the sums has as many as reach its diagonal. So only rows shorter than a register are read past their
+// end: the last of these are read from a copy.
+template <int n, bool weighted>
+double addInRegisters(const double* rows, const double* weights, int m, double* gram) {
     constexpr int kLength = n + 1, kMost = (kLength + kLanes - 1) / kLanes;
-    constexpr int kShort =
-        kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows whose vector ends past the last row
+    constexpr int kShort = kLength < kLanes ? (kLanes - 1) / kLength : 0;  // rows to copy
     const auto begin = [](int v) { return (v + 1) * kLanes < kLength ? kLength - (v + 1) * kLanes : 0; };
     const auto vectors = [](int i) { return (kLength - i + kLanes - 1) / kLanes; };
-    // Lane by lane: a register read from memory that was just written in parts waits for all of the writes,
-    // which took a seventh of the time of 8 x 4.
+    // Lane by lane: reading a register from memory that was just written in parts waits for all the writes, a
+    // seventh of the time of 8 x 4.
     Lanes sums[n][kMost];
     for (int i = 0; i < n; ++i)
         for (int v = 0; v < kMost; ++v) {
@@ -85,7 +86,7 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
     for (int k = 0; k < m; ++k, rows += kLength) {
         const double* row = kShort > 0 && k >= whole ? last + (k - whole) * kLength : rows;
         const double square = row[n] * row[n];
-        squares += kind == Kind::weighted ? square * __builtin_fabs(weights[k]) : square;
+        squares += weighted ? square * __builtin_fabs(weights[k]) : square;
         Lanes columns[kMost];
         for (int v = 0; v < kMost; ++v)
             columns[v] = load(row + begin(v));
@@ -93,7 +94,7 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
             for (int v = 0; v < kMost; ++v) {
                 if (v < vectors(i)) {
                     const Lanes product = columns[v] * row[i];
-                    sums[i][v] += kind == Kind::weighted ? product * weights[k] : product;
+                    sums[i][v] += weighted ? product * weights[k] : product;
                 }
             }
         }
@@ -109,21 +110,21 @@ double addFew(const double* rows, const double* weights, int m, double* gram) {
 }
 
 // Columns whose sums fill the registers: 26 of 32, 14 or 15 of 16.
-constexpr int kMostFew = kLanes == 8 ? 16 : kLanes == 4 ? 8 : 6;
-static_assert(kPanel <= kMostFew + 2, "of rows in place, a tile reads no further than the next one");
+constexpr int kMostInRegisters = kLanes == 8 ? 16 : kLanes == 4 ? 8 : 6;
+static_assert(kPanel <= kMostInRegisters + 2, "a tile reads rows in place no further than the next row");
 
 template <int n>
-double addFewOf(const WeightedRows& a, bool unit, double* gram) {
+double addInRegistersOf(const WeightedRows& a, bool unit, double* gram) {
     if constexpr (n > 1)
         if (a.n != n)
-            return addFewOf<n - 1>(a, unit, gram);
-    const auto add = unit ? addFew<n, Kind::plain> : addFew<n, Kind::weighted>;
+            return addInRegistersOf<n - 1>(a, unit, gram);
+    const auto add = unit ? addInRegisters<n, false> : addInRegisters<n, true>;
     return add(a.rows, a.weights, a.m, gram);
 }
 
 }  // namespace
 
-long long gramRoom(int n) { return n <= kMostFew ? 0 : Space::sizeOf(kPacked, n, n + 1); }
+long long gramRoom(int n) { return n <= kMostInRegisters ? 0 : TileBuffer::sizeOf(kPacked, n, n + 1); }
 
 double addGram(const WeightedRows& a, double* room, double* gram) {
     const bool unit = weightsAreOne(a);  // multiplying by 1 changes no bit, so it is left out
@@ -131,10 +132,10 @@ double addGram(const WeightedRows& a, double* room, double* gram) {
     for (int k = 0; k < a.m && !unit; ++k)
         negative += a.weights[k] < 0.0;
     double squares = 0.0;
-    if (a.n <= kMostFew) {
-        squares = addFewOf<kMostFew>(a, unit, gram);
+    if (a.n <= kMostInRegisters) {
+        squares = addInRegistersOf<kMostInRegisters>(a, unit, gram);
     } else {
-        unit ? addMany<Kind::plain>(a, room, gram) : addMany<Kind::weighted>(a, room, gram);
+        unit ? addInTiles<Update::add>(a, room, gram) : addInTiles<Update::addWeighted>(a, room, gram);
         for (int k = 0; k < a.m; ++k) {
             const double l = a.rows[k * (a.n + 1LL) + a.n];
             squares += l * l * __builtin_fabs(a.weights[k]);

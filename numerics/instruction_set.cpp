@@ -1,3 +1,4 @@
+// Asks the processor once. The answer is atomic: a test may limit it while other threads compute.
 #include "numerics/instruction_set.h"
 
 #include <atomic>
@@ -6,7 +7,7 @@ namespace fieldscan {
 
 namespace {
 
-InstructionSet ofThisMachine() {
+InstructionSet widestSupported() {
 #if defined(__x86_64__) || defined(__i386__)
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"))
@@ -18,19 +19,19 @@ InstructionSet ofThisMachine() {
     return InstructionSet::baseline;
 }
 
-std::atomic<InstructionSet>& chosen() {
-    static std::atomic<InstructionSet> set{ofThisMachine()};
+std::atomic<InstructionSet>& setInUse() {
+    static std::atomic<InstructionSet> set{widestSupported()};
     return set;
 }
 
 }  // namespace
 
-InstructionSet instructionSet() { return chosen().load(std::memory_order_relaxed); }
+InstructionSet instructionSet() { return setInUse().load(std::memory_order_relaxed); }
 
 bool limitInstructionSet(InstructionSet widest) {
-    if (widest > ofThisMachine())
+    if (widest > widestSupported())
         return false;
-    chosen() = widest;
+    setInUse() = widest;
     return true;
 }
 

@@ -6,18 +6,17 @@ namespace fieldscan {
 
 enum class InstructionSet { baseline, avx2, avx512 };  // avx2 with FMA; avx512 with its F, DQ and VL parts
 
-// The widest set that processor and system have; what a table of kernels is chosen by.
+// The widest set that processor and system support, or the limit.
 InstructionSet instructionSet();
 
-// For tests: keeps the whole process to `widest`. False, and nothing changes, where the machine lacks it.
+// For tests: limits the whole process to `widest`. False, and nothing changes, where the machine lacks it.
 bool limitInstructionSet(InstructionSet widest);
 
 }  // namespace fieldscan
 
-// A file of kernels is compiled once for each set, as namespace FIELDSCAN_KERNELS: fieldscan::baseline and,
-// where the processor has them, fieldscan::avx2 and fieldscan::avx512. FIELDSCAN_CHOSEN(table) is the one
-// `table` of those that this machine uses.
-// FIELDSCAN_IN_EACH_SET declares what such a file defines.
+// A file of kernels is compiled once for each set. FIELDSCAN_KERNELS is its namespace: fieldscan::baseline
+// and, on x86, fieldscan::avx2 and fieldscan::avx512. FIELDSCAN_IN_EACH_SET declares what such a file
+// defines; FIELDSCAN_CHOSEN(function) is the function of the set that is in use.
 #define FIELDSCAN_IN_EACH_SET(...) \
     namespace baseline {           \
     __VA_ARGS__                    \
@@ -29,12 +28,12 @@ bool limitInstructionSet(InstructionSet widest);
     __VA_ARGS__                    \
     }
 #if defined(__x86_64__) || defined(__i386__)
-#define FIELDSCAN_CHOSEN(table)                                                                  \
-    (fieldscan::instructionSet() == fieldscan::InstructionSet::avx512 ? fieldscan::avx512::table \
-     : fieldscan::instructionSet() == fieldscan::InstructionSet::avx2 ? fieldscan::avx2::table   \
-                                                                      : fieldscan::baseline::table)
+#define FIELDSCAN_CHOSEN(function)                                                                  \
+    (fieldscan::instructionSet() == fieldscan::InstructionSet::avx512 ? fieldscan::avx512::function \
+     : fieldscan::instructionSet() == fieldscan::InstructionSet::avx2 ? fieldscan::avx2::function   \
+                                                                      : fieldscan::baseline::function)
 #else
-#define FIELDSCAN_CHOSEN(table) (fieldscan::baseline::table)
+#define FIELDSCAN_CHOSEN(function) (fieldscan::baseline::function)
 #endif
 
 #endif

@@ -1,3 +1,4 @@
+// Refinement in double-double, and when to stop it. x: unknowns, c: correction, q_ii = (N^-1)_ii.
 #include "numerics/iterative_refinement.h"
 
 #include <algorithm>
@@ -14,26 +15,29 @@ namespace fieldscan {
 namespace {
 
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
-constexpr double kUnseen = 0x1p-57;    // change of an unknown, relative
-constexpr double kSettled = 1e-13;     // likewise, or of its standard deviation
-constexpr double kRounding = 0x1p-80;  // change of A x, of its scale: where steps may no longer shrink
-constexpr double kHopeless = 1e20;     // VIF from which corrections say too little about their errors
-constexpr double kUncertain = 64.0;    // scatters
-constexpr double kNothing = 0x1p-40;   // of what the noise could make of an unknown
+constexpr double kSettled = 0x1p-57;   // change of an unknown, relative to it
+constexpr double kCertain = 1e-13;     // likewise, or relative to its standard deviation
+constexpr double kRounding = 0x1p-80;  // change of A x relative to its scale; smaller steps may be rounding
+constexpr double kIllConditioned = 1e20;    // VIF from which a correction is no measure of the error
+constexpr double kUncertain = 64.0;         // an unknown of so many times its scatter may be 0
+constexpr double kFarBelowNoise = 0x1p-40;  // relative to what the noise could make of an unknown
 
 }  // namespace
 
-// Steps are measured by |A correction| = sqrt(correction^T N correction), the change of A x: as a rule each
-// is smaller than the one before by the condition of A times a rounding step. Single unknowns need not
-// shrink, and a step says little about them while it is dominated by what is solved almost exactly. So, once
-// only rounding is left, each unknown must settle by itself: its corrections have to shrink; those that do
-// not are the scatter that the rounding of the residuals makes, and it counts from then on.
+// The size of a step is the change of A x: |A c| = sqrt(c^T N c) = sqrt(c^T sums). It shrinks by about the
+// condition of A times eps from step to step, and bounds every unknown (Cauchy-Schwarz):
+//
+//   |c_i| <= |A c| sqrt(q_ii)
+//
+// When the size no longer shrinks, only rounding is left. Then each unknown is looked at by itself:
+// corrections that do not halve are its scatter, which counts from then on, and the unknown is certain when
+// correction and scatter are small enough.
 bool refineIteratively(const Refinement& r, double* solution) {
     constexpr int kMostSteps = 30;
-    const std::size_t n = static_cast<std::size_t>(r.n), next = n + 2;
+    const std::size_t n = static_cast<std::size_t>(r.n), diagonal = n + 2;
     std::vector<double> room(6 * (n + 8));
     double *const high = room.data(), *const low = high + n, *const sums = low + n;
-    double *const correction = sums + n + 8, *const moved = correction + n, *const scattered = moved + n;
+    double *const correction = sums + n + 8, *const before = correction + n, *const scatter = before + n;
     std::copy(solution, solution + n, high);
     double change = std::numeric_limits<double>::infinity();
     for (int step = 0; step < kMostSteps; ++step) {
@@ -46,32 +50,33 @@ bool refineIteratively(const Refinement& r, double* solution) {
             const auto x = DoubleDouble<double>{high[i], low[i]} + DoubleDouble<double>{correction[i], 0.0};
             high[i] = x.hi;
             low[i] = x.lo;
-            scale = std::max(scale, std::fabs(x.hi) * std::sqrt(r.normal[i * next]));
+            scale = std::max(scale, std::fabs(x.hi) * std::sqrt(r.normal[i * diagonal]));
         }
         if (!std::isfinite(change) || !std::isfinite(scale))
             return false;
         std::copy(high, high + n, solution);
 
         const double noise = r.noise * scale;
-        const double coming = std::max(change * std::max(r.rate, change / last) / kUnseen, noise / kEpsilon);
-        bool unseen = true, certain = true;
+        // The next correction and the noise, as changes of A x, over what may remain of them in an unknown.
+        const double bound = std::max(change * std::max(r.rate, change / last) / kSettled, noise / kEpsilon);
+        bool converged = true, certain = true;
         for (std::size_t i = 0; i < n; ++i)
-            unseen = unseen && coming * std::sqrt(r.inverse[i * next]) <= std::fabs(high[i]);
-        if (unseen)
+            converged = converged && bound * std::sqrt(r.inverse[i * diagonal]) <= std::fabs(high[i]);
+        if (converged)
             return true;
         const bool rounding = change <= noise || (change <= kRounding * scale && change > 0.5 * last);
         if (rounding && !r.final)
             return false;
         for (std::size_t i = 0; i < n; ++i) {
-            const double part = std::sqrt(r.inverse[i * next]), x = std::fabs(high[i]), before = moved[i];
-            moved[i] = std::fabs(correction[i]);
-            const bool hopeless = part * part * r.normal[i * next] > kHopeless;
-            if (rounding && (hopeless || moved[i] > 0.5 * before))
-                scattered[i] = std::max({scattered[i], moved[i], hopeless ? 0.1 * noise * part : 0.0});
-            if (x <= noise * part * (x <= kUncertain * scattered[i] ? 1.0 : kNothing))
+            const double root = std::sqrt(r.inverse[i * diagonal]);
+            const double x = std::fabs(high[i]), c = std::fabs(correction[i]);
+            const bool illConditioned = root * root * r.normal[i * diagonal] > kIllConditioned;
+            if (rounding && (illConditioned || c > 0.5 * before[i]))
+                scatter[i] = std::max({scatter[i], c, illConditioned ? 0.1 * noise * root : 0.0});
+            before[i] = c;
+            if (x <= noise * root * (x <= kUncertain * scatter[i] ? 1.0 : kFarBelowNoise))
                 solution[i] = 0.0;
-            else if (!(std::max(moved[i], scattered[i]) <=
-                       kSettled * std::max(x, std::sqrt(variance) * part)))
+            else if (!(std::max(c, scatter[i]) <= kCertain * std::max(x, std::sqrt(variance) * root)))
                 certain = false;
         }
         if (rounding && certain)

@@ -1,3 +1,4 @@
+// Shifted Cholesky QR, with S in double-double; legend and source: orthonormal.h.
 #include "numerics/orthonormal.h"
 
 #include <algorithm>
@@ -25,8 +26,8 @@ Vector squaresOf(const double* rows, const WeightedRows& a) {
     return squares;
 }
 
-// S = B^T P B | B^T P l of B = A Z. Exact sums, so that a row with a negative weight takes out another one of
-// any size.
+// S = B^T P B | B^T P l of B = A Z. The sums are exact: a row with a negative weight cancels the row that it
+// takes out, of any size.
 bool formGram(const WeightedRows& a, const double* z, double* gram) {
     const Workspace room(exactProductsRoom(a.n));
     Vector b(static_cast<std::size_t>(a.m) * (static_cast<std::size_t>(a.n) + 1));
@@ -38,29 +39,28 @@ bool formGram(const WeightedRows& a, const double* z, double* gram) {
     return true;
 }
 
-// z becomes z u, both upper triangles.
-void multiplyTriangles(double* z, const Vector& u, int n) {
+// z becomes z u, both upper triangles; in place from the right, since an element takes only those to its
+// left.
+void multiplyTriangles(double* z, const double* u, int n) {
     const std::ptrdiff_t length = n + 1;
-    Vector row(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) {
-        std::fill(row.begin(), row.end(), 0.0);
-        for (int k = i; k < n; ++k)
-            for (int j = k; j < n; ++j)
-                row[static_cast<std::size_t>(j)] +=
-                    z[i * length + k] * u[static_cast<std::size_t>(k * length + j)];
-        std::copy(row.begin() + i, row.end(), z + i * length + i);
-    }
+    for (int i = 0; i < n; ++i)
+        for (int j = n - 1; j >= i; --j) {
+            double sum = 0.0;
+            for (int k = i; k <= j; ++k)
+                sum += z[i * length + k] * u[k * length + j];
+            z[i * length + j] = sum;
+        }
 }
 
 }  // namespace
 
 bool orthonormalize(const WeightedRows& a, double* root) {
-    constexpr double kLeast = 1e-13;
-    constexpr double kNear = 0.25;  // pivots of an S that is I but for rounding
+    constexpr double kDependent = 1e-13;        // part of a column's length
+    constexpr double kLeastPivotOfUnit = 0.25;  // of an S that is I but for rounding
     constexpr int kMostSteps = 6;
     const int n = a.n;
     const std::ptrdiff_t length = n + 1;
-    const double shift = 128.0 * n * __DBL_EPSILON__;  // more than what choleskyFactor takes for singular
+    const double shift = 2.0 * kSingular * n;  // twice what choleskyFactor refuses
     Vector gram(static_cast<std::size_t>(n * length)), factor(gram.size()), lengths;
     const auto diagonal = [=](int i) { return static_cast<std::size_t>(i * (length + 1)); };
     std::fill(root, root + n * length, 0.0);
@@ -71,21 +71,21 @@ bool orthonormalize(const WeightedRows& a, double* root) {
             return false;
         root[diagonal(i)] = std::ldexp(1.0, -std::ilogb(std::sqrt(square)));
     }
-    bool near = false;
-    for (int step = 0; !near; ++step) {
+    bool orthonormal = false;
+    for (int step = 0; !orthonormal; ++step) {
         if (step == kMostSteps || !formGram(a, root, gram.data()))
             return false;
         for (int i = 0; i < n && step == 0; ++i)
             lengths.push_back(std::sqrt(gram[diagonal(i)]) / root[diagonal(i)]);
-        near = step > 0 && choleskyFactor(gram.data(), n, kNear, factor.data());
-        for (int i = 0; i < n && !near; ++i)
+        orthonormal = step > 0 && choleskyFactor(gram.data(), n, kLeastPivotOfUnit, factor.data());
+        for (int i = 0; i < n && !orthonormal; ++i)
             gram[diagonal(i)] *= 1.0 + shift;
-        if (!near && !choleskyFactor(gram.data(), n, 0.0, factor.data()))
+        if (!orthonormal && !choleskyFactor(gram.data(), n, 0.0, factor.data()))
             return false;
         invertTriangle(factor.data(), n);
-        multiplyTriangles(root, factor, n);
+        multiplyTriangles(root, factor.data(), n);
         for (int i = 0; i < n; ++i)
-            if (!(root[diagonal(i)] * lengths[static_cast<std::size_t>(i)] * kLeast < 1.0))
+            if (!(root[diagonal(i)] * lengths[static_cast<std::size_t>(i)] * kDependent < 1.0))
                 return false;
     }
     return true;

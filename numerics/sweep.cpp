@@ -1,3 +1,4 @@
+// The sweep operator, compiled for each small number of unknowns and once for any.
 #include "numerics/sweep.h"
 
 #include <cstddef>
@@ -8,14 +9,14 @@ namespace fieldscan {
 
 namespace {
 
-constexpr int kCompiled = 6;  // a transformation in the plane, a camera in space
+constexpr int kMostCompiled = 6;  // unknowns of a transformation in the plane, of a camera in space
 
-// To sweep pivot d in row and column k means: a_ij - a_ik a_kj / d elsewhere, a_ik / d in its row and column,
-// -1 / d in its place. The matrix stays symmetric, so that its upper half will do, and becomes -N^-1; b, as
-// the last column, becomes the unknowns.
+// Sweeping pivot d = a_kk: a_ij - a_ik a_kj / d outside row and column k, a_ik / d in them, -1 / d in their
+// place. The matrix stays symmetric, so its upper half is enough. N becomes -N^-1; b, the last column,
+// becomes the unknowns.
 //
-// `compiled` is the number of unknowns, or 0 for any. With a number known in advance the matrix stays in
-// registers: 0.84 of the time of 8 x 4, 0.75 of 20 x 6.
+// `compiled` is the number of unknowns, or 0 for any. With a known number the matrix stays in registers: 0.84
+// of the time of 8 x 4, 0.75 of 20 x 6.
 template <int compiled>
 bool sweepCompiled(const double* normal, int unknowns, double tolerance, double* work, double* solution,
                    double* inverse) {
@@ -75,7 +76,7 @@ bool sweepUpTo(const double* normal, int n, double tolerance, double* work, doub
 }  // namespace
 
 bool sweep(const double* normal, int n, double tolerance, double* work, double* solution, double* inverse) {
-    return sweepUpTo<kCompiled>(normal, n, tolerance, work, solution, inverse);
+    return sweepUpTo<kMostCompiled>(normal, n, tolerance, work, solution, inverse);
 }
 
 }  // namespace fieldscan

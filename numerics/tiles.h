@@ -1,8 +1,7 @@
-// For kernels: the upper half of a symmetric matrix of sums of products, in tiles (Goto and van de Geijn
-// 2008).
+// For kernels: the upper half of a symmetric matrix of sums of products, in tiles (Goto and van de Geijn, ACM
+// Trans. Math. Softw. 34, 2008).
 //
-// An element (i, j) is one sum over k that is added up in the order of k, so lanes hold neighbouring columns
-// j of one k:
+// Element (i, j) is one sum, added up in the order of k. So lanes hold neighbouring columns j of one row k:
 //
 //            columns j: a panel, kVectors registers          rows k of a panel lie one after the other,
 //          +--------+--------+                               kPanel doubles each: the tile reads two
@@ -12,7 +11,7 @@
 //   them   | sum    | sum    |     stay in registers
 //          +--------+--------+
 //
-// The sums lie in a matrix padded to whole tiles; of those on the diagonal a register below it is left out.
+// The matrix of sums is padded to whole tiles. In tiles on the diagonal, registers below it are left out.
 #ifndef FIELDSCAN_NUMERICS_TILES_H
 #define FIELDSCAN_NUMERICS_TILES_H
 
@@ -27,9 +26,9 @@ constexpr int kVectors = 2;
 constexpr int kRows = kLanes == 8 ? 8 : 4;  // 16 registers of sums with AVX-512, else 8
 constexpr int kPanel = kVectors * kLanes;
 
-enum class Kind { plain, weighted, subtracted };
+enum class Update { add, addWeighted, subtract };  // what a tile does with the products
 
-// Where the factors of the products lie: `first` is (row 0, column 0).
+// Where the factors of the products are; `first` is (row 0, column 0).
 struct Factors {
     const double* first;
     Index rowStep, panelStep;
@@ -39,8 +38,8 @@ struct Factors {
     }
 };
 
-// sums[i length + j] grows by the products of columns left[i] and right[j] in rows k < count.
-template <Kind kind, int rows, int vectors>
+// Adds to sums[i length + j] the products of columns left[i] and right[j] in rows k < count, or subtracts.
+template <Update update, int rows, int vectors>
 static void addTile(const double* right, const double* left, Index rowStep, const double* weights, int count,
                     double* sums, Index length) {
     Lanes tile[rows][vectors];
@@ -54,9 +53,9 @@ static void addTile(const double* right, const double* left, Index rowStep, cons
         for (int i = 0; i < rows; ++i) {
             for (int v = 0; v < vectors; ++v) {
                 const Lanes product = row[v] * left[i];
-                if (kind == Kind::weighted)
+                if (update == Update::addWeighted)
                     tile[i][v] += product * weights[k];
-                else if (kind == Kind::subtracted)
+                else if (update == Update::subtract)
                     tile[i][v] -= product;
                 else
                     tile[i][v] += product;
@@ -70,28 +69,27 @@ static void addTile(const double* right, const double* left, Index rowStep, cons
 
 static inline int smaller(int a, int b) { return a < b ? a : b; }
 
-static inline Index upTo(Index step, Index count) { return (count + step - 1) / step * step; }
+static inline Index roundUp(Index count, Index step) { return (count + step - 1) / step * step; }
 
-// What a computation keeps in its buffer: rows of products' factors, in panels, and the matrix of sums,
-// padded to whole tiles. Its rows take an odd number of cache lines: powers of two would meet in one set of
-// the cache.
-struct Space {
+// The buffer of a computation: rows of factors, in panels, and the padded matrix of sums. A row of sums takes
+// an odd number of cache lines: rows a power of two apart would compete for one set of the cache.
+struct TileBuffer {
     double* panels;
     double* sums;
     Index height;  // rows of a panel
     Index length;  // of a row of sums
     int columns;   // in use
 
-    Space(double* buffer, int rows, int width)
+    TileBuffer(double* buffer, int rows, int width)
         : panels(buffer),
-          sums(buffer + upTo(kPanel, width) * rows),
+          sums(buffer + roundUp(width, kPanel) * rows),
           height(rows),
           length(lengthOf(width)),
           columns(width) {}
 
-    static Index lengthOf(int width) { return upTo(16, width) + 8; }
+    static Index lengthOf(int width) { return roundUp(width, 16) + 8; }
     static Index sizeOf(int panelRows, int rows, int width) {
-        return upTo(kPanel, width) * panelRows + upTo(kRows, rows) * lengthOf(width);
+        return roundUp(width, kPanel) * panelRows + roundUp(rows, kRows) * lengthOf(width);
     }
 
     Factors factors() const { return {panels, kPanel, height * kPanel}; }
@@ -100,8 +98,8 @@ struct Space {
         return panels + (column / kPanel * height + k) * kPanel + column % kPanel;
     }
 
-    // Rows `first` to `first` + `count` of the panels from column `begin` on. What lies past the columns
-    // lands in sums that nobody reads; `readable` elements can be read from `rows` on.
+    // Sets rows `first` to `first` + `count` of the panels, from column `begin` on. `readable` elements can
+    // be read from `rows` on. What a panel has past the last column adds to sums that are never read.
     void setRows(int first, int count, const double* rows, Index rowLength, int begin, Index readable) const {
         for (int j = begin - begin % kPanel; j < columns; j += kPanel) {
             const double* from = rows + j;
@@ -117,9 +115,9 @@ struct Space {
         }
     }
 
-    // The upper half, from and to rows of n + 1.
+    // The upper half of the sums from `matrix`, and to it; rows of n + 1.
     void readSums(const double* matrix, int n) const {
-        for (int i = 0; i < upTo(kRows, n); ++i)
+        for (int i = 0; i < roundUp(n, kRows); ++i)
             for (int j = i - i % kRows; j < length; ++j)
                 sums[i * length + j] = i < n && j >= i && j < columns ? matrix[i * (n + 1LL) + j] : 0.0;
     }
@@ -129,19 +127,19 @@ struct Space {
                 matrix[i * (n + 1LL) + j] = sums[i * length + j];
     }
 
-    // The tile at (i, j) grows by the products of rows `begin` to `end` of the factors.
-    template <Kind kind>
+    // Updates the tile at (i, j) with the products of rows `begin` to `end` of the factors.
+    template <Update update>
     void add(int i, int j, const Factors& factors, const double* weights, int begin, int end) const {
-        const auto addColumns = [&](auto columnsOf, int from) {
-            columnsOf(factors.at(begin, from), factors.at(begin, i), factors.rowStep, weights, end - begin,
-                      sums + i * length + from, length);
+        const auto addColumns = [&](auto tile, int from) {
+            tile(factors.at(begin, from), factors.at(begin, i), factors.rowStep, weights, end - begin,
+                 sums + i * length + from, length);
         };
-        if (i >= j + kLanes)  // the first register lies below the diagonal
-            addColumns(addTile<kind, kRows, 1>, j + kLanes);
-        else if (j + kLanes >= columns)  // the second one past the last column
-            addColumns(addTile<kind, kRows, 1>, j);
+        if (i >= j + kLanes)  // the first register is below the diagonal
+            addColumns(addTile<update, kRows, 1>, j + kLanes);
+        else if (j + kLanes >= columns)  // the second one is past the last column
+            addColumns(addTile<update, kRows, 1>, j);
         else
-            addColumns(addTile<kind, kRows, kVectors>, j);
+            addColumns(addTile<update, kRows, kVectors>, j);
     }
 };
 

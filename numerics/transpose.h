@@ -1,4 +1,5 @@
-// For kernels: rows turned into columns, so that lanes hold as many rows of one column.
+// For kernels: transposes blocks of rows, so that a register holds one column of kLanes rows. Squares of
+// kLanes x kLanes are transposed in registers, by exchanging blocks of 1, 2, 4 lanes.
 #ifndef FIELDSCAN_NUMERICS_TRANSPOSE_H
 #define FIELDSCAN_NUMERICS_TRANSPOSE_H
 
@@ -34,8 +35,8 @@ static inline void transposeSquare(const double* from, long long length, double*
         store(to + c * stride, tile[c]);
 }
 
-// transposed[i * stride + k] = row k, column i for k < count; 0 from there up to `width`, whole registers. In
-// squares of kLanes: up to kLanes - 1 more columns are written. `readable` elements of the rows can be read.
+// transposed[i * stride + k] = row k, column i for k < count, and 0 from there up to `width`, a multiple of
+// kLanes. Up to kLanes - 1 more columns are written. `readable` elements can be read from `rows` on.
 static inline void transpose(const double* rows, int count, int columns, long long length, long long readable,
                              int width, int stride, double* transposed) {
     for (int first = 0; first < width; first += kLanes, rows += kLanes * length)

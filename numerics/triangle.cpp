@@ -1,3 +1,4 @@
+// Substitution with U, and the kernels of triangle.h with the room that they need.
 #include "numerics/triangle.h"
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// Triangles of symmetric matrices, as rows of n + 1 elements: U^T U = N (Cholesky; Golub and Van Loan, Matrix
-// Computations, 4.2). The bits are those of plain loops.
+// Triangles of symmetric matrices: U^T U = N by Cholesky (Golub and Van Loan, Matrix Computations, 4.2),
+// their inverses and products. Matrices are rows of n + 1 elements. The bits are those of plain loops.
 #ifndef FIELDSCAN_NUMERICS_TRIANGLE_H
 #define FIELDSCAN_NUMERICS_TRIANGLE_H
 
@@ -7,25 +7,29 @@
 
 namespace fieldscan {
 
-// A pivot that may be nothing but rounding: at or below max(tolerance, 64 n eps diagonal), or NaN.
-// (Here, since a call would send the matrix of a sweep from registers to memory.)
+// Pivot k is N_kk less k squares whose sum is at most N_kk, so computing it errs by up to n eps N_kk. 64
+// times that is refused, since the squares err, too.
+constexpr double kSingular = 64.0 * __DBL_EPSILON__;
+
+// True when a pivot may be only rounding: at or below max(tolerance, kSingular n diagonal), or NaN.
+// (Inline: a call would move the matrix of a sweep from registers to memory.)
 static inline bool isSingularPivot(double pivot, double diagonal, int n, double tolerance) {
-    const double rounding = 64.0 * n * __DBL_EPSILON__ * diagonal;
+    const double rounding = kSingular * n * diagonal;
     return !(pivot > (tolerance < rounding ? rounding : tolerance));
 }
 
-// `factor` becomes U, its lower half and its last column the copies of those of `matrix`. False when a pivot
-// is singular, and `factor` then means nothing.
+// `factor` becomes U; its lower half and last column are copied from `matrix`. False when a pivot is
+// singular, and `factor` is then meaningless.
 bool choleskyFactor(const double* matrix, int n, double tolerance, double* factor);
 
-// `vector` becomes the solution y of U^T y = vector; x of U x = vector.
+// `vector` becomes y of U^T y = vector, or x of U x = vector.
 void solveTransposed(const double* factor, int n, double* vector);
 void solveUpper(const double* factor, int n, double* vector);
 
 // The triangle becomes its inverse, in place.
 void invertTriangle(double* factor, int n);
 
-// product = triangle triangle^T, both halves; its last column becomes 0.
+// product = triangle triangle^T, both halves, and 0 in the last column.
 void multiplyByTranspose(const double* triangle, int n, double* product);
 
 FIELDSCAN_IN_EACH_SET(long long triangleRoom(int n);  // doubles

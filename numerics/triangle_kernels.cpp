@@ -1,5 +1,5 @@
-// Kernels of triangle.h. Cholesky takes the rows of U above from those below, Z Z^T adds the columns of Z,
-// both in tiles.
+// Kernels of triangle.h. Cholesky by blocks of rows: multiples of the finished rows of U are subtracted from
+// the block in tiles (tiles.h). Z Z^T is summed in tiles, too.
 #include "numerics/tiles.h"
 #include "numerics/triangle.h"
 
@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kBlock = 4 * kLanes;  // columns of the inverse at a time
 
-// sums[j] += a W(k, j) over a row of U and the rows of W that it begins to multiply at.
+// sums[j] += row[k] W(k, j) for k < count, over kBlock columns j; `w` is row 0 of these.
 void addRows(const double* row, const double* w, Index length, int count, Lanes* sums) {
     Lanes sum[4] = {sums[0], sums[1], sums[2], sums[3]};
     for (int k = 0; k < count; ++k, w += length)
@@ -22,17 +22,17 @@ void addRows(const double* row, const double* w, Index length, int count, Lanes*
 
 }  // namespace
 
-long long triangleRoom(int n) { return Space::sizeOf(n, n, n); }
+long long triangleRoom(int n) { return TileBuffer::sizeOf(n, n, n); }
 
 bool factorize(const double* matrix, int n, double tolerance, double* room, double* factor) {
-    const Space space(room, n, n);
-    space.readSums(matrix, n);
+    const TileBuffer buffer(room, n, n);
+    buffer.readSums(matrix, n);
     for (int first = 0; first < n; first += kRows) {
         const int end = smaller(n, first + kRows);
         for (int j = first - first % kPanel; first > 0 && j < n; j += kPanel)
-            space.add<Kind::subtracted>(first, j, space.factors(), nullptr, 0, first);
+            buffer.add<Update::subtract>(first, j, buffer.factors(), nullptr, 0, first);
         for (int k = first; k < end; ++k) {
-            double* pivotRow = space.sums + k * space.length;
+            double* pivotRow = buffer.sums + k * buffer.length;
             if (isSingularPivot(pivotRow[k], matrix[k * (n + 1LL) + k], n, tolerance))
                 return false;
             const double root = __builtin_sqrt(pivotRow[k]);
@@ -40,23 +40,24 @@ bool factorize(const double* matrix, int n, double tolerance, double* room, doub
             for (int j = k + 1; j < n; ++j)
                 pivotRow[j] /= root;
             for (int i = k + 1; i < end; ++i) {
-                double* __restrict row = space.sums + i * space.length;
+                double* __restrict row = buffer.sums + i * buffer.length;
                 const double multiple = pivotRow[i];
                 for (int j = i; j < n; ++j)
                     row[j] -= multiple * pivotRow[j];
             }
-            space.setRows(k, 1, pivotRow, 0, end, space.length);
+            buffer.setRows(k, 1, pivotRow, 0, end, buffer.length);
         }
     }
     for (Index k = 0; k < n * (n + 1LL); ++k)
         factor[k] = matrix[k];
-    space.writeSums(factor, n);
+    buffer.writeSums(factor, n);
     return true;
 }
 
-// Blocks of columns from the right, since those to the left need their U no more; rows upward. The rows of W
-// that are not as long as the block is wide, on its diagonal, lie in a copy with zeros to the left: products
-// with them change no sum.
+// W = U^-1 by back substitution: W(i, j) = -(sum of U(i, k) W(k, j), i < k <= j) / U(i, i), W(j, j) = 1 /
+// U(j, j). Blocks of columns from right to left: those to the left no longer read the U that a block
+// overwrites. Rows from the bottom up. The block on the diagonal is kept in a copy, its rows padded with
+// zeros to the left, which change no sum.
 void invert(double* factor, int n) {
     const Index length = n + 1;
     for (int end = n; end > 0; end -= kBlock) {
@@ -84,18 +85,18 @@ void invert(double* factor, int n) {
     }
 }
 
-// Zeros stand before the first element of a row; products with them change no sum.
+// The rows of the triangle are padded with zeros to the left, which change no sum.
 void multiply(const double* triangle, int n, double* room, double* product) {
-    const Space space(room, n, n);
-    for (int i = 0; i < upTo(kPanel, n); ++i)
+    const TileBuffer buffer(room, n, n);
+    for (int i = 0; i < roundUp(n, kPanel); ++i)
         for (int k = i - i % kPanel; k < n; ++k)
-            *space.panelAt(k, i) = i <= k ? triangle[i * (n + 1LL) + k] : 0.0;
-    for (Index k = 0; k < upTo(kRows, n) * space.length; ++k)
-        space.sums[k] = 0.0;
+            *buffer.panelAt(k, i) = i <= k ? triangle[i * (n + 1LL) + k] : 0.0;
+    for (Index k = 0; k < roundUp(n, kRows) * buffer.length; ++k)
+        buffer.sums[k] = 0.0;
     for (int j = 0; j < n; j += kPanel)
         for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
-            space.add<Kind::plain>(i, j, space.factors(), nullptr, j, n);
-    space.writeSums(product, n);
+            buffer.add<Update::add>(i, j, buffer.factors(), nullptr, j, n);
+    buffer.writeSums(product, n);
     for (int i = 0; i < n; ++i)
         product[i * (n + 1LL) + n] = 0.0;
 }

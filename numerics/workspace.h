@@ -1,4 +1,4 @@
-// Room for what kernels compute with.
+// Memory for intermediate results of kernels.
 #ifndef FIELDSCAN_NUMERICS_WORKSPACE_H
 #define FIELDSCAN_NUMERICS_WORKSPACE_H
 
@@ -8,14 +8,14 @@
 
 namespace fieldscan {
 
-// Doubles, aligned to a cache line of 8; not initialized. (Aligned by hand: aligned `new` adds a tenth to
-// refining 8 x 4.)
+// Doubles, aligned to a cache line of 8; not initialized. (Aligned by hand: with aligned `new` refining 8 x 4
+// takes a tenth longer.)
 class Workspace {
 public:
     explicit Workspace(long long size) : m_room(new double[static_cast<std::size_t>(size) + 7]) {}
     double* data() const {
-        const auto at = reinterpret_cast<std::uintptr_t>(m_room.get()) / sizeof(double);
-        return m_room.get() + (8 - at % 8) % 8;
+        const auto index = reinterpret_cast<std::uintptr_t>(m_room.get()) / sizeof(double);
+        return m_room.get() + (8 - index % 8) % 8;
     }
 
 private:
