@@ -1,3 +1,4 @@
+// Chi-square by the series of the incomplete gamma function, its quantiles by bisection.
 #include <fieldscan/precision.h>
 
 #include <algorithm>
@@ -9,8 +10,8 @@ namespace {
 constexpr double kEpsilon = std::numeric_limits<double>::epsilon();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// log Gamma(z), z > 0: Stirling's series (DLMF 5.11.1) from 16 on, where its fifth term is below 2e-14, and
-// z Gamma(z) = Gamma(z + 1) below. Not std::lgamma, which writes a global sign on POSIX systems.
+// log Gamma(z), z > 0: Stirling's series (DLMF 5.11.1) from z = 16 on, where its fifth term is below 2e-14;
+// below 16 by Gamma(z) = Gamma(z + 1) / z. Not std::lgamma, which writes a global variable on POSIX systems.
 double logGamma(double z) {
     constexpr double kHalfLogTwoPi = 0.91893853320467274178;
     double product = 1.0;
@@ -27,8 +28,8 @@ double logGamma(double z) {
 //
 //   P = y^a e^-y / Gamma(a + 1) (1 + y / (a + 1) + y^2 / ((a + 1) (a + 2)) + ...)
 //
-// It converges for every y, in a few times sqrt(a) terms. Beyond a, 1 - P <= exp(-(y - a - a log(y / a)))
-// (Chernoff), which is below the last bit of 1 from an exponent of 40 on.
+// For y > a, 1 - P <= exp(-(y - a - a log(y / a))) (Chernoff), and e^-40 is less than the last bit of 1.
+// Below that limit the series takes a few times sqrt(a) terms.
 double CPrecision::ChiSquare(double x, int f) {
     if (f < 1 || std::isnan(x))
         return kNaN;
@@ -43,7 +44,7 @@ double CPrecision::ChiSquare(double x, int f) {
     return std::min(1.0, sum * std::exp(a * std::log(y) - y - logGamma(a + 1.0)));
 }
 
-// By bisection down to neighbouring doubles.
+// Bisection down to neighbouring doubles.
 double CPrecision::ChiSquareQuantile(double probability, int f) {
     if (f < 1 || !(probability > 0.0 && probability < 1.0))
         return kNaN;

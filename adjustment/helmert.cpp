@@ -1,4 +1,5 @@
-// CHelmert and CPlaneAffine; Transformation is either of them.
+// CHelmert and CPlaneAffine: parameters by least squares, residuals, and why pairs are not solved.
+// Transformation is either of the two classes.
 #include <fieldscan/helmert.h>
 #include <fieldscan/least_squares.h>
 #include <fieldscan/precision.h>
@@ -20,11 +21,11 @@ void clearFit(Transformation& fit) {
     fit.targetPoints.RemoveAll();
     fit.sourcePoints.RemoveAll();
     fit.residuals.RemoveAll();
-    fit.RMS.Init();
-    fit.RMS.SetXYZ(-1.0, -1.0, 0.0);
+    fit.RMS = CXYZ(-1.0, -1.0, 0.0);
     fit.maximum.Init();
 }
 
+// Of itself, too: no member changes then.
 template <class Transformation>
 void copyFit(const Transformation& from, Transformation& to) {
     to.targetPoints.Copy(from.targetPoints);
@@ -37,41 +38,38 @@ void copyFit(const Transformation& from, Transformation& to) {
 
 template <class Transformation>
 int pairPoints(const PointArray& first, const PointArray& second, Transformation& fit) {
-    int pairs = 0;
-    const int done = zeroIfOutOfMemory([&] {
-        pairs = pairByName(first, second, fit.targetPoints, fit.sourcePoints);
-        return 1;
-    });
-    if (!done) {
+    const int pairs =
+        zeroIfOutOfMemory([&] { return pairByName(first, second, fit.targetPoints, fit.sourcePoints); });
+    if (pairs == 0) {
         fit.targetPoints.RemoveAll();
         fit.sourcePoints.RemoveAll();
     }
     return pairs;
 }
 
-constexpr int kOfSimilarity = 4, kOfAffine = 6;  // parameters
+constexpr int kSimilarity = 4, kAffine = 6;  // numbers of parameters
 
-// Of one pair: n coefficients and the observation, for x' and for y'.
+// The equations of x' and y' of one pair: n coefficients and the observation.
 template <int n>
 using Equations = std::array<std::array<double, n + 1>, 2>;
 
-Equations<kOfSimilarity> similarityEquations(const CXYZ& s, const CXYZ& t) {
+Equations<kSimilarity> similarityEquations(const CXYZ& s, const CXYZ& t) {
     return {{{s.x, -s.y, 1.0, 0.0, t.x}, {s.y, s.x, 0.0, 1.0, t.y}}};
 }
 
-Equations<kOfAffine> affineEquations(const CXYZ& s, const CXYZ& t) {
+Equations<kAffine> affineEquations(const CXYZ& s, const CXYZ& t) {
     return {{{s.x, s.y, 0.0, 0.0, 1.0, 0.0, t.x}, {0.0, 0.0, s.x, s.y, 0.0, 1.0, t.y}}};
 }
 
 template <std::size_t length>
-void enter(CLeastSq& adjustment, const std::array<double, length>& equation) {
+void enterEquation(CLeastSq& adjustment, const std::array<double, length>& equation) {
     int column = 0;
     for (const double element : equation)
         adjustment.SetObeq(column++, element);
 }
 
-// Adjusts `equationsOf(source, target)` of the pairs, and takes the solution for the parameters. 0 leaves
-// them as they were.
+// Adjusts the equations of all pairs; the unknowns become the parameters. Returns 0 with the parameters
+// unchanged where that is impossible.
 template <int n, class Transformation>
 int adjustParameters(Transformation& fit, int fewestPairs,
                      Equations<n> (*equationsOf)(const CXYZ& source, const CXYZ& target)) {
@@ -82,7 +80,7 @@ int adjustParameters(Transformation& fit, int fewestPairs,
         CLeastSq adjustment(2 * pairs, n);
         for (int i = 0; i < pairs; ++i)
             for (const auto& equation : equationsOf(fit.sourcePoints[i], fit.targetPoints[i]))
-                enter(adjustment, equation);
+                enterEquation(adjustment, equation);
         if (!adjustment.Solve())
             return 0;
         fit.parameters.SetSize(n);
@@ -92,7 +90,7 @@ int adjustParameters(Transformation& fit, int fewestPairs,
     });
 }
 
-// Residuals, their root mean square over the number of pairs, and the largest of each coordinate.
+// Residuals, their root mean square over the pairs, and the largest in each coordinate.
 template <class Transformation>
 int computeResiduals(Transformation& fit) {
     const int pairs = fit.targetPoints.GetSize();
@@ -125,16 +123,17 @@ int computeResiduals(Transformation& fit) {
 
 enum { kUnknown = 0, kSpread = 1, kTooFew = -1, kCoincident = -2, kOnOneLine = -3 };
 
-// Points on one line determine a similarity, but not the plane x, y, 1 over them; coincident ones neither.
+// By the ranks of two systems. Coincident points do not determine a similarity; points on one line do, but
+// not a plane z = a x + b y + c over them.
 int checkPairs(const PointArray& source, const PointArray& target, int fewest, int onOneLine) {
     const int pairs = source.GetSize();
     if (pairs < fewest || target.GetSize() != pairs)
         return kTooFew;
-    CLeastSq similarity(2 * pairs, kOfSimilarity), plane(pairs, 3);  // of equations
+    CLeastSq similarity(2 * pairs, kSimilarity), plane(pairs, 3);
     for (int i = 0; i < pairs; ++i) {
         for (const auto& equation : similarityEquations(source[i], target[i]))
-            enter(similarity, equation);
-        enter(plane, std::array<double, 3>{source[i].x, source[i].y, 1.0});
+            enterEquation(similarity, equation);
+        enterEquation(plane, std::array<double, 3>{source[i].x, source[i].y, 1.0});
     }
     CArray<int, int> undetermined;
     const int similarityDefect = CPrecision::CalDefect(similarity, undetermined);
@@ -157,8 +156,7 @@ CHelmert::CHelmert(const CHelmert& other) { operator=(other); }
 CHelmert::~CHelmert() {}
 
 CHelmert& CHelmert::operator=(const CHelmert& other) {
-    if (this != &other)
-        copyFit(other, *this);
+    copyFit(other, *this);
     return *this;
 }
 
@@ -171,18 +169,18 @@ int CHelmert::SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXY
 }
 
 int CHelmert::CalPara() {
-    if (!adjustParameters<kOfSimilarity>(*this, 2, &similarityEquations))
+    if (!adjustParameters<kSimilarity>(*this, 2, &similarityEquations))
         return 0;
     CalResiduals();
     return 1;
 }
 
-int CHelmert::CalResiduals() { return parameters.GetSize() == kOfSimilarity ? computeResiduals(*this) : 0; }
+int CHelmert::CalResiduals() { return parameters.GetSize() == kSimilarity ? computeResiduals(*this) : 0; }
 
 int CHelmert::CheckPairs() const { return checkPairs(sourcePoints, targetPoints, 2, -kOnOneLine); }
 
 int CHelmert::Transform(const CXYZ& in, CXYZ& out, int forward) const {
-    if (parameters.GetSize() != kOfSimilarity)
+    if (parameters.GetSize() != kSimilarity)
         return 0;
     const double a = parameters[0], b = parameters[1], tx = parameters[2], ty = parameters[3];
     if (forward) {
@@ -209,8 +207,7 @@ CPlaneAffine::CPlaneAffine(const CPlaneAffine& other) { operator=(other); }
 CPlaneAffine::~CPlaneAffine() {}
 
 CPlaneAffine& CPlaneAffine::operator=(const CPlaneAffine& other) {
-    if (this != &other)
-        copyFit(other, *this);
+    copyFit(other, *this);
     return *this;
 }
 
@@ -223,18 +220,18 @@ int CPlaneAffine::SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ,
 }
 
 int CPlaneAffine::CalPara() {
-    if (!adjustParameters<kOfAffine>(*this, 3, &affineEquations))
+    if (!adjustParameters<kAffine>(*this, 3, &affineEquations))
         return 0;
     CalResiduals();
     return 1;
 }
 
-int CPlaneAffine::CalResiduals() { return parameters.GetSize() == kOfAffine ? computeResiduals(*this) : 0; }
+int CPlaneAffine::CalResiduals() { return parameters.GetSize() == kAffine ? computeResiduals(*this) : 0; }
 
 int CPlaneAffine::CheckPairs() const { return checkPairs(sourcePoints, targetPoints, 3, kOnOneLine); }
 
 int CPlaneAffine::Transform(const CXYZ& in, CXYZ& out, int forward) const {
-    if (parameters.GetSize() != kOfAffine)
+    if (parameters.GetSize() != kAffine)
         return 0;
     const double a = parameters[0], b = parameters[1], c = parameters[2], d = parameters[3];
     const double tx = parameters[4], ty = parameters[5];

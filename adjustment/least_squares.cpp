@@ -1,16 +1,12 @@
-// Storage, entering and reading of equations; forming; times; the diagnostic file.
-#include <fieldscan/framework/file.h>
+// CLeastSq: storage, entering and reading of equations, forming of the normal equations, times of the stages.
 #include <fieldscan/least_squares.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <limits>
-#include <string>
 
 #include "numerics/gram.h"
 #include "platform/framework/arithmetic.h"
-#include "platform/framework/number_text.h"
 #include "platform/framework/out_of_memory.h"
 #include "platform/system.h"
 
@@ -20,7 +16,7 @@ namespace {
 
 constexpr double kTolerance = 2.2250738585072014e-307;
 
-// Where the element is; -1 for a column that does not exist, less than 0 for a row that does not.
+// Index of the element; below 0 for a column that does not exist or a negative row.
 long long elementIndex(int row, int column, int unknowns) {
     return column < 0 || column > unknowns ? -1 : static_cast<long long>(row) * (unknowns + 1LL) + column;
 }
@@ -33,17 +29,13 @@ double elementAt(const CArray<double, double>& array, long long index) {
     return isInside(array, index) ? array[static_cast<int>(index)] : 0.0;
 }
 
-void fill(CArray<double, double>& array, double value) {
-    std::fill(array.GetData(), array.GetData() + array.GetSize(), value);
-}
-
-// Number of elements; -1 when an array cannot have so many.
+// Number of elements; -1 when an array cannot hold so many.
 int sizeOf(int rows, int rowLength) {
     const long long size = static_cast<long long>(rows) * rowLength;
     return size > std::numeric_limits<int>::max() ? -1 : static_cast<int>(size);
 }
 
-// To `size` elements at least. Doubling, since equations may come one by one.
+// To at least `size` elements. Doubles the capacity, since equations may be entered one by one.
 void grow(CArray<double, double>& array, int size) {
     if (size <= array.GetSize())
         return;
@@ -52,7 +44,7 @@ void grow(CArray<double, double>& array, int size) {
     array.SetSize(size);
 }
 
-// What CLeastSq::time gives at a file time.
+// CLeastSq::time at a file time.
 std::uint32_t millisecondsOf(unsigned long long fileTime) {
     constexpr unsigned long long kTicks = 10000, kDay = 86400000, kNineHours = 32400000;
     return static_cast<std::uint32_t>(fileTime / kTicks % kDay + kNineHours);
@@ -60,11 +52,11 @@ std::uint32_t millisecondsOf(unsigned long long fileTime) {
 
 }  // namespace
 
-CLeastSq::CLeastSq() : sigma(1.0), m_observations(0.0) { clear(); }
+CLeastSq::CLeastSq() : sigma(1.0), m_pll(0.0) { clear(); }
 
-CLeastSq::CLeastSq(int m, int n) : sigma(1.0), m_observations(0.0) { Create(m, n); }
+CLeastSq::CLeastSq(int m, int n) : sigma(1.0), m_pll(0.0) { Create(m, n); }
 
-CLeastSq::CLeastSq(int n) : sigma(1.0), m_observations(0.0) {
+CLeastSq::CLeastSq(int n) : sigma(1.0), m_pll(0.0) {
     if (!resize(1, n, 0))
         clear();
 }
@@ -102,10 +94,10 @@ int CLeastSq::resize(int m, int n, int varSize) {
         inverse.SetSize(normalSize);
         work.SetSize(normalSize);
         Var.SetSize(varSize);
-        fill(Obeq, 0.0);
-        fill(Noeq, 0.0);
-        fill(Bcor, 0.0);
-        fill(Weight, 1.0);
+        InitParameter(Obeq, 0.0);
+        InitParameter(Noeq, 0.0);
+        InitParameter(Bcor, 0.0);
+        InitParameter(Weight, 1.0);
         return 1;
     });
 }
@@ -113,7 +105,7 @@ int CLeastSq::resize(int m, int n, int varSize) {
 // ---- Entering equations ----
 
 int CLeastSq::InitParameter(CArray<double, double>& a, double v) {
-    fill(a, v);
+    std::fill(a.GetData(), a.GetData() + a.GetSize(), v);
     return 1;
 }
 
@@ -126,7 +118,7 @@ void CLeastSq::InitObeq() {
 int CLeastSq::InitNoeq() {
     if (parameterNumber < 1 || Noeq.GetSize() != sizeOf(parameterNumber, parameterNumber + 1))
         return 0;
-    fill(Noeq, 0.0);
+    InitParameter(Noeq, 0.0);
     computationTime = 0.0;
     formTime = 0.0;
     return 1;
@@ -135,7 +127,7 @@ int CLeastSq::InitNoeq() {
 int CLeastSq::InitBcor() {
     if (Bcor.IsEmpty())
         return 0;
-    fill(Bcor, 0.0);
+    InitParameter(Bcor, 0.0);
     return 1;
 }
 
@@ -153,7 +145,7 @@ int CLeastSq::SetObeq(int column, double value) {
     return 1;
 }
 
-// Rows of zeros with weight 1, up to `size` of them.
+// Adds rows of zeros with weight 1 up to `size` equations.
 int CLeastSq::addEquations(int size) {
     const int rowSize = parameterNumber + 1;
     if (sizeOf(size, rowSize) < 0)
@@ -170,7 +162,7 @@ int CLeastSq::addEquations(int size) {
 }
 
 void CLeastSq::IncrementColumn() {
-    if (currentObeq < std::numeric_limits<int>::max() - 2)  // whose size can still be told
+    if (currentObeq < std::numeric_limits<int>::max() - 2)  // SetObeq adds 2 to get the number of equations
         ++currentObeq;
 }
 
@@ -222,11 +214,10 @@ int CLeastSq::time(unsigned long* ms) const {
     return 1;
 }
 
-// ---- Times and forming; solution.cpp has the rest ----
+// ---- Times and forming; solving is in solution.cpp ----
 
-// Three readings of the exact clock take as long as all else in solving 8 x 4, some ten-thousandths of a
-// millisecond. So stages that are as brief are timed by the last tick of the clock, which is read in a tenth
-// of that.
+// Three readings of the exact clock take as long as solving 8 x 4, some 0.1 us. So brief stages are timed by
+// the last tick of the clock, which is read in a tenth of that.
 int CLeastSq::timedSolve(int (CLeastSq::*form)(int, int), bool (CLeastSq::*solver)()) {
     constexpr double kBrief = 10000.0;  // products
     const double unknowns = parameterNumber;
@@ -264,55 +255,10 @@ int CLeastSq::LessquFast(int m, int n) {
         return 0;
     m_formed = -1;
     return zeroIfOutOfMemory([&] {
-        fill(Noeq, 0.0);
-        m_observations = addGram({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData());
+        InitParameter(Noeq, 0.0);
+        m_pll = addGram({Obeq.GetData(), Weight.GetData(), m, n}, Noeq.GetData());
         mirror(Noeq.GetData(), n);
         m_formed = m;
         return 1;
     });
 }
-
-// ---- Diagnostics ----
-
-int CLeastSq::CheckNoeq() const {
-    int good = 1;
-    for (int i = 0; i < parameterNumber; ++i)
-        if (!(std::fabs(GetNoeq(i, i)) > tolerance))
-            good = 0;
-    return good;
-}
-
-int CLeastSq::SaveErrorNoeqStatus(int rows, int cols) const {
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!file.Open(u"Noeq.txt", CFile::modeCreate | CFile::modeWrite))
-            return 0;
-        std::string text = "Col:";
-        appendInt(text, rows);
-        text += " Row:";
-        appendInt(text, cols);
-        text += '\n';
-        int written = file.Write(text.data(), static_cast<unsigned int>(text.size()));
-        for (int i = 0; i < rows && written; ++i) {
-            text.clear();
-            for (int j = 0; j < cols; ++j) {
-                const double element = elementAt(Noeq, i * (parameterNumber + 1LL) + j);
-                if (i == j)
-                    text += element < tolerance ? '*' : '#';
-                appendExponent(text, element, 1);
-                text += ' ';
-            }
-            text += '\n';
-            written = file.Write(text.data(), static_cast<unsigned int>(text.size()));
-        }
-        return file.Close() && written ? 1 : 0;
-    });
-}
-
-void CLeastSq::Trace() {}
-
-int CLeastSq::DisplayObeq() { return 1; }
-int CLeastSq::DisplayNoeq() { return 1; }
-int CLeastSq::DisplayBcor() { return 1; }
-int CLeastSq::DisplayWorkMemory(CArray<double, double>&) { return 1; }
-int CLeastSq::DisplayUnitMatrix() { return 1; }

@@ -9,9 +9,9 @@ namespace fieldscan {
 
 using PointArray = CArray<CXYZ, CXYZ&>;
 
-// `target` becomes the points of `first` whose name a point of `second` has, in the order of `first`;
-// `source` the first such point of `second` for each. Returns how many there are. Linear in the number of
-// points. The outputs may be the inputs; when memory runs out they are as before.
+// `target` becomes the points of `first`, in order, whose name a point of `second` has; `source` becomes the
+// first such point of `second` for each. Returns the number of pairs. The time is linear in the number of
+// points. The outputs may be the inputs. When memory runs out (std::bad_alloc) they are unchanged.
 int pairByName(const PointArray& first, const PointArray& second, PointArray& target, PointArray& source);
 
 }  // namespace fieldscan

@@ -1,4 +1,7 @@
-// How CLeastSq solves N x = A^T P l, N = A^T P A, and finds the cofactors Q = N^-1.
+// How CLeastSq solves N x = A^T P l and computes the cofactors Q = N^-1: three ways, and which one is taken.
+//
+//   A  m x n coefficients     l  observations       P  weights          N = A^T P A
+//   x  unknowns               v = l - A x           eps = 2^-52         pll = l^T |P| l
 //
 //   way                   when                              x and Q err by   2000 x 4   5000 x 30
 //   1 N in double         VIF <= 64, m eps <= 1e-11, no     some 1e-14          3 us      170 us
@@ -10,26 +13,28 @@
 //   3 orthonormal         else                              the last digit    160 us     5600 us
 //     equations
 //
-//   VIF      variance inflation factor, largest N_ii Q_ii of way 1: what correlations cost x and Q
-//   m eps    what forming N in its order may cost them; eps = 2^-52
-//   cancels  an unknown is far smaller than what the observations would let it be, sqrt(l^T P l Q_ii), which
-//            exceeds 256 times its value and its standard deviation: two or three digits are lost
-//   error    of N in double-double, about (m / 8 + 8) 2^-105; so way 2 reaches VIFs of 10^13 or more
+//   VIF      variance inflation factor, largest N_ii Q_ii of way 1: how much correlations cost x and Q
+//   m eps    how much forming N in the order of the equations may cost them
+//   cancels  |x_i| <= sqrt(pll Q_ii) (Cauchy-Schwarz). x_i cancels when it and its standard deviation are
+//            below 1/256 of that: two or three digits are lost
+//   error    of N in double-double, sqrt(n) (m / 8 + 8) 2^-105. So way 2 reaches VIFs of 7e13 with 2000 x 4,
+//            of 1e12 with 5000 x 30
 //
 // (Times of Solve() on an AMD EPYC with AVX-512.)
 //
-// Way 1 is Cholesky (PIChores; NewChores beyond 16 unknowns) or sweeping (SwpMat; NewChores up to 16, where
-// it takes 0.3 to 0.85 of the time).
+// Way 1: Cholesky (PIChores; NewChores beyond 16 unknowns) or the sweep operator (SwpMat; NewChores up to 16,
+// where it takes 0.3 to 0.85 of the time).
 //
-// Way 2 begins with x and Q of way 1. Q is improved by Schulz's steps, x with the residuals A^T P l - N x, or
-// with l - A x of the equations where the error of N could be seen in an unknown.
+// Way 2 begins with x and Q of way 1. Q is improved by Schulz's iteration (ExactGram::improveInverse), x by
+// iterative refinement with the residuals A^T P l - N x; where the error of N could show in an unknown, with
+// those of the equations, A^T P (l - A x).
 //
-// Way 3 needs nothing from way 1: it computes a root Z of Q from the equations (numerics/orthonormal.h), and
-// x with their residuals.
+// Way 3 needs nothing of way 1: a root Z of Q = Z Z^T is computed from the equations
+// (numerics/orthonormal.h), x by refinement with the residuals of the equations.
 //
-// Normal equations that were entered (SetNoeq), or do not belong to the equations any more, are exact as they
-// are: x is refined with b - N x, and Q by Schulz's steps from a VIF of 64 on. They are refused from a VIF of
-// 1 / (64 n eps) on, where the rounding of N itself could have made it singular (isSingularPivot).
+// Normal equations that were entered by SetNoeq, or no longer belong to the equations, are taken as exact: x
+// is refined with b - N x, and Q by Schulz's iteration for VIFs above 64. They are refused where 64 n eps VIF
+// > 1: N_kk / VIF is the last pivot where unknown k comes last, and may be rounding then (isSingularPivot).
 #include <fieldscan/least_squares.h>
 
 #include <algorithm>
@@ -61,59 +66,58 @@ constexpr double kHarmlessCancellation = 256.0;
 constexpr int kMostInDoubleDouble = 512;      // unknowns: 20 MB of partial sums
 constexpr double kErrorOfCofactor = 0x1p-48;  // relative
 constexpr double kRounding = 0x1p-104;        // of double-double, for each product of a residual
-constexpr double kLost = 1.0 / 64.0;          // VIF n eps
 
 bool allFinite(const CArray<double, double>& array) {
     return std::all_of(array.GetData(), array.GetData() + array.GetSize(),
                        [](double value) { return std::isfinite(value); });
 }
 
-// What is solved: the equations, N | A^T P l as formed from them, and l^T |P| l, negated when a weight is
-// negative; or N | b as entered, without equations. x and Q begin as what way 1 gives; `inflation` is the VIF
-// of that, infinite when it gives nothing.
+// The equations, N | A^T P l as formed from them, and pll, negated when a weight is negative; or N | b as
+// entered, without equations and with pll 0. x and Q come from way 1, and `inflation` is their VIF, infinite
+// when way 1 failed.
 struct System {
     WeightedRows equations;
     const double* normal;
-    double observations;
+    double pll;
     double inflation;
     double* solution;
     double* inverse;
     int n;
 };
 
-// Whether an unknown is a small difference of large sums, which costs it digits. Below their standard
-// deviation unknowns count as that large: else the last, tiny corrections of an iteration would call for
-// digits that mean nothing. NaN counts as cancelled.
-bool isCancelled(const System& s) {
+// True when an unknown cancels: it is a small difference of large sums. One below its standard deviation
+// counts as that large: else the last, tiny corrections of an iteration would call for meaningless digits.
+// NaN cancels.
+bool cancels(const System& s) {
     const std::ptrdiff_t length = s.n + 1;
-    double residuals = s.observations;
+    double pvv = s.pll;
     for (int i = 0; i < s.n; ++i)
-        residuals -= s.normal[i * length + s.n] * s.solution[i];
-    const double variance = std::max(0.0, residuals) / std::max(1, s.equations.m - s.n);
+        pvv -= s.normal[i * length + s.n] * s.solution[i];
+    const double variance = std::max(0.0, pvv) / std::max(1, s.equations.m - s.n);
     for (int i = 0; i < s.n; ++i) {
         const double cofactor = s.inverse[i * (length + 1)];
         const double square = std::max(s.solution[i] * s.solution[i], variance * cofactor);
-        if (!(s.observations * cofactor <= kHarmlessCancellation * kHarmlessCancellation * square))
+        if (!(s.pll * cofactor <= kHarmlessCancellation * kHarmlessCancellation * square))
             return true;
     }
     return false;
 }
 
-// Whether the equations as they are now give N | A^T P l, to the last bit: what was changed since the forming
-// shows, or changes nothing.
-bool addUpToNormal(System& s) {
+// True when the equations give N | A^T P l to the last bit: since the forming nothing was changed, or nothing
+// that matters.
+bool formsNormal(System& s) {
     const std::size_t n = static_cast<std::size_t>(s.n), length = n + 1;
     Vector normal(n * length);
-    s.observations = addGram(s.equations, normal.data());
-    for (std::size_t i = 0; i < n; ++i)
-        for (std::size_t j = i; j < length; ++j)
-            if (normal[i * length + j] != s.normal[i * length + j])
-                return false;
+    s.pll = addGram(s.equations, normal.data());
+    const double* row = normal.data();
+    for (std::size_t i = 0; i < n; ++i, row += length)
+        if (!std::equal(row + i, row + length, s.normal + i * length + i))
+            return false;
     return true;
 }
 
-// Q sums.
-Solve timesInverse(const System& s) {
+// correction = Q sums.
+Solve multiplyByCofactors(const System& s) {
     return [&s](const double* sums, double* correction) {
         const double* row = s.inverse;
         for (int i = 0; i < s.n; ++i, row += s.n + 1)
@@ -121,7 +125,7 @@ Solve timesInverse(const System& s) {
     };
 }
 
-// x += Q A^T P (l - A x).
+// x += Q A^T P (l - A x), Q as `solve` applies it.
 bool refineFromEquations(const System& s, const Solve& solve, double inflation) {
     const int m = s.equations.m, n = s.n;
     const Workspace room(exactProductsRoom(n));
@@ -131,7 +135,7 @@ bool refineFromEquations(const System& s, const Solve& solve, double inflation) 
     };
     const double rate = n * kEpsilon * std::sqrt(inflation), noise = kRounding * (n + 1);
     return refineIteratively(
-        {s.normal, s.inverse, n, residual, solve, std::sqrt(std::fabs(s.observations)), rate, noise, true},
+        {s.normal, s.inverse, n, residual, solve, std::sqrt(std::fabs(s.pll)), rate, noise, true},
         s.solution);
 }
 
@@ -141,8 +145,8 @@ bool refineFromGram(const System& s, const ExactGram& gram, double rate, double 
         gram.residual(high, low, sums);
         return 0.0;
     };
-    return refineIteratively({s.normal, s.inverse, s.n, residual, timesInverse(s),
-                              std::sqrt(std::fabs(s.observations)), rate, noise, final},
+    return refineIteratively({s.normal, s.inverse, s.n, residual, multiplyByCofactors(s),
+                              std::sqrt(std::fabs(s.pll)), rate, noise, final},
                              s.solution);
 }
 
@@ -151,14 +155,14 @@ bool solveInDoubleDouble(const System& s) {
     if (s.n > kMostInDoubleDouble || !(s.inflation * s.n * error <= kErrorOfCofactor))
         return false;
     ExactGram gram(s.n);
-    Vector squares(static_cast<std::size_t>(s.n) + 1, s.observations);
+    Vector squares(static_cast<std::size_t>(s.n) + 1, s.pll);
     for (int i = 0; i < s.n; ++i)
         squares[static_cast<std::size_t>(i)] = s.normal[i * (s.n + 2LL)];
     if (!gram.form(s.equations, squares.data()) || !gram.improveInverse(s.inverse))
         return false;
     const double root = std::sqrt(s.inflation);
     return refineFromGram(s, gram, s.n * kEpsilon * root, root * error, false) ||
-           refineFromEquations(s, timesInverse(s), s.inflation);
+           refineFromEquations(s, multiplyByCofactors(s), s.inflation);
 }
 
 bool solveOrthonormal(const System& s) {
@@ -168,7 +172,7 @@ bool solveOrthonormal(const System& s) {
         return false;
     multiplyByTranspose(root.data(), s.n, s.inverse);
     std::fill(s.solution, s.solution + n, 0.0);
-    const auto timesRoots = [&](const double* sums, double* correction) {  // Z Z^T sums
+    const auto multiplyByRoots = [&](const double* sums, double* correction) {  // correction = Z Z^T sums
         std::fill(inner.begin(), inner.end(), 0.0);
         for (int i = 0; i < n; ++i)
             for (int j = i; j < n; ++j)
@@ -178,7 +182,7 @@ bool solveOrthonormal(const System& s) {
             correction[i] =
                 std::inner_product(inner.begin() + i, inner.end(), root.begin() + i * (length + 1), 0.0);
     };
-    return refineFromEquations(s, timesRoots, varianceInflation(s.normal, s.inverse, s.n));
+    return refineFromEquations(s, multiplyByRoots, varianceInflation(s.normal, s.inverse, s.n));
 }
 
 bool solveEntered(const System& s) {
@@ -192,16 +196,16 @@ bool solveEntered(const System& s) {
     if (moderate && s.inflation > kHarmlessInflation && !gram.improveInverse(s.inverse))
         return false;
     const double inflation = varianceInflation(s.normal, s.inverse, s.n), lost = s.n * kEpsilon * inflation;
-    if (!(lost <= kLost))
+    if (!(lost <= kEpsilon / kSingular))
         return false;
-    // Products of others could overflow or underflow, by instruction sets differently.
+    // Products of others could overflow or underflow, which differs between instruction sets.
     return !moderate ||
            refineFromGram(s, gram, s.n * lost, std::sqrt(inflation) * kRounding * (s.n + 1), true);
 }
 
 }  // namespace
 
-// Each method reads Noeq, uses work and leaves Bcor and the inverse; false when a pivot is singular.
+// ---- Way 1: from Noeq to Bcor and inverse, with work; false when a pivot is singular ----
 
 bool CLeastSq::solveByCholesky() {
     return LUDivid() && ForwardSubstiotution() && BackwardSubstiotution() && CalLInverse() &&
@@ -246,16 +250,16 @@ bool CLeastSq::solveExactly(bool (CLeastSq::*method)(), bool justFormed) {
         solved ? varianceInflation(s.normal, s.inverse, s.n) : std::numeric_limits<double>::infinity();
     if (m_formed >= 0 && hasEquations(m_formed)) {
         s.equations = {Obeq.GetData(), Weight.GetData(), m_formed, s.n};
-        s.observations = m_observations;
-        if (justFormed || addUpToNormal(s)) {
-            const bool positive = !std::signbit(s.observations);
+        s.pll = m_pll;
+        if (justFormed || formsNormal(s)) {
+            const bool positive = !std::signbit(s.pll);
             if (s.inflation <= kHarmlessInflation && m_formed * kEpsilon <= kHarmlessForming && positive &&
-                !isCancelled(s))
+                !cancels(s))
                 return true;
             return ((solved && positive && solveInDoubleDouble(s)) || solveOrthonormal(s)) && finite();
         }
     }
-    s.observations = 0.0;
+    s.pll = 0.0;
     return solved && solveEntered(s) && finite();
 }
 

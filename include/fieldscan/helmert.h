@@ -1,4 +1,4 @@
-// CHelmert: plane similarity transformation; CPlaneAffine: plane affine transformation.
+// CHelmert: plane similarity transformation (Helmert); CPlaneAffine: plane affine transformation.
 #ifndef FIELDSCAN_HELMERT_H
 #define FIELDSCAN_HELMERT_H
 
@@ -6,8 +6,8 @@
 #include <fieldscan/points.h>
 
 // Both estimate the transformation of source points (x, y) to target points (x', y') from pairs of points of
-// the same name, by least squares with equal weights, and keep the residuals of the pairs. z takes no part.
-// Use: SetPoints, CalPara, then Transform. Operations return 1 for success and 0 for failure.
+// the same name, by least squares with equal weights (CLeastSq), and keep the residuals of the pairs. Heights
+// z are ignored. Use: SetPoints, CalPara, then Transform. Operations return 1 for success and 0 for failure.
 
 // Rotation with scale, and translation (four parameters, Helmert):
 //
@@ -22,30 +22,30 @@ public:
 
     void Init();  // no pairs, no parameters, no residuals; RMS (-1, -1, 0): not computed
 
-    // Pairs the points by name, compared exactly: each of `first`, in order, becomes the target of the first
-    // point of `second` that has its name; points without a partner are left out. Returns the number of
-    // pairs. Parameters and residuals stay until the next CalPara.
+    // Pairs the points by name, compared exactly: each point of `first`, in order, becomes the target of the
+    // first point of `second` that has its name. Points without a partner are left out. Returns the number of
+    // pairs; 0, without pairs, when memory runs out. Parameters and residuals stay until the next CalPara.
     int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
 
     // Adjusts the parameters and computes the residuals. Returns 1; 0 with fewer than 2 pairs, or when the
-    // source points coincide or a coordinate is not finite (CLeastSq::Solve tells), and parameters and
+    // source points coincide or a coordinate is not finite (as CLeastSq::Solve decides), and parameters and
     // residuals are then as before.
     int CalPara();
 
-    // Why CalPara solves the pairs or does not; the first that holds:
-    //   -1  fewer than 2 pairs, or source and target points of different number
-    //    0  a coordinate is not finite or beyond 1e140, or there is no memory
+    // Why CalPara solves the pairs or does not. Returns the first of these that holds:
+    //   -1  fewer than 2 pairs, or the numbers of source and target points differ
+    //    0  a coordinate is not finite or beyond 1e140, or memory runs out
     //   -2  the source points coincide
-    //    3  they lie on one line: solved, but nothing checks the direction across
+    //    3  they lie on one line: solved, but no pair controls the direction across it
     //    1  they spread over the plane
-    // Greater than 0 when CalPara returns 1, but for coordinates that large. By the rank of the equations
-    // (CPrecision::CalDefect), a limit of its own: the two may differ for points that leave one place, or a
-    // line, by some 1e-13 of their coordinates.
+    // Greater than 0 when CalPara returns 1, except for coordinates beyond 1e140. It is decided by the rank
+    // of the equations (CPrecision::CalDefect). Its limit is another than that of CalPara: the two may differ
+    // where points are off one place, or off one line, by some 1e-13 of their coordinates.
     int CheckPairs() const;
 
     // Transforms in.x, in.y to out.x, out.y: from source to target, or back when `forward` is 0. Nothing else
-    // of `out` changes; it may be `in`. Returns 1; 0 when there are no parameters, or for the way back when
-    // a a + b b is 0, and then `out` is unchanged.
+    // of `out` changes; it may be `in`. Returns 1; 0, with `out` unchanged, when there are no parameters, or
+    // for the way back when a a + b b is 0.
     int Transform(const CXYZ& in, CXYZ& out, int forward) const;
 
     void Trace();  // a hook for debugging, does nothing
@@ -53,7 +53,7 @@ public:
     CArray<CXYZ, CXYZ&> targetPoints;   // the matched points of the first set
     CArray<CXYZ, CXYZ&> sourcePoints;   // and of the second, in the same order
     CArray<double, double> parameters;  // a, b, tx, ty; or none
-    CArray<CXYZ, CXYZ&> residuals;      // transformed source minus target, with the target's name
+    CArray<CXYZ, CXYZ&> residuals;      // transformed source minus target, z 0, with the target's name
     CXYZ RMS;                           // root mean square of the residuals, over the number of pairs
     CXYZ maximum;                       // the residual of largest magnitude in x and in y, with its sign
 
@@ -61,12 +61,12 @@ private:
     int CalResiduals();
 };
 
-// Six parameters: each axis has its own direction and scale.
+// Six parameters, each axis with its own direction and scale:
 //
 //   x' = a x + b y + tx
 //   y' = c x + d y + ty
 //
-// Members as of CHelmert; three pairs at least, not on one line.
+// The members are those of CHelmert. At least three pairs, not on one line.
 class FIELDSCAN_API CPlaneAffine {
 public:
     CPlaneAffine();
@@ -78,7 +78,7 @@ public:
     void Init();
     int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
     int CalPara();           // 0 with fewer than 3 pairs, or when the source points lie on one line
-    int CheckPairs() const;  // 3 pairs at least; -3 instead of 3: source points on one line are not solved
+    int CheckPairs() const;  // -1 with fewer than 3 pairs; -3 instead of 3: points on one line are not solved
     int Transform(const CXYZ& in, CXYZ& out, int forward) const;  // no way back when a d - b c is 0
     void Trace();                                                 // a hook for debugging, does nothing
 

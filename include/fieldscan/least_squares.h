@@ -5,7 +5,8 @@
 #include <fieldscan/export.h>
 #include <fieldscan/framework/array.h>
 
-// m observation equations l = A x + v with weights P, n unknowns x:
+// m observation equations l = A x + v with weights P, n unknowns x (Gauss-Markov model; Koch, Parameter
+// Estimation and Hypothesis Testing in Linear Models, chapter 3):
 //
 //   N = A^T P A    normal matrix            x = N^-1 A^T P l    unknowns
 //   v = l - A x    residuals                N^-1                cofactors of the unknowns
@@ -17,22 +18,22 @@
 //         adjustment.SetWeight(weight);                      // 1 unless it is set
 //     if (adjustment.Solve()) adjustment.GetBcor(0) ...
 //
-// Operations that can fail return 1 for success and 0 for failure; nothing is thrown (memory exhaustion: 0).
-// Indices of the getters and setters are not checked for the caller: a wrong one reads 0.0 and
-// writes nothing.
+// Operations that can fail return 1 for success and 0 for failure, also when memory runs out; nothing is
+// thrown. A wrong index reads 0.0 and writes nothing.
 class FIELDSCAN_API CLeastSq {
 public:
     CLeastSq();              // no equations, no unknowns: Create must follow
     CLeastSq(int m, int n);  // Create(m, n)
-    // Room for one equation, and Var empty; more equations are made as they are entered.
+    // Room for one equation, Var empty; SetObeq adds more equations as they are entered.
     explicit CLeastSq(int n);
     CLeastSq(const CLeastSq&) = delete;
     CLeastSq& operator=(const CLeastSq&) = delete;
     virtual ~CLeastSq();
 
     // Sizes all storage; equations, normal equations and unknowns become 0, weights 1, times 0, and no
-    // equation is begun. May be called again. Sigma is kept. Returns 1; 0 for a negative number or when there
-    // is no memory for it, and the engine is then as the default constructor leaves it.
+    // equation is begun. May be called again. Sigma is kept. Returns 1; 0 for a negative number, more
+    // elements than an array holds, or when memory runs out, and the object is then as the default
+    // constructor makes it.
     int Create(int m, int n);
 
     // ---- Entering equations ----
@@ -40,24 +41,25 @@ public:
     // Every element of `a` becomes `v`. Returns 1.
     int InitParameter(CArray<double, double>& a, double v);
     void InitObeq();  // no equation is begun, times 0; the rows stay as they are
-    // N and its right-hand side become 0, times 0. Returns 1; 0 when there are no unknowns, or Noeq has not
-    // the size for them, and then nothing changes.
+    // N and its right-hand side become 0, times 0. Returns 1; 0, and nothing changes, when there are no
+    // unknowns or Noeq does not have the size for them.
     int InitNoeq();
     int InitBcor();  // all unknowns become 0. Returns 1; 0 when there are none
 
     // Element `column` of the current equation: 0 .. n-1 the coefficients, n the observation. Column 0 begins
-    // the next equation; beyond the last row, rows of zeros with weight 1 are added up to it: one, unless
-    // equations were skipped there. Returns 1; 0 when the column is outside 0 .. n, no such row has been
-    // begun, or there is no memory, and then nothing is stored.
+    // the next equation. Beyond the last row it adds rows of zeros with weight 1, up to this equation: also
+    // for equations that were skipped there. Returns 1; 0, and nothing is stored, when the column is outside
+    // 0 .. n, no equation has been begun, the current one was skipped beyond the last row, or memory runs
+    // out.
     int SetObeq(int column, double value);
     void IncrementColumn();  // skips an equation: its row stays as it was
-    // Of the current equation, or of equation i. A negative weight takes out an equation that was entered
-    // with the positive one: the solution is that of the others, as long as they determine the unknowns and
+    // Weight of the current equation, or of equation i. An equation that is entered again with the negative
+    // weight is taken out: the solution is that of the others, as long as they determine the unknowns and
     // their coordinates are not millions of times closer together than what is taken out. Returns 1; 0 when
-    // no equation has been begun. The second returns 1 also where there is no such row.
+    // no equation has been begun. The second form returns 1 also when there is no such row.
     int SetWeight(double w);
     int SetWeight(int i, double w);
-    // Element (i, j) of the normal equations, j = n the right-hand side, which is stored as Bcor(i) too. The
+    // Element (i, j) of the normal equations; j = n is the right-hand side, which becomes Bcor(i), too. The
     // solvers read only j >= i.
     void SetNoeq(int i, int j, double v);
     void SetSigma(double s);     // the factor of CalVarianceOfEstimate; 1 until it is set
@@ -73,63 +75,70 @@ public:
     double GetNoeq(int i, int j) const;   // of the normal equations, j = n the right-hand side
     double GetBcor(int i) const;          // the unknowns
     double GetCovar(int i, int j) const;  // N^-1; after CalVarianceOfEstimate times sigma
-    double GetVar(int i) const;           // CalVarianceOfObservation
+    double GetVar(int i) const;           // of equation i: CalVarianceOfObservation
     double GetComputationTime() const;    // milliseconds of the last solving stage
     double GetFormTime() const;           // milliseconds of the last forming
-    // Milliseconds of the day, UTC, plus nine hours; may exceed a day's. Stages are measured by the
-    // difference of two readings in 32 bits without sign, so one that spans midnight UTC gets a meaningless
-    // time. Those of small systems, (m + n) n n <= 10000, which take microseconds, are read at the ticks of
-    // the system's clock: 0, and rarely a tick. Returns 1.
+    // Milliseconds of the day, UTC, plus nine hours; may exceed those of a day. The time of a stage is the
+    // difference of two readings, in 32 bits without sign; it is meaningless when the stage spans midnight
+    // UTC. Small systems, (m + n) n n <= 10000, take microseconds and are timed by the ticks of the system's
+    // clock: the result is 0, rarely one tick. Returns 1.
     int time(unsigned long* ms) const;
 
     // ---- Solving ----
     //
-    // Success leaves x in Bcor and N^-1 (symmetric, row stride n + 1, the last column 0) in the inverse. Noeq
-    // keeps the normal equations. Failure - a singular system, a number that is not finite - leaves NaN in
-    // both, so that nothing looks right; without unknowns, or when forming fails, nothing changes.
+    // Success (1): x is in Bcor and N^-1 in the inverse, symmetric, row stride n + 1, the last column 0. Noeq
+    // keeps the normal equations. Failure (0) for a singular system or a number that is not finite: both
+    // become NaN. 0 without unknowns, or when forming fails, and nothing changes.
     //
-    // How exact. Let VIF be the variance inflation factor, the largest N_ii (N^-1)_ii: how many times the
-    // correlations enlarge a cofactor.
-    // - VIF up to 64, fewer than 45000 equations, no negative weight: N is solved in double. Unknowns and
-    //   cofactors err by some 1e-14, and by m eps at most for the order of the sums (eps = 2^-52); an unknown
-    //   far below its own standard deviation may lose more of itself.
-    // - Else, and where the observations cancel in an unknown (what they would let it be,
-    //   sqrt(l^T P l (N^-1)_ii), exceeds 256 times its value and its standard deviation), both are refined
-    //   from the equations in double-double arithmetic: exact to the last digit that the equations as stored
-    //   determine. An unknown that even so cannot be told from 0 is 0.
-    // - Normal equations that were entered are exact as they stand: x is refined with b - N x, and from a
-    //   VIF of 64 on the cofactors too.
+    // Methods: Cholesky (Golub and Van Loan, Matrix Computations, 4.2) or the sweep operator (Goodnight, The
+    // American Statistician 33, 1979), then iterative refinement in double-double arithmetic (Bjorck, Linear
+    // Algebra Appl. 88/89, 1987); N^-1 by Schulz's iteration (1933), or shifted Cholesky QR of the equations
+    // (Fukaya et al., SIAM J. Sci. Comput. 42, 2020).
     //
-    // Refining takes the equations that N is the sum of. What has changed since the forming is noticed, in
-    // the arrays too: where the equations no longer give Noeq to the last bit, Noeq counts as entered.
-    // Observations and weights beyond 1e+-140 are refused or lose digits.
+    // Accuracy. VIF is the variance inflation factor, the largest N_ii (N^-1)_ii: how many times correlations
+    // enlarge a cofactor; eps = 2^-52.
+    // - VIF up to 64, up to 45000 equations, no negative weight: N is solved in double. Unknowns and
+    //   cofactors err by some 1e-14, and by up to m eps from the order of the sums. An unknown far below its
+    //   own standard deviation may lose more digits.
+    // - Else, and where the observations cancel in an unknown, both are refined from the equations: exact to
+    //   the last digit that the equations as stored determine. An unknown that double-double arithmetic
+    //   cannot distinguish from 0 is 0. (|x_i| is at most sqrt(l^T P l (N^-1)_ii). Observations cancel in x_i
+    //   when it and its standard deviation are less than 1/256 of that.)
+    // - Normal equations that were entered are taken as exact: x is refined with b - N x, for VIFs above 64
+    //   the cofactors, too.
     //
-    // What is refused: a diagonal of N at or below `tolerance`. From the equations: fewer than unknowns; a
-    // column of sqrt(P) A of which less than 1e-13 of its length is left beside those before it; an unknown
-    // whose last correction exceeds 1e-13 of it and of its standard deviation. Entered: a pivot
-    // <= max(tolerance, 64 n eps N_kk), a VIF of 1 / (64 n eps) and more, where rounding N could
-    // have made it singular. So coincident points are refused at any coordinates, and ten thousand pairs of
-    // points a centimetre apart are accepted even at 5000 km.
+    // Refining needs the equations that N was formed from. When equations, weights or Noeq have changed
+    // since, in the arrays too, so that the equations no longer give Noeq to the last bit, Noeq counts as
+    // entered. Observations and weights beyond 1e+-140 are refused or lose digits.
+    //
+    // Refused in any case: a diagonal element of N <= `tolerance`.
+    // Refused from the equations: fewer equations than unknowns; a column of sqrt(P) A that has less than
+    // 1e-13 of its length when it is made orthogonal to those before it; an unknown whose last correction
+    // exceeds 1e-13 of it and of its standard deviation.
+    // Refused as entered: a pivot <= max(tolerance, 64 n eps N_kk), or a VIF above 1 / (64 n eps), since
+    // rounding N could have made it singular.
+    // So coincident points are refused at any coordinates, and 10 000 pairs of points 1 cm apart are accepted
+    // even 5000 km from the origin.
 
     int Solve();            // LessquFast(m, n), NewChores; both timed
     int PISolve();          // Lessqu(m, n), PIChores; both timed
     int SolveWithSwpMat();  // LessquFast(m, n), SwpMat; both timed
     int SolveWithReduc();   // NewChores on what SetNoeq entered; timed
 
-    // Forms the normal equations: Noeq(i, j) is 0.0, then for each equation k in order grows by
-    // (Obeq(k, j) Obeq(k, i)) Weight(k). Column n is A^T P l. `m`: the first m equations; n: all unknowns.
-    // Both give the same bits. Returns 1; 0 when n is not the number of unknowns, there are fewer than m
-    // equations or there is no memory.
+    // Form the normal equations of the first m equations; n must be the number of unknowns. Noeq(i, j) is the
+    // sum of (Obeq(k, j) Obeq(k, i)) Weight(k), beginning at 0.0, in the order of the equations k. Column n
+    // is A^T P l. Both give the same bits. Return 1; 0 when n is not the number of unknowns, there are fewer
+    // than m equations or memory runs out.
     int Lessqu(int m, int n);
     int LessquFast(int m, int n);
 
     int NewChores();  // by Cholesky: LUDivid and the four steps after it; up to 16 unknowns as SwpMat
     int PIChores();   // by Cholesky
-    int SwpMat();     // by sweeping the pivots, which turns [N | b] into [N^-1 | x]
+    int SwpMat();     // by sweeping all pivots, which turns [N | b] into [N^-1 | x]
 
-    // Single steps of NewChores, all on the work array. No refinement; without the step before, the results
-    // mean nothing. Each returns 1; 0 when there are no unknowns or no memory.
-    int LUDivid();                // work = U | b with U^T U = N. 0 for a singular N too
+    // Single steps of NewChores, all on the work array, without refinement. Each needs the result of the step
+    // before. Each returns 1; 0 when there are no unknowns or memory runs out.
+    int LUDivid();                // work = U | b with U^T U = N; also 0 for a singular N
     int ForwardSubstiotution();   // b becomes y: U^T y = b; Bcor = y
     int BackwardSubstiotution();  // Bcor = x: U x = y
     int CalLInverse();            // U becomes U^-1, in place
@@ -138,15 +147,15 @@ public:
     // ---- Precision; after solving ----
 
     double CalStandard() const;   // sqrt(sum v^2 / m)
-    double CalStandard2() const;  // sqrt(sum v^2 / f), f = m - n; f = m when that is below 1
+    double CalStandard2() const;  // sqrt(sum v^2 / f), f = m - n; f = m when m - n is below 1
     double CalSigma2() const;     // sum P v^2 / f: the variance of unit weight, not its root; f as above
-    // The three give the largest finite double when there is no equation.
+    // All three return the largest finite double when there is no equation.
 
-    // Multiplies the inverse by sigma, each time it is called; with SetSigma(CalSigma2()) cofactors become
+    // Multiplies the inverse by sigma, again at each call; with SetSigma(CalSigma2()) cofactors become
     // covariances. Returns 1.
     int CalVarianceOfEstimate();
-    // Var(k) = a_k C a_k^T of every equation, C the inverse as it stands: cofactor or variance of the
-    // adjusted observation. Returns 1; 0 when there is no memory for Var.
+    // Var(k) = a_k C a_k^T of every equation: cofactor of the adjusted observation where the inverse C holds
+    // cofactors, variance where it holds covariances. Returns 1; 0 when memory runs out.
     int CalVarianceOfObservation();
 
     // ---- Diagnostics ----
@@ -159,22 +168,21 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    // The same, and they return 1.
+    // Hooks for debugging, too: they do nothing and return 1.
     int DisplayObeq();
     int DisplayNoeq();
     int DisplayBcor();
     int DisplayWorkMemory(CArray<double, double>& memory);
     int DisplayUnitMatrix();
 
-    // Run the single steps on the current normal equations: the solution, the inverse. 1, or 0 when LUDivid
-    // gives 0.
+    // Run the single steps on the current normal equations, for the solution or the inverse. Return 1; 0 when
+    // LUDivid returns 0.
     int TestChores();
     int TestInvers();
-    // A straight line through (1, 2.1), (2, 3.9), (3, 6.2), (4, 7.8) with weights 1, 2, 2, 1, solved and
-    // read.
+    // Solves a straight line through (1, 2.1), (2, 3.9), (3, 6.2), (4, 7.8) with weights 1, 2, 2, 1.
     void TestBook();
-    // Normal equations for TestChores and TestInvers: 3 unknowns with the solution 1, 2, 3; 4 unknowns with
-    // the solution 1, -1, 2, -2.
+    // Normal equations for TestChores and TestInvers: 3 unknowns, solution 1, 2, 3; 4 unknowns, solution 1,
+    // -1, 2, -2.
     void TestData31();
     void TestData4();
 
@@ -214,9 +222,8 @@ private:
     bool solveByCholesky();
     bool solveBySweeping();
 
-    // How many equations Noeq was formed from; -1 when it was entered.
-    int m_formed;
-    double m_observations;  // l^T |P| l of those equations, negated when a weight is negative
+    int m_formed;  // number of equations that Noeq was formed from; -1 when it was entered
+    double m_pll;  // [pll] = l^T |P| l of those equations, negated when a weight is negative
 };
 
 #endif
