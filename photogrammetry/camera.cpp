@@ -1,3 +1,4 @@
+// CCamera: life of the record; its file is in camera_file.cpp.
 #include <fieldscan/camera.h>
 
 CCamera::CCamera() { Init(); }

@@ -1,3 +1,4 @@
+// The camera file: one value a line, then marks and distortion table (docs/file_formats.md).
 #include <fieldscan/camera.h>
 #include <fieldscan/point_files.h>
 
@@ -16,14 +17,14 @@ using namespace fieldscan;
 
 namespace {
 
-constexpr int kParameters = 10;  // that CDist holds
+constexpr int kParameters = 10;  // of CDist::para
 
-bool namesFile(const CString& path) {
+bool hasFileName(const CString& path) {
     CString fileTitle;
     return EditFileName(path, fileTitle) == 1;
 }
 
-bool haveNames(const CCamera& camera) {
+bool marksHaveNames(const CCamera& camera) {
     for (int i = 0; i < camera.marks.GetSize(); ++i)
         if (!fitsWord(markName(camera, i)))
             return false;
@@ -38,9 +39,9 @@ bool readModel(CFile& file, CDist& dist) {
     int count = 0;
     if (!readInteger(file, count))
         return false;
-    double beyond = 0.0;
+    double ignored = 0.0;
     for (int i = 0; i < count; ++i)
-        if (!readReal(file, i < kParameters ? dist.para[i] : beyond))
+        if (!readReal(file, i < kParameters ? dist.para[i] : ignored))
             return false;
     return true;
 }
@@ -62,7 +63,7 @@ bool readMarks(CFile& file, CCamera& camera) {
     return true;
 }
 
-// The table may be missing, which is no failure: Write leaves none.
+// The table may be missing: Write writes none.
 void readDistortionTable(CFile& file, CDist& dist) {
     int count = 0;
     if (!readInteger(file, count))
@@ -84,7 +85,7 @@ int CCamera::Write(CString path) const {
     return zeroIfOutOfMemory([&] {
         RewrittenFile rewritten;
         CFile::Cause cause;
-        if (!namesFile(path) || !haveNames(*this) || !rewritten.open(path, cause))
+        if (!hasFileName(path) || !marksHaveNames(*this) || !rewritten.open(path, cause))
             return 0;
         LineWriter& lines = rewritten.lines();
         std::string& text = lines.text();
@@ -92,7 +93,7 @@ int CCamera::Write(CString path) const {
         appendReal(lines, pp.x, "\t\t\t// x of principal point [m]");
         appendReal(lines, pp.y, "\t\t\t// y of principal point [m]");
         appendInteger(lines, dist.model, "\t\t\t\t\t// distortion model");
-        // The application may have set any number; the file tells how many lines follow.
+        // The application may have set any number; the line must say how many parameters follow.
         const int parameters = std::clamp(dist.GetNumPara(), 0, kParameters);
         appendInteger(lines, parameters, "\t\t\t\t\t// number of distortion parameters");
         for (int i = 0; i < parameters; ++i) {
@@ -125,7 +126,7 @@ int CCamera::Read(CString path) {
         if (!openText(file, path))
             return 0;
         Init();
-        if (!namesFile(path) || !readReal(file, focal) || !readReal(file, pp.x) || !readReal(file, pp.y) ||
+        if (!hasFileName(path) || !readReal(file, focal) || !readReal(file, pp.x) || !readReal(file, pp.y) ||
             !readModel(file, dist) || !readReal(file, res.x) || !readReal(file, res.y) ||
             !readMarks(file, *this))
             return 0;

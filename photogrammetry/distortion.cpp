@@ -1,3 +1,5 @@
+// CDist: parameters, table of distortion by radius, and the fit of radial parameters to it by least squares.
+// The formulas are in distortion_model.h, their inverse in distortion_search.cpp.
 #include <fieldscan/distortion.h>
 #include <fieldscan/least_squares.h>
 

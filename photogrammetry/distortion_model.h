@@ -1,5 +1,5 @@
-// The distortion models, for one point or for the lanes of a register full of them. The functions are
-// internal to each file that includes this, since kernels may not share any.
+// The distortion models (CDist; Brown 1971), for one point or for the points in the lanes of a register. The
+// functions are static, since kernels must not share any (numerics/lanes.h).
 #ifndef FIELDSCAN_PHOTOGRAMMETRY_DISTORTION_MODEL_H
 #define FIELDSCAN_PHOTOGRAMMETRY_DISTORTION_MODEL_H
 
@@ -7,7 +7,7 @@
 
 namespace fieldscan {
 
-// The distortion of (x, y) by the parameters `p`, as CDist::CalDist states it.
+// Distortion (dx, dy) at (x, y) with parameters `p`.
 template <class Number>
 static inline void distortionAt(DIST_MODEL model, const double* p, Number x, Number y, Number& dx,
                                 Number& dy) {
@@ -44,9 +44,9 @@ static inline void distortionAt(DIST_MODEL model, const double* p, Number x, Num
     dy = Number();
 }
 
-// The distortions of two points differ by at most this times their distance where |x| <= `x` and |y| <= `y`:
-// the greatest stretch of each term, added up. That of r2^k * (x, y) is (2 k + 1) r2^k, that of a decentering
-// term 6 r.
+// Lipschitz constant of the distortion where |x| <= `x` and |y| <= `y`: the distortions of two points differ
+// by at most this times their distance. It is the sum of the terms' constants: (2 k + 1) r^2k of r^2k (x, y),
+// 6 r of a decentering term.
 static inline double distortionSlope(DIST_MODEL model, const double* p, double x, double y) {
     const auto size = [p](int i) { return __builtin_fabs(p[i]); };
     const double r2 = x * x + y * y, r = x + y;  // or a little more

@@ -1,15 +1,17 @@
-// One pass looks at the 25 points of a grid around the best one so far. They do not depend on each other, so
-// they are computed in lanes; then that one is taken which looking at them one after the other would have
-// ended with: the first that is accepted, else the first of the best. Three times as fast as one by one with
-// AVX-512, twice with SSE2.
+// The search of CDist::CalDistInv. A pass looks at the 25 points of a grid around the best point so far. They
+// are computed in lanes; then the first accepted one is taken, else the first of the best, as when they are
+// looked at one after the other. That takes a third of the time with AVX-512, half with SSE2.
 //
-// Most passes compute four of the 25 alone, which takes 0.65 of the time with AVX-512, 0.43 with SSE2. Let
-// the distorted best point c miss the wanted one by a vector m, whose length s is the search radius. Then
-// t = c - m is on the circle of that radius around c. Where the distortions of two points differ by at most
-// L times their distance, a point p of the grid misses by p - t, give or take L |p - c| in length. With L of
-// 1/8 and t anywhere on the circle, the best corner of the grid's cell with t in it misses by at least
-// 0.067 s less than every point but the four corners, and these others by more than 0.34 s (the least where
-// t is 30 degrees from a line of the grid, on the edge of its cell), so that none of them can be taken.
+// Most passes compute only four of the 25, in 0.65 of the time with AVX-512, 0.43 with SSE2:
+//
+//   c  the best point so far                      m  vector by which its distorted position misses the target
+//   s  |m|, the search radius                     t  c - m, on the circle of radius s around c
+//   L  Lipschitz constant of the distortion       p  a point of the grid
+//
+// p misses by | |p - t| +- L |p - c| |. With L <= 1/8 and t anywhere on the circle, the best corner of the
+// grid cell around t misses by at least 0.067 s less than every point that is no corner of it, and these miss
+// by more than 0.34 s. (Both are smallest where t is 30 degrees from a line of the grid, on the edge of its
+// cell.) So only a corner can be taken.
 #include "photogrammetry/distortion_search.h"
 
 #include "numerics/lanes.h"
@@ -21,11 +23,12 @@ namespace FIELDSCAN_KERNELS {
 namespace {
 
 constexpr int kMostPasses = 100;
-constexpr int kGridSide = 5;  // half a search radius apart, so the grid reaches one radius to every side
-constexpr int kCellSide = 2;  // the points at the corners of a cell of the grid
+constexpr double kSlope = 0.125;  // the greatest L for which four points are enough
+constexpr int kGridSide = 5;      // s / 2 apart: the grid reaches s to every side
+constexpr int kCellSide = 2;      // corners of a cell of the grid
 
-// Columns and rows of side x side points of the grid; the room left repeats the last one, which changes
-// nothing.
+// Columns and rows of side x side points of the grid, from column and row `first` on. Lanes that are left
+// repeat the last point, which changes nothing.
 template <int side>
 struct GridSteps {
     static constexpr int kPoints = side * side;
@@ -43,7 +46,8 @@ struct GridSteps {
     }
 };
 constexpr GridSteps<kGridSide> kGrid(0);
-// The cell left of the middle, or below it, and the outermost to that side; the same to the right, or above.
+// Cells along one axis: left of the middle (or below), the outermost to that side; right of it, the
+// outermost.
 constexpr GridSteps<kCellSide> kCells[] = {GridSteps<kCellSide>(1), GridSteps<kCellSide>(0),
                                            GridSteps<kCellSide>(2), GridSteps<kCellSide>(3)};
 
@@ -67,8 +71,7 @@ struct Search {
         return ey * ey + ex * ex;
     }
 
-    // Of kCells, the one with t in it if point k becomes the best one, which misses by `miss` in this
-    // direction.
+    // Index in kCells of the cell around t if point k becomes the best one; `miss` is one component of m.
     template <int registers>
     static int cellOf(const Lanes (&miss)[registers], const Lanes (&errors)[registers], int k) {
         unsigned int right = 0, outermost = 0;
@@ -79,8 +82,8 @@ struct Search {
         return static_cast<int>((right >> k & 1) * 2 + (outermost >> k & 1));
     }
 
-    // Moves `best` to the best of the points at these steps of the grid around it; false when none is better,
-    // which NaN never is.
+    // Moves `best` to the best point at these columns and rows of the grid around it; false when none is
+    // better. NaN is never better.
     template <int side>
     bool improve(Best& best, const GridSteps<side>& columns, const GridSteps<side>& rows) const {
         constexpr int registers = GridSteps<side>::kRegisters;
@@ -97,12 +100,12 @@ struct Search {
         const double e = least(smallest);
         if (!(e < best.e))
             return false;
-        unsigned int fit = 0, equal = 0;
+        unsigned int acceptable = 0, smallestOnes = 0;
         for (int r = 0; r < registers; ++r) {
-            fit |= atMost(errors[r], accepted) << r * kLanes;
-            equal |= atMost(errors[r], e) << r * kLanes;
+            acceptable |= atMost(errors[r], accepted) << r * kLanes;
+            smallestOnes |= atMost(errors[r], e) << r * kLanes;
         }
-        const int taken = __builtin_ctz(fit != 0 ? fit : equal);
+        const int taken = __builtin_ctz(acceptable != 0 ? acceptable : smallestOnes);
         best = {left + columns.column[taken] * h, bottom + rows.row[taken] * h, e, 0, 0};
         if (side == kCellSide) {
             best.column = cellOf(ex, errors, taken);
@@ -111,31 +114,34 @@ struct Search {
         return true;
     }
 
-    // As long as e is above this, only a corner of the cell around t can be taken.
-    double leastForCells(const Best& first) const {
-        // The best points stay within 2 s / (1 - L) of the first one, since none misses by more than that
-        // does, and the grid reaches 1.42 s further.
+    // While e is above this, only a corner of the cell around t can be taken.
+    double leastErrorForCells(const Best& first) const {
+        // No best point misses by more than the first one. So all are within 2 s / (1 - L) = 2.3 s of it, and
+        // the grid reaches sqrt(2) s further.
+        static_assert(2.0 / (1.0 - kSlope) + 1.4143 < 4.0);
         const double s = __builtin_sqrt(first.e);
         const double u = __builtin_fabs(first.u) + 4.0 * s, v = __builtin_fabs(first.v) + 4.0 * s;
-        if (!(distortionSlope(model, parameters, u, v) <= 0.125))
+        if (!(distortionSlope(model, parameters, u, v) <= kSlope))
             return __builtin_inf();
-        // Rounding moves the misses that are compared by less than 20 x 2^-53 of the coordinates, which is
-        // 0.04 s at the least s here. 1e-280: denormal squares have lost digits.
+        // Rounding changes the misses by less than 20 x 2^-53 of the coordinates: 0.04 s for the least s
+        // here, less than 0.067 s. 1e-280: denormal squares have lost digits.
+        static_assert(20.0 * 0x1p-53 < 0.04 * 0x1p-44);
         const double leastS = (u + v) * 0x1p-44;
         const double exact = leastS * leastS + 1e-280;
-        // Nearer than 0.34 s a point outside the cell could be accepted before those of the cell.
+        // (0.34 s)^2 > accepted, or a point outside the cell could be accepted first.
+        static_assert(0.34 * 0.34 * 12.0 > 1.0);
         const double noneAccepted = 12.0 * accepted;
         return noneAccepted > exact ? noneAccepted : exact;
     }
 
-    Undistorted from(double u, double v) const {
+    Undistorted searchFrom(double u, double v) const {
         Lanes ex[1], ey[1];
         const Lanes e[1] = {errorAt(broadcast(u), broadcast(v), ex[0], ey[0])};
         Best best = {u, v, e[0][0], cellOf(ex, e, 0), cellOf(ey, e, 0)};
-        const double enough = leastForCells(best);
+        const double leastError = leastErrorForCells(best);
         for (int pass = 0; pass < kMostPasses && !(best.e <= accepted); ++pass)
-            if (!(best.e > enough ? improve(best, kCells[best.column], kCells[best.row])
-                                  : improve(best, kGrid, kGrid)))
+            if (!(best.e > leastError ? improve(best, kCells[best.column], kCells[best.row])
+                                      : improve(best, kGrid, kGrid)))
                 break;
         return {best.u, best.v, best.e <= accepted};
     }
@@ -150,17 +156,17 @@ Undistorted searchUndistorted(DIST_MODEL model, const double* parameters, double
     const double u = x - dx, v = y - dy;
     switch (model) {
         case DIST_RADIAL4:
-            return Search<DIST_RADIAL4>{parameters, x, y, accepted}.from(u, v);
+            return Search<DIST_RADIAL4>{parameters, x, y, accepted}.searchFrom(u, v);
         case DIST_RADIAL2_TANGENTIAL2:
-            return Search<DIST_RADIAL2_TANGENTIAL2>{parameters, x, y, accepted}.from(u, v);
+            return Search<DIST_RADIAL2_TANGENTIAL2>{parameters, x, y, accepted}.searchFrom(u, v);
         case DIST_RADIAL3_TANGENTIAL2:
-            return Search<DIST_RADIAL3_TANGENTIAL2>{parameters, x, y, accepted}.from(u, v);
+            return Search<DIST_RADIAL3_TANGENTIAL2>{parameters, x, y, accepted}.searchFrom(u, v);
         case DIST_POLY8:
-            return Search<DIST_POLY8>{parameters, x, y, accepted}.from(u, v);
+            return Search<DIST_POLY8>{parameters, x, y, accepted}.searchFrom(u, v);
         case DIST_NONE:
             break;
     }
-    return Search<DIST_NONE>{parameters, x, y, accepted}.from(u, v);
+    return Search<DIST_NONE>{parameters, x, y, accepted}.searchFrom(u, v);
 }
 
 }  // namespace FIELDSCAN_KERNELS

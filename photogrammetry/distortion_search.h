@@ -1,4 +1,4 @@
-// The inverse of a distortion by search.
+// The inverse of a distortion, by search on a grid that shrinks (CDist::CalDistInv).
 #ifndef FIELDSCAN_PHOTOGRAMMETRY_DISTORTION_SEARCH_H
 #define FIELDSCAN_PHOTOGRAMMETRY_DISTORTION_SEARCH_H
 
@@ -8,15 +8,14 @@
 
 namespace fieldscan {
 
-// An undistorted point, and whether its distorted position is near enough to the wanted one.
 struct Undistorted {
     double u;
     double v;
-    bool accepted;
+    bool accepted;  // its distorted position is near enough to the wanted one
 };
 
-// The best point that the search of CDist::CalDistInv finds for the distorted (x, y). It ends at the first
-// point whose squared distance is at most `accepted`, or when it finds no better one.
+// The best undistorted point for the distorted (x, y). The search ends at the first point whose distorted
+// position misses (x, y) by at most sqrt(accepted), or when a pass finds no better one.
 FIELDSCAN_IN_EACH_SET(Undistorted searchUndistorted(DIST_MODEL model, const double* parameters, double x,
                                                     double y, double accepted);)
 

@@ -1,3 +1,5 @@
+// CImage: inner orientation from fiducial marks, conversions between pixels and photo coordinates, projection
+// of object points by the collinearity equations.
 #include <fieldscan/image.h>
 
 #include <utility>
@@ -17,7 +19,7 @@ constexpr double kUndistortTolerance = 1e-12;  // mm, of ObjToImc
 
 bool isPitch(const CXYZ& res) { return res.x > 0.0 && res.y > 0.0; }
 
-// Copying a point allocates when its name is a long one.
+// 0 when memory runs out: copying a long name allocates.
 int copyPoint(const CXYZ& from, CXYZ& to) {
     return zeroIfOutOfMemory([&] {
         to = from;
@@ -25,7 +27,7 @@ int copyPoint(const CXYZ& from, CXYZ& to) {
     });
 }
 
-// Pixels to millimetres with y upward, and back.
+// Pixels, y downward, to millimetres, y upward, and back.
 void toMillimetresUp(CXYZ& point, const CXYZ& res) {
     point.x = point.x * res.x;
     point.y = -(point.y * res.y);
@@ -36,10 +38,11 @@ void toPixelsDown(CXYZ& point, const CXYZ& res) {
     point.y = -(point.y / res.y);
 }
 
-// Measured marks are in the order of the camera's: one without a name takes that of its place. Where that has
-// none either, the two are a pair, after those of equal names. Returns the number of pairs.
+// Pairs the camera's marks (targets) with the measured ones (sources), first by name, then by index the marks
+// without a name on either side. A measured mark without a name takes that of the camera's mark of its index.
+// Returns the number of pairs.
 template <class Transformation>
-int setMarks(Transformation& transformation, const CImage& image) {
+int pairMarks(Transformation& transformation, const CImage& image) {
     Points named, namedMeasured, unnamed, unnamedMeasured;
     const int marks = image.camera.marks.GetSize(), measurements = image.markImc.GetSize();
     for (int i = 0; i < marks; ++i) {
@@ -67,8 +70,8 @@ int setMarks(Transformation& transformation, const CImage& image) {
 }
 
 template <class Transformation>
-int fit(Transformation& transformation, const CImage& image, int leastPairs) {
-    if (setMarks(transformation, image) < leastPairs)
+int fitToMarks(Transformation& transformation, const CImage& image, int leastPairs) {
+    if (pairMarks(transformation, image) < leastPairs)
         return 0;
     if (transformation.CalPara())
         return 1;
@@ -100,7 +103,7 @@ CImage::~CImage() {}
 
 CImage& CImage::operator=(const CImage& other) {
     if (this != &other) {
-        innOri = INNORI_NONE;  // until the transformations are copied, which may run out of memory
+        innOri = INNORI_NONE;  // in case copying the transformations runs out of memory
         identifier1 = other.identifier1;
         identifier2 = other.identifier2;
         width = other.width;
@@ -170,9 +173,9 @@ int CImage::CalInnOri(INNORI_TYPE t) {
     return zeroIfOutOfMemory([&] {
         int fitted = 0;
         if (t == INNORI_FIDUCIAL_LSQ)
-            fitted = fit(planeTrans, *this, kLeastAffinePairs);
+            fitted = fitToMarks(planeTrans, *this, kLeastAffinePairs);
         else if (t == INNORI_FIDUCIAL_HELMERT)
-            fitted = fit(helmert, *this, kLeastHelmertPairs);
+            fitted = fitToMarks(helmert, *this, kLeastHelmertPairs);
         if (fitted)
             innOri = t;
         return fitted;

@@ -1,3 +1,4 @@
+// COffset, CImgVH and CImgTS hold data only.
 #include <fieldscan/instrument_camera.h>
 
 COffset::COffset() = default;
@@ -6,7 +7,7 @@ COffset::~COffset() = default;
 COffset& COffset::operator=(const COffset& other) = default;
 void COffset::Trace() {}
 
-// v and h stay as the storage was: CArray has zeroed it, elsewhere the caller sets them.
+// v and h are not initialized: CArray zeroes its storage, elsewhere the caller sets them.
 CImgVH::CImgVH() {}
 CImgVH::CImgVH(const CImgVH& other) = default;
 CImgVH::~CImgVH() = default;

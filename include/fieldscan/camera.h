@@ -21,21 +21,23 @@ public:
 
     // ---- Camera file: docs/file_formats.md ----
 
-    // Makes the file or replaces it as a whole: a failure keeps the old one. Six decimals are kept, of the
-    // distortion parameters seven digits; title and distortion table are not written. Returns 1; 0 when a
-    // mark has no name or one with white space, whose coordinates would come back shifted, or the path has no
-    // file name (nothing is touched then), the file cannot be opened, another writer keeps it, or writing
-    // fails.
+    // Writes the file or replaces it as a whole: a failure keeps the old one. Six decimals are written, seven
+    // digits of the distortion parameters; title and distortion table are not. A number of parameters outside
+    // 0 to 10 is written as the nearest of these. A mark is written with its name in markNames or, if that is
+    // empty, with its own. Returns 1; 0 when a mark has no name or one with white space, which would shift
+    // its coordinates on reading, the path has no file name, the file cannot be opened, another writer has it
+    // open, or writing fails.
     int Write(CString path) const;
 
-    // Init, then what the file holds: each value from the start of its line, what follows is a comment. A
-    // value that is no number leaves its field at zero. Of the distortion parameters those beyond the tenth
-    // are read over; the number of parameters is that of the model. Each mark's name goes to markNames and to
-    // the mark itself. A distortion table behind the marks is read when there is one; lines of it that hold
-    // no two numbers are skipped. innType becomes 1 when there are marks.
+    // Init, then reads the file. A value is at the start of its line; the rest of the line is a comment. A
+    // value that is no number reads as 0. Distortion parameters beyond the tenth are skipped; the number of
+    // parameters becomes that of the model. The name of a mark goes to markNames and to the mark itself. A
+    // distortion table after the marks is optional; lines of it without two numbers are skipped. innType
+    // becomes 1 when there are marks.
     //
-    // Returns 1; 0 when the file cannot be opened (the record is then as it was), or when a line is missing
-    // or blank or the medium fails, and then the record holds what was read before that.
+    // Returns 1; 0 when the file cannot be opened, with the record unchanged; 0 when a line before the table
+    // is missing or blank, or the medium fails, also in the table. The record then holds what was read before
+    // that.
     int Read(CString path);
 
     // ---- Data ----

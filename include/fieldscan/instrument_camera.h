@@ -1,5 +1,5 @@
-// CImgTS, COffset, CImgVH: what the application knows about the instrument's camera. Data alone; the meaning
-// of fields without a remark is the application's.
+// CImgTS, COffset, CImgVH: what the application knows about the instrument's camera. Only data; the
+// application gives fields without a comment their meaning.
 #ifndef FIELDSCAN_INSTRUMENT_CAMERA_H
 #define FIELDSCAN_INSTRUMENT_CAMERA_H
 
@@ -9,7 +9,7 @@
 #include <fieldscan/framework/string.h>
 #include <fieldscan/points.h>
 
-// The offset of the camera against the instrument.
+// Offset of the camera from the instrument.
 class FIELDSCAN_API COffset {
 public:
     COffset();
@@ -19,15 +19,15 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    // The meaning of each is the application's.
+    // The application gives each its meaning.
     CXYZ point0;
     CXYZ point1;
     CXYZ point2;
     CWPK angles;
 };
 
-// One image taken at a named direction. A new object holds whatever its storage held in v and h: set them.
-// The elements that a CArray makes begin at 0.0.
+// One image taken at a named direction. v and h of a new object are not initialized: set them. Those of
+// elements that a CArray makes are 0.0.
 class FIELDSCAN_API CImgVH {
 public:
     CImgVH();
@@ -37,7 +37,7 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    // Name and direction (v, h) of the image; the rest is the application's.
+    // Name and direction (v, h) of the image; the other fields are the application's.
     CString name;
     double v;
     double h;
@@ -61,8 +61,8 @@ public:
     CArray<CXYZ, CXYZ&> pointList2;  // the application's
     int words2[5];                   // 0 until the application sets them
     CCamera camera;                  // its calibration
-    COffset offset;                  // of the camera against the instrument
-    CArray<CImgVH, CImgVH&> images;  // taken so far
+    COffset offset;                  // of the camera from the instrument
+    CArray<CImgVH, CImgVH&> images;  // images taken
 };
 
 #endif
