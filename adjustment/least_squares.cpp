@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "numerics/gram.h"
-#include "platform/framework/arithmetic.h"
 #include "platform/framework/out_of_memory.h"
+#include "platform/framework/truncation.h"
 #include "platform/system.h"
 
 using namespace fieldscan;

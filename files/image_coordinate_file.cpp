@@ -1,9 +1,11 @@
+// Image-coordinate files: pixel coordinates of named points in one image.
 #include <fieldscan/point_files.h>
 
 #include <initializer_list>
 #include <string>
 
 #include "files/point_lines.h"
+#include "platform/framework/array_growth.h"
 #include "platform/framework/number_text.h"
 #include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
@@ -12,11 +14,12 @@ using namespace fieldscan;
 
 namespace {
 
-// Most lines that hold something and fit into what is left of the file: a character and a line feed each, the
-// last line feed may be missing.
+// The most lines that the rest of the file can hold: a character and a line feed each, where the last line
+// feed may be missing.
 long long linesThatFit(const CFile& file) { return (file.GetLength() - file.GetPosition() + 1) / 2; }
 
-// Reads "%d" or "%d %d" into the values; false only where the input ends first.
+// Reads the next line as "%d" or "%d %d"; false only when it is missing or blank. A value that is no number
+// stays, as do those after it.
 bool readInts(CFile& file, unsigned int codePage, std::initializer_list<int*> values) {
     std::string line, buffer;
     if (!readLine(file, line))

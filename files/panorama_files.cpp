@@ -1,4 +1,4 @@
-// Panorama information and exterior orientation files.
+// Panorama information and exterior orientation files: a version line, then one value a line.
 #include <fieldscan/panorama_files.h>
 #include <fieldscan/scan_result_files.h>
 
@@ -16,7 +16,7 @@ const char kExteriorVersion[] = "KZ5_EXT_FILEVER1.0";
 
 struct NamedValue {
     double value;
-    const char* comment;  // with the carriage return
+    const char* comment;  // ends with the carriage return
 };
 
 int writeValues(const unsigned short* path, const char* version, std::initializer_list<NamedValue> values) {
@@ -34,7 +34,7 @@ int readValues(const unsigned short* path, const char* version, std::initializer
         CFile file;
         if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, version) != 1)
             return 0;
-        double value = 0.0;  // one for all lines: what is no number repeats the line before
+        double value = 0.0;  // stays where a line is no number: the value of the line before is repeated
         for (double* each : values) {
             if (!readReal(file, value))
                 return 0;

@@ -1,3 +1,4 @@
+// Point files and occupied-point files: lines "name,x,y,z".
 #include <fieldscan/card.h>
 #include <fieldscan/point_files.h>
 
@@ -7,6 +8,7 @@
 #include <utility>
 
 #include "files/point_lines.h"
+#include "platform/framework/array_growth.h"
 #include "platform/framework/decimal_text.h"
 #include "platform/framework/number_text.h"
 #include "platform/framework/rewritten_file.h"
@@ -18,7 +20,7 @@ namespace {
 
 constexpr int kShortName = 32;
 
-// Writes a name of up to kShortName units of ASCII; nothing of any other.
+// Writes a name of ASCII, up to kShortName units, and returns its end; writes no other name and returns `to`.
 char* putShortAscii(char* to, const CString& name) {
     const int length = name.GetLength();
     if (length > kShortName)
@@ -32,6 +34,7 @@ char* putShortAscii(char* to, const CString& name) {
     return all < 0x80 ? to + length : to;
 }
 
+// The first field of `line`, which is taken off with its comma.
 std::string_view takeField(std::string_view& line) {
     const std::size_t comma = line.find(',');
     const std::string_view field = line.substr(0, comma);
@@ -39,7 +42,8 @@ std::string_view takeField(std::string_view& line) {
     return field;
 }
 
-// A plain number up to the comma needs no search for the end of its field.
+// The number in the first field of `line`, which is taken off. A plain decimal ends at the comma itself; only
+// other texts need a search for it.
 double takeNumber(unsigned int codePage, std::string_view& line) {
     const std::size_t sign = !line.empty() && line[0] == '-' ? 1 : 0;
     double value = 0.0;
@@ -52,9 +56,25 @@ double takeNumber(unsigned int codePage, std::string_view& line) {
     return parseDouble(numberText(codePage, takeField(line), buffer));
 }
 
+// Empties the list, opens the file as openForReading does and gives each line to `addLine`, until that
+// returns false: 1, or 0 when the file cannot be opened or read to its end.
+template <class AddLine>
+int readPoints(const CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist, AddLine addLine) {
+    points.SetSize(0);
+    return zeroIfOutOfMemory([&] {
+        CFile file;
+        if (!openForReading(file, path, mustExist))
+            return 0;
+        const unsigned int codePage = system::ansiCodePage();
+        std::string_view line;
+        while (readLine(file, line) && addLine(file, codePage, line)) {}
+        return file.HasReadFailed() ? 0 : 1;
+    });
+}
+
 }  // namespace
 
-// Put together here and appended at once.
+// The line is made in a local buffer and appended at once.
 void fieldscan::appendPoint(LineWriter& lines, const CXYZ& point) {
     char line[kShortName + 3 * (1 + kFixedRoom)];
     char* to = putShortAscii(line, point.name);
@@ -71,7 +91,7 @@ std::string_view fieldscan::numberText(unsigned int codePage, std::string_view f
     field = trimmed(field);
     if (field.empty() || static_cast<unsigned char>(field[0]) < 0x80)
         return field;
-    const CString wide = wideTrimmed(codePage, field);  // the ideographic blank
+    const CString wide = wideTrimmed(codePage, field);  // it may be an ideographic blank
     buffer.clear();
     system::appendAnsi(codePage, wide.GetString(), wide.GetLength(), buffer);
     return buffer;
@@ -96,7 +116,7 @@ CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsign
     return point;
 }
 
-bool fieldscan::haveNames(const CArray<CXYZ, CXYZ&>& points) {
+bool fieldscan::allNamesFit(const CArray<CXYZ, CXYZ&>& points) {
     for (int i = 0; i < points.GetSize(); ++i)
         if (!fitsField(points[i].name))
             return false;
@@ -110,25 +130,19 @@ bool fieldscan::openForReading(CFile& file, const CString* path, int mustExist) 
         return true;
     if (mustExist == 1 || file.GetOpenFailure() != CFile::causeNotFound)
         return false;
-    // Not truncating: the file may have come into being meanwhile.
+    // Not truncated: another program may have made the file since.
     return file.Open(*path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite) &&
            file.Close() && openText(file, *path);
 }
 
 int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
-    points.SetSize(0);
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!openForReading(file, path, mustExist))
-            return 0;
-        const unsigned int codePage = system::ansiCodePage();
-        std::string split;
-        std::string_view line;
-        while (readLine(file, split, line) && !isCutOff(line, kPointLines.fields) &&
-               !isBlank(codePage, line = trimmed(line)))
-            addPoint(points, file, codePage, line);
-        return file.HasReadFailed() ? 0 : 1;
-    });
+    const auto addLine = [&](const CFile& file, unsigned int codePage, std::string_view line) {
+        if (isCutOff(line, kPointLines.fields) || isBlank(codePage, line = trimmed(line)))
+            return false;
+        addPoint(points, file, codePage, line);
+        return true;
+    };
+    return readPoints(path, points, mustExist, addLine);
 }
 
 int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append) {
@@ -138,34 +152,27 @@ int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append) {
             lines.endLine();
         }
     };
-    if (!path || !haveNames(points))
+    if (!path || !allNamesFit(points))
         return 0;
     return append == 1 ? appendToFile(*path, Existing::needed, kPointLines, write)
                        : writeNewFile(*path, write);
 }
 
 int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist) {
-    points.SetSize(0);
-    return zeroIfOutOfMemory([&] {
-        CFile file;
-        if (!openForReading(file, path, mustExist))
-            return 0;
-        const unsigned int codePage = system::ansiCodePage();
-        std::string split;
-        for (std::string_view rest; readLine(file, split, rest);) {
-            while (!rest.empty()) {
-                const std::size_t end = rest.find('\r');
-                std::string_view part = rest.substr(0, end);
-                if (end == std::string_view::npos && isCutOff(part, kPointLines.fields))
-                    break;
-                part = trimmed(part);
-                if (!isBlank(codePage, part))
-                    addPoint(points, file, codePage, part);
-                rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-            }
+    const auto addParts = [&](const CFile& file, unsigned int codePage, std::string_view line) {
+        while (!line.empty()) {
+            const std::size_t end = line.find('\r');
+            std::string_view part = line.substr(0, end);
+            if (end == std::string_view::npos && isCutOff(part, kPointLines.fields))
+                return false;
+            part = trimmed(part);
+            if (!isBlank(codePage, part))
+                addPoint(points, file, codePage, part);
+            line.remove_prefix(end == std::string_view::npos ? line.size() : end + 1);
         }
-        return file.HasReadFailed() ? 0 : 1;
-    });
+        return true;
+    };
+    return readPoints(path, points, mustExist, addParts);
 }
 
 int EditFileName(CString path, CString& title) { return CRTCard().GetFileTitle(std::move(path), title); }

@@ -1,4 +1,4 @@
-// What the readers and writers of points share.
+// Lines of points, "name,x,y,z" and "name x y": read and written by all files that hold points.
 #ifndef FIELDSCAN_FILES_POINT_LINES_H
 #define FIELDSCAN_FILES_POINT_LINES_H
 
@@ -11,6 +11,7 @@
 
 #include "platform/framework/appended_file.h"
 #include "platform/framework/line_text.h"
+#include "platform/framework/line_writer.h"
 
 namespace fieldscan {
 
@@ -20,26 +21,26 @@ void appendPoint(LineWriter& lines, const CXYZ& point);
 // Appends "name,x,y,z,code,attr[2],text", without an end of line.
 void appendScanPoint(LineWriter& lines, const CXYZ& point, const CString& text);
 
-// The field of a number, trimmed; `buffer` may hold it.
+// The text of a number field, trimmed; `buffer` holds it where the ideographic blank had to go.
 std::string_view numberText(unsigned int codePage, std::string_view field, std::string& buffer);
 
-// Adds the point that a line of `file` begins with, "name,x,y,z", in place; missing fields are empty. `line`
-// is left with what stands behind the next comma.
+// Adds the point at the start of a line of `file`, "name,x,y,z"; a missing field is empty. `line` becomes the
+// rest after the fourth field and its comma.
 CXYZ& addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage, std::string_view& line);
 
-// The point of the next line, "name x y" separated by blanks: z is 0, and so is what is no number. False when
-// the line is missing or blank.
+// Reads the point of the next line, "name x y" with blanks between. z is 0, and so is a coordinate that is no
+// number. False when the line is missing or blank.
 bool readNamedPoint(CFile& file, unsigned int codePage, CXYZ& point);
 
-// Opens an existing file for reading; a missing one fails when mustExist is 1, else it is made first.
+// Opens a file for reading. A missing one is a failure when mustExist is 1; otherwise it is made, empty.
 bool openForReading(CFile& file, const CString* path, int mustExist);
 
-// The kinds of files of points: a plain line, of which a code or more may follow, and a versioned one.
-constexpr LineKind kPointLines = {"", 4};
-constexpr LineKind kVersionedLines = {"FIELD_SCAN_MPT_FILEVER1.0\r\n", 9};
+// Plain files, where a code and more may follow the point, and versioned ones.
+constexpr LineFormat kPointLines = {"", 4};
+constexpr LineFormat kVersionedLines = {"FIELD_SCAN_MPT_FILEVER1.0\r\n", 9};
 
-// Whether all names come back from a line (fitsField).
-bool haveNames(const CArray<CXYZ, CXYZ&>& points);
+// True if every name is read back as it is written (fitsField).
+bool allNamesFit(const CArray<CXYZ, CXYZ&>& points);
 
 }  // namespace fieldscan
 

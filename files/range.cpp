@@ -1,3 +1,4 @@
+// CRange, the box of points, and the range file: version, axes, unit, count, two corners.
 #include <fieldscan/range.h>
 #include <fieldscan/scan_result_files.h>
 #include <fieldscan/survey.h>
@@ -66,14 +67,14 @@ int readRange(const CString& path, CRange& range) {
     CFile file;
     if (!file.Open(path, CFile::modeRead) || ReadHeader(&file, kVersion) != 1)
         return 0;
-    int axes = -1, unit = -1, count = -1;  // what no number replaces is refused
+    int axes = -1, unit = -1, count = -1;  // refused unless a number replaces it
     if (!readInteger(file, axes) || !readInteger(file, unit) || !readInteger(file, count) ||
         !isKnown(axes, unit) || count < 0)
         return 0;
     CXYZ lower, upper;
     if (!readCorner(file, axes, unit, lower) || !readCorner(file, axes, unit, upper))
         return 0;
-    if (!(lower.x <= upper.x && lower.y <= upper.y && lower.z <= upper.z))  // nor is NaN a corner
+    if (!(lower.x <= upper.x && lower.y <= upper.y && lower.z <= upper.z))  // false for NaN too
         return 0;
     range.lower = lower;
     range.upper = upper;
@@ -107,7 +108,7 @@ int CRange::AddPoint(const CXYZ& point) {
     }
     lower.SetXYZ(std::min(lower.x, point.x), std::min(lower.y, point.y), std::min(lower.z, point.z));
     upper.SetXYZ(std::max(upper.x, point.x), std::max(upper.y, point.y), std::max(upper.z, point.z));
-    if (count < std::numeric_limits<int>::max())  // a file may have brought any count
+    if (count < std::numeric_limits<int>::max())  // a file may hold any count
         ++count;
     return 1;
 }

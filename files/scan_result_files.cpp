@@ -1,3 +1,4 @@
+// Plain scan result files: points appended as they are measured, and the building blocks for other writers.
 #include <fieldscan/scan_result_files.h>
 
 #include "files/point_lines.h"
@@ -8,6 +9,7 @@ using namespace fieldscan;
 
 namespace {
 
+// "name,x,y,z,code", or "name,x,y,z" when the code is empty.
 void appendWithCode(LineWriter& lines, const CXYZ& point) {
     appendPoint(lines, point);
     if (!point.code.IsEmpty()) {
@@ -17,7 +19,7 @@ void appendWithCode(LineWriter& lines, const CXYZ& point) {
     lines.endLine();
 }
 
-bool isRecord(const CXYZ& point) { return fitsField(point.name) && fitsLine(point.code); }
+bool comesBack(const CXYZ& point) { return fitsField(point.name) && fitsLine(point.code); }
 
 }  // namespace
 
@@ -31,18 +33,17 @@ void fieldscan::appendScanPoint(LineWriter& lines, const CXYZ& point, const CStr
     lines.append(text);
 }
 
-// A new file's name has to be on the medium too.
 int ScanFileOpen(CFile* file, CString path) {
     constexpr unsigned int kMode = CFile::modeCreate | CFile::modeNoTruncate | CFile::modeWrite;
     const int opened = zeroIfOutOfMemory([&] {
         if (!file->Open(path, kMode | system::kAppending))
             return 0;
         if (file->GetLength() == 0)
-            system::flushFolderOf(path);
+            system::flushFolderOf(path);  // a new file's name must be on the medium too
         return file->SeekToEnd();
     });
     if (!opened)
-        file->Close();  // or nobody else could write to it
+        file->Close();  // else it keeps other writers off
     return opened;
 }
 
@@ -62,7 +63,7 @@ int ScanFileAdd(CString path, CXYZ point, CString extra) {
 }
 
 int ScanFileAdd(CString path, CXYZ point) {
-    if (!isRecord(point))
+    if (!comesBack(point))
         return 0;
     return appendToFile(path, Existing::kept, kPointLines,
                         [&](LineWriter& lines) { appendWithCode(lines, point); });
@@ -70,7 +71,7 @@ int ScanFileAdd(CString path, CXYZ point) {
 
 int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points) {
     for (int i = 0; i < points.GetSize(); ++i)
-        if (!isRecord(points[i]))
+        if (!comesBack(points[i]))
             return 0;
     return appendToFile(path, Existing::kept, kPointLines, [&](LineWriter& lines) {
         for (int i = 0; i < points.GetSize(); ++i)

@@ -1,4 +1,4 @@
-// Folders of the storage cards, and names that count up.
+// CGetAppPath: folders of the storage cards from the registry, and names that count up.
 #include <fieldscan/storage_paths.h>
 #include <fieldscan/string_utilities.h>
 
@@ -12,7 +12,7 @@ namespace {
 const char16_t kCompactFlash[] = u"System\\StorageManager\\Profiles\\PCMCIA";
 const char16_t kSecureDigital[] = u"System\\StorageManager\\Profiles\\SDMMC";
 
-// `folder`, looked up first where it is empty.
+// `folder`, after a look-up where it is empty: the registered folder and the number of the slot.
 const CString& cardFolder(CString& folder, const char16_t* key, const char16_t* slot) {
     zeroIfOutOfMemory([&] {
         CString found;
@@ -47,7 +47,7 @@ CString CGetAppPath::GetExePath() {
 
 CString CGetAppPath::MakeNextName(const CString& name) const {
     const int length = name.GetLength();
-    int digits = 0;  // before the start of the name there is a zero
+    int digits = 0;  // the unit before the start of the name reads as 0, which is no digit
     while (name[length - digits - 1] >= '0' && name[length - digits - 1] <= '9')
         ++digits;
     CString next = name;

@@ -1,3 +1,4 @@
+// CTSUnit, the display units of the operator, and their file: version, then one code a line.
 #include <fieldscan/unit_settings.h>
 
 #include "files/value_lines.h"

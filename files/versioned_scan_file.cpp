@@ -1,3 +1,4 @@
+// Versioned scan files: a version line, then lines of nine fields.
 #include <fieldscan/scan_result_files.h>
 
 #include <algorithm>
@@ -5,6 +6,7 @@
 #include <string_view>
 
 #include "files/point_lines.h"
+#include "platform/framework/array_growth.h"
 #include "platform/framework/number_text.h"
 #include "platform/system.h"
 
@@ -12,11 +14,12 @@ using namespace fieldscan;
 
 namespace {
 
-// The fields of a line behind name, x, y, z, in their order.
+// The fields of a line after name, x, y, z.
 enum Field { kCode, kAttribute, kText, kFirst, kSecond, kFields };
 static_assert(kVersionedLines.fields == 4 + kFields);
 
-void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, double first, double second) {
+void appendVersionedLine(LineWriter& lines, const CXYZ& point, const CString& text, double first,
+                         double second) {
     appendScanPoint(lines, point, text);
     for (const double value : {first, second}) {
         lines.text() += ',';
@@ -25,9 +28,9 @@ void appendVersioned(LineWriter& lines, const CXYZ& point, const CString& text, 
     lines.endLine();
 }
 
-bool isRecord(const CXYZ& point) { return fitsField(point.name) && fitsField(point.code); }
+bool comesBack(const CXYZ& point) { return fitsField(point.name) && fitsField(point.code); }
 
-// Element i, or what a missing one stands for.
+// Element i, or `missing` where the array is shorter.
 template <class Array, class Element>
 Element elementOr(const Array& array, int i, const Element& missing) {
     return i < array.GetSize() ? array[i] : missing;
@@ -37,11 +40,10 @@ Element elementOr(const Array& array, int i, const Element& missing) {
 
 int WriteHeader(CFile* file, CString header) {
     zeroIfOutOfMemory([&] {
-        LineWriter lines(*file);
-        lines.append(header);
-        lines.text() += '\r';
-        lines.endLine();
-        return lines.finish() ? 1 : 0;
+        std::string line;
+        system::appendAnsi(system::ansiCodePage(), header.GetString(), header.GetLength(), line);
+        line += "\r\n";
+        return file->Write(line.data(), static_cast<unsigned int>(line.size()));
     });
     return 1;
 }
@@ -61,21 +63,21 @@ int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double
                         CArray<double, double>& second, CStringArray& texts, int append) {
     const int size = points.GetSize();
     for (int i = 0; i < size; ++i)
-        if (!isRecord(points[i]) || (i < texts.GetSize() && !fitsField(texts[i])))
+        if (!comesBack(points[i]) || (i < texts.GetSize() && !fitsField(texts[i])))
             return 0;
     return appendToFile(path, append == 1 ? Existing::needed : Existing::emptied, kVersionedLines,
                         [&](LineWriter& lines) {
                             for (int i = 0; i < size; ++i)
-                                appendVersioned(lines, points[i], elementOr(texts, i, CString()),
-                                                elementOr(first, i, 0.0), elementOr(second, i, 0.0));
+                                appendVersionedLine(lines, points[i], elementOr(texts, i, CString()),
+                                                    elementOr(first, i, 0.0), elementOr(second, i, 0.0));
                         });
 }
 
 int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text) {
-    if (!isRecord(point) || !fitsField(text))
+    if (!comesBack(point) || !fitsField(text))
         return 0;
     return appendToFile(path, Existing::kept, kVersionedLines,
-                        [&](LineWriter& lines) { appendVersioned(lines, point, text, first, second); });
+                        [&](LineWriter& lines) { appendVersionedLine(lines, point, text, first, second); });
 }
 
 int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
@@ -92,8 +94,7 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
         const unsigned int codePage = system::ansiCodePage();
         std::string_view fields[kFields];
         std::string buffer;
-        std::string split;
-        for (std::string_view line; readLine(file, split, line);) {
+        for (std::string_view line; readLine(file, line);) {
             if (std::count(line.begin(), line.end(), ',') < kVersionedLines.fields - 1 ||
                 isCutOff(line, kVersionedLines.fields))
                 continue;
@@ -107,12 +108,12 @@ int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double,
             reserveForLines(first, file);
             reserveForLines(second, file);
             texts.Add(wideTrimmed(codePage, fields[kText]));
-            first.Add(firstValue);  // there is room: from here on nothing fails
+            first.Add(firstValue);  // room was made above: nothing fails from here on
             second.Add(secondValue);
         }
         return file.HasReadFailed() ? 0 : 1;
     });
-    // Where memory ran out the last point may lack what goes along with it.
+    // When memory ran out, the last point may lack its values.
     points.SetSize(second.GetSize());
     return result;
 }

@@ -8,8 +8,10 @@
 #include "files/point_lines.h"
 #include "files/value_lines.h"
 #include "photogrammetry/mark_names.h"
+#include "platform/framework/array_growth.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/out_of_memory.h"
 #include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 

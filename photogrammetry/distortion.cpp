@@ -8,7 +8,8 @@
 
 #include "photogrammetry/distortion_model.h"
 #include "photogrammetry/distortion_search.h"
-#include "platform/framework/line_text.h"
+#include "platform/framework/array_growth.h"
+#include "platform/framework/out_of_memory.h"
 
 using namespace fieldscan;
 

@@ -7,7 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/framework/line_text.h"
+#include "platform/framework/array_growth.h"
+#include "platform/framework/out_of_memory.h"
 #include "polyline/edge_bands.h"
 
 namespace {

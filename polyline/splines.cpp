@@ -9,7 +9,8 @@
 #include <cmath>
 #include <limits>
 
-#include "platform/framework/line_text.h"
+#include "platform/framework/array_growth.h"
+#include "platform/framework/out_of_memory.h"
 #include "polyline/spline_kinds.h"
 
 using namespace fieldscan;

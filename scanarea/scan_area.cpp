@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "geometry/angle_constants.h"
-#include "platform/framework/arithmetic.h"
-#include "platform/framework/line_text.h"
+#include "platform/framework/out_of_memory.h"
+#include "platform/framework/truncation.h"
 
 using namespace fieldscan;
 

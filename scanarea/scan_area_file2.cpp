@@ -8,8 +8,10 @@
 #include <string_view>
 
 #include "geometry/angle_constants.h"
+#include "platform/framework/array_growth.h"
 #include "platform/framework/line_text.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/out_of_memory.h"
 #include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 #include "scanarea/file_access.h"

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "geometry/angle_constants.h"
-#include "platform/framework/line_text.h"
+#include "platform/framework/out_of_memory.h"
 #include "scanarea/coincidence.h"
 
 using namespace fieldscan;

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "platform/framework/arithmetic.h"
+#include "platform/framework/angle_wrap.h"
 
 namespace fieldscan {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/framework/arithmetic.h"
 #include "platform/framework/calendar.h"
 #include "platform/framework/number_text.h"
+#include "platform/framework/truncation.h"
 #include "platform/system.h"
 #include "platform/time_records.h"
 

@@ -3,7 +3,8 @@
 
 #include <cmath>
 
-#include "platform/framework/arithmetic.h"
+#include "platform/framework/angle_wrap.h"
+#include "platform/framework/truncation.h"
 #include "survey/angle_difference.h"
 
 using namespace fieldscan;

@@ -3,16 +3,18 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/system.h"
+#include "platform/framework/file_access.h"
+#include "platform/framework/line_text.h"
 
 namespace fieldscan {
 
 namespace {
 
-constexpr std::size_t kTailSize = 512;  // what is looked at first: longer than most lines
+constexpr std::size_t kTailSize = 512;  // what is read first: more than most lines have
 
-// What stands after the last line feed of the file, from `start` on: nothing, unless a line was cut off.
-// False when the file cannot be read. What is longer than a line may be begins somewhere in its middle.
+// Reads what follows the last line feed of the file: the line that was cut off, or nothing. `start` is its
+// position. False when the file cannot be read. Of a rest that is longer than a line may be, only the end is
+// read.
 bool readRest(system::FileHandle file, long long length, std::string& rest, long long& start) {
     for (std::size_t size = kTailSize;; size *= 8) {
         start = std::max(0LL, length - static_cast<long long>(size));
@@ -35,7 +37,7 @@ bool readRest(system::FileHandle file, long long length, std::string& rest, long
     }
 }
 
-// As ReadHeader finds it: after a byte order mark, and with any blanks at its ends.
+// True if the first line is the header, by the rule of ReadHeader: after a byte order mark, trimmed.
 bool beginsWith(system::FileHandle file, std::string_view header) {
     if (header.empty())
         return true;
@@ -46,104 +48,104 @@ bool beginsWith(system::FileHandle file, std::string_view header) {
     return trimmed(withoutByteOrderMark(line)) == trimmed(header);
 }
 
-// Of a line that never got to the medium its room may be there.
-bool isEmpty(std::string_view rest) { return rest.find_first_not_of('\0') == std::string_view::npos; }
+// True for zeros only: after a crash the file may have the length of a line that never got to the medium.
+bool isUnwritten(std::string_view rest) { return rest.find_first_not_of('\0') == std::string_view::npos; }
 
 }  // namespace
 
-// Finds out what has to be written before the lines, and cuts off what does not belong to the file.
-bool AppendedFile::look(const LineKind& kind, bool readable) {
+// Decides what is written before the lines, and removes a line that was cut off.
+bool AppendedFile::repairEnd(const LineFormat& format, bool readable) {
     std::string& text = m_lines.text();
     if (m_length == 0) {
-        text = kind.header;
-    } else if (m_length > 0 && m_alone && readable && kind.fields > 0) {
-        const system::FileHandle file = handleOf(m_file);
+        text = format.header;
+    } else if (m_length > 0 && m_locked && readable && format.fields > 0) {
         std::string bytes;
         long long start = 0;
-        if (!readRest(file, m_length, bytes, start))
+        if (!readRest(m_file, m_length, bytes, start))
             return false;
         const std::string_view rest = start == 0 ? withoutByteOrderMark(bytes) : bytes;
-        if (start == 0 && rest.size() < kind.header.size() && kind.header.substr(0, rest.size()) == rest) {
-            text = kind.header.substr(rest.size());
+        if (start == 0 && rest.size() < format.header.size() &&
+            format.header.substr(0, rest.size()) == rest) {
+            text = format.header.substr(rest.size());
         } else if (!rest.empty()) {
-            const bool nothing = isEmpty(rest);
-            const bool others = rest.size() > kLongestLine || !beginsWith(file, kind.header);
-            if (!nothing && (others || hasFields(rest, kind.fields)))
+            const bool isForeign = rest.size() > kLongestLine || !beginsWith(m_file, format.header);
+            if (!isUnwritten(rest) && (isForeign || hasFields(rest, format.fields)))
                 text = "\n";
-            else if (system::cutFile(file, start))
+            else if (system::cutFile(m_file, start))
                 m_length = start;
             else
                 return false;
             if (m_length == 0)
-                text = kind.header;
+                text = format.header;
         }
     }
     m_start = m_length + static_cast<long long>(text.size());
     return m_length >= 0;
 }
 
-bool AppendedFile::openAlone(const CString& path, unsigned int mode, CFile::Cause& cause) {
-    handleOf(m_file) = system::openFile(path, mode | system::kAppending, cause, &m_alone);
-    return m_file.IsOpen();
+bool AppendedFile::openLocked(const CString& path, unsigned int mode, CFile::Cause& cause) {
+    m_file = system::openFile(path, mode | system::kAppending, cause, &m_locked);
+    return isOpen();
 }
 
-bool AppendedFile::open(const CString& path, Existing existing, const LineKind& kind) {
+bool AppendedFile::open(const CString& path, Existing existing, const LineFormat& format) {
     CFile::Cause cause = CFile::causeNone;
     if (!isPath(path))
         return false;
     m_path = path;
-    bool readable = openAlone(path, CFile::modeReadWrite, cause);
+    bool readable = openLocked(path, CFile::modeReadWrite, cause);
     if (!readable && cause == CFile::causeAccessDenied) {
-        openAlone(path, CFile::modeWrite, cause);
+        openLocked(path, CFile::modeWrite, cause);
     } else if (!readable && cause == CFile::causeNotFound && existing != Existing::needed) {
         readable = m_made =
-            openAlone(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite, cause);
+            openLocked(path, CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite, cause);
     }
-    if (!m_file.IsOpen())
+    if (!isOpen())
         return false;
-    m_length = system::seekFile(handleOf(m_file), 0, true);
+    m_lines.setFile(m_file);
+    m_length = system::seekFile(m_file, 0, true);
     m_wasEmpty = m_length == 0;
     if (existing == Existing::emptied && m_length > 0) {
-        if (!system::cutFile(handleOf(m_file), 0))
+        if (!system::cutFile(m_file, 0))
             return false;
         m_length = 0;
     }
-    return look(kind, readable);
+    return repairEnd(format, readable);
 }
 
-// Leaves what the file held, and of lines whose writing failed those that are whole.
+// Cuts the file to what it held, and to the new lines that are whole where those stay.
 void AppendedFile::takeBack(bool wholeLinesStay) {
-    if (!m_alone)
+    if (!m_locked)
         return;
-    const system::FileHandle file = handleOf(m_file);
     long long keep = m_length;
-    const long long end = m_file.GetLength();
+    const long long end = system::fileLength(m_file);
     if (wholeLinesStay && end > m_start) {
         std::string rest;
         long long start = 0;
-        if (zeroIfOutOfMemory([&] { return readRest(file, end, rest, start) ? 1 : 0; }))
+        if (zeroIfOutOfMemory([&] { return readRest(m_file, end, rest, start) ? 1 : 0; }))
             keep = std::max(keep, start);
         if (keep <= m_start)
             keep = m_length;
     }
     if (end > keep && keep >= 0)
-        system::cutFile(file, keep);
+        system::cutFile(m_file, keep);
     if (keep > m_length)
-        m_file.Flush();
-    else if (m_made && keep == 0)
-        zeroIfOutOfMemory([&] { return system::removeFile(m_path), 1; });  // before anybody else has its lock
+        system::flushFile(m_file);
+    else if (m_made && keep == 0)  // while the lock keeps other writers off
+        zeroIfOutOfMemory([&] { return system::removeFile(m_path), 1; });
 }
 
 bool AppendedFile::finish(bool complete) {
-    if (!m_file.IsOpen())
+    if (!isOpen())
         return false;
     const bool written = complete && m_lines.finish();
-    const bool kept = written && m_file.Flush() == 1;
+    const bool kept = written && system::flushFile(m_file);
     if (!kept)
         takeBack(complete && !written);
     else if (m_wasEmpty)
         zeroIfOutOfMemory([&] { return system::flushFolderOf(m_path), 1; });
-    m_file.Close();  // what was flushed it cannot lose
+    system::closeFile(m_file);  // after the flush nothing can be lost: its result does not count
+    m_file = system::kNoFile;
     return kept;
 }
 

@@ -1,5 +1,5 @@
-// A file of lines that grows at its end, and loses nothing to a writer that was killed, to a second writer or
-// to a full medium.
+// A file of lines that grows at its end: a killed program, a second writer or a full medium damages no line
+// that was complete.
 #ifndef FIELDSCAN_PLATFORM_FRAMEWORK_APPENDED_FILE_H
 #define FIELDSCAN_PLATFORM_FRAMEWORK_APPENDED_FILE_H
 
@@ -7,60 +7,67 @@
 
 #include <string_view>
 
-#include "platform/framework/line_text.h"
+#include "platform/framework/line_writer.h"
+#include "platform/framework/out_of_memory.h"
+#include "platform/system.h"
 
 namespace fieldscan {
 
-// What the lines of a file are.
-struct LineKind {
-    std::string_view header;  // the line that every such file begins with; may be empty
-    int fields;               // that a line has at least (hasFields); 0: text without lines
+// What the lines of a file look like.
+struct LineFormat {
+    std::string_view header;  // the first line of every such file; may be empty
+    int fields;               // the fewest fields of a line (hasFields); 0: text that is not checked
 };
 
+// What happens to a missing file, and to the contents of an existing one.
 enum class Existing {
-    needed,  // a missing file fails
+    needed,  // a missing file is a failure
     kept,    // a missing file is made
-    emptied  // the same, and what the file holds goes
+    emptied  // a missing file is made, an existing one emptied
 };
 
-// Lines go to the end of the file, which belongs to this writer meanwhile. A last line without line feed is
-// ended when it has its fields; with fewer it is what a writer left that never finished, and is cut off. A
-// header that was cut off, or is missing in an empty file, is written before the lines.
+// Lines go to the end of the file, which belongs to this writer until `finish`. A last line without line feed
+// gets one if it has all its fields; with fewer it was cut off, and is removed. A header that was cut off, or
+// is missing in an empty file, is written before the lines.
 class AppendedFile {
 public:
-    AppendedFile() : m_lines(m_file) {}
+    AppendedFile() = default;
     ~AppendedFile() { finish(false); }
+    AppendedFile(const AppendedFile&) = delete;
+    AppendedFile& operator=(const AppendedFile&) = delete;
 
     // False when the file cannot be opened, read at its end, or cut.
-    bool open(const CString& path, Existing existing, const LineKind& kind);
+    bool open(const CString& path, Existing existing, const LineFormat& format);
     LineWriter& lines() { return m_lines; }
 
-    // Brings the lines to the medium. False when that fails or `complete` is: of the lines those stay that
-    // were written whole before a write failed, and nothing after another failure. A file that was made for
-    // them goes again.
+    // Brings the lines to the medium and closes. `complete`: all lines are there. Returns false when a step
+    // failed or the lines are incomplete. When a write failed, the lines that were written whole stay; in all
+    // other cases none, and a file that was made for them is removed.
     bool finish(bool complete = true);
 
 private:
-    bool openAlone(const CString& path, unsigned int mode, CFile::Cause& cause);
-    bool look(const LineKind& kind, bool readable);
+    bool openLocked(const CString& path, unsigned int mode, CFile::Cause& cause);
+    bool repairEnd(const LineFormat& format, bool readable);
     void takeBack(bool wholeLinesStay);
 
-    CFile m_file;
+    bool isOpen() const { return m_file != system::kNoFile; }
+
+    system::FileHandle m_file = system::kNoFile;
     LineWriter m_lines;
     CString m_path;
     long long m_length = 0;  // of what stays in any case
-    long long m_start = 0;   // of the first line that is added
+    long long m_start = 0;   // of the first new line
     bool m_made = false;
     bool m_wasEmpty = false;  // its name may not be on the medium yet, whoever made it
-    bool m_alone = true;      // else the end may be what another writer has not finished: it is left as it is
+    bool m_locked = true;     // if not, the end may be another writer's unfinished line: it is not touched
 };
 
-// Appends the lines that `write` fills: 1, or 0 when a step fails.
+// Appends the lines that `write` fills in: 1, or 0 when a step fails.
 template <class Write>
-int appendToFile(const CString& path, Existing existing, const LineKind& kind, Write write) {
+int appendToFile(const CString& path, Existing existing, const LineFormat& format, Write write) {
     return zeroIfOutOfMemory([&] {
         AppendedFile appended;
-        if (!appended.open(path, existing, kind))
+        if (!appended.open(path, existing, format))
             return 0;
         write(appended.lines());
         return appended.finish() ? 1 : 0;

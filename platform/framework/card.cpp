@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/framework/line_text.h"
+#include "platform/framework/out_of_memory.h"
 #include "platform/system.h"
 
 CRTCard::CRTCard(const CString& path) : m_path(path) {}

@@ -1,10 +1,11 @@
+// CFile: reads through a buffer, writes directly.
 #include <fieldscan/framework/file.h>
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 
-#include "platform/framework/line_text.h"
+#include "platform/framework/file_access.h"
 #include "platform/system.h"
 
 using namespace fieldscan;
@@ -20,6 +21,7 @@ CFile::CFile()
       m_cause(causeNone),
       m_readFailed(false),
       m_buffer(nullptr),
+      m_room(0),
       m_next(0),
       m_end(0) {}
 
@@ -47,18 +49,32 @@ int CFile::Open(const CString& path, unsigned int mode) {
 
 bool CFile::IsOpen() const { return m_handle != system::kNoFile; }
 
-// Refills the buffer, which must have been read to its end; false at the end of the file or when that fails.
-// A medium that failed once is not asked again: what it gave next would take the place of what is missing.
+// Reads on behind the unread bytes, for which the buffer grows when they fill it; false at the end of the
+// file or when that fails. A medium that failed once is not asked again: the next bytes would take the place
+// of the missing ones.
 bool CFile::fill() {
     if (!IsOpen() || m_readFailed)
         return false;
-    if (!m_buffer)
-        m_buffer = new (std::nothrow) char[kBufferSize];
-    const long long got = m_buffer ? system::readFile(m_handle, m_buffer, kBufferSize) : -1;
-    m_readFailed = got < 0;
+    const unsigned int unread = m_end - m_next;
+    if (unread == m_room) {
+        const unsigned int room = std::min(std::max(kBufferSize, 2 * m_room), kLongestLine + 1);
+        char* const buffer = room > m_room ? new (std::nothrow) char[room] : nullptr;
+        m_readFailed = !buffer;
+        if (m_readFailed)
+            return false;
+        std::copy(m_buffer + m_next, m_buffer + m_end, buffer);
+        delete[] m_buffer;
+        m_buffer = buffer;
+        m_room = room;
+    } else {
+        std::memmove(m_buffer, m_buffer + m_next, unread);
+    }
     m_next = 0;
-    m_end = got > 0 ? static_cast<unsigned int>(got) : 0;
-    return m_end > 0;
+    m_end = unread;
+    const long long got = system::readFile(m_handle, m_buffer + unread, m_room - unread);
+    m_readFailed = got < 0;
+    m_end += got > 0 ? static_cast<unsigned int>(got) : 0;
+    return got > 0;
 }
 
 // Takes the system's position back to where the caller believes it is.
@@ -80,18 +96,29 @@ unsigned int CFile::Read(void* buffer, unsigned int count) {
     return done;
 }
 
-int CFile::Write(const void* buffer, unsigned int count) {
-    if (!IsOpen() || !dropBuffer())
-        return 0;
-    const char* from = static_cast<const char*>(buffer);
-    while (count > 0) {
-        const long long put = system::writeFile(m_handle, from, count);
-        if (put <= 0)
-            return 0;
-        from += put;
-        count -= static_cast<unsigned int>(put);
+int CFile::ReadLine(const char*& line, unsigned int& length) {
+    const char* feed = nullptr;
+    unsigned int searched = 0;
+    do {
+        const unsigned int unread = m_end - m_next;
+        if (unread > searched)
+            feed =
+                static_cast<const char*>(std::memchr(m_buffer + m_next + searched, '\n', unread - searched));
+        searched = unread;
+    } while (!feed && fill());
+    line = m_buffer + m_next;
+    length = feed ? static_cast<unsigned int>(feed - line) + 1 : m_end - m_next;
+    m_readFailed = m_readFailed || length > kLongestLine;
+    if (m_readFailed) {  // what is there of the line is not the line
+        m_next = m_end;
+        length = 0;
     }
-    return 1;
+    m_next += length;
+    return length > 0;
+}
+
+int CFile::Write(const void* buffer, unsigned int count) {
+    return IsOpen() && dropBuffer() && writeAll(m_handle, buffer, count);
 }
 
 int CFile::SeekToBegin() { return IsOpen() && dropBuffer() && system::rewindFile(m_handle); }
@@ -114,37 +141,4 @@ int CFile::Close() {
     m_handle = system::kNoFile;
     m_next = m_end = 0;
     return closed;
-}
-
-bool fieldscan::isPath(const CString& path) {
-    return !path.IsEmpty() && path.Find(static_cast<unsigned short>(0)) < 0;
-}
-
-long long& fieldscan::handleOf(CFile& file) { return file.m_handle; }
-
-bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line) {
-    split.clear();
-    while (file.m_next < file.m_end || file.fill()) {
-        const char* from = file.m_buffer + file.m_next;
-        const std::size_t unread = file.m_end - file.m_next;
-        const char* feed = static_cast<const char*>(std::memchr(from, '\n', unread));
-        const std::size_t part = feed ? static_cast<std::size_t>(feed - from) + 1 : unread;
-        file.m_next += static_cast<unsigned int>(part);
-        if (feed && split.empty()) {
-            line = std::string_view(from, part);
-            return true;
-        }
-        file.m_readFailed = split.size() + part > kLongestLine;
-        if (file.m_readFailed)
-            break;
-        split.append(from, part);
-        if (feed)
-            break;
-    }
-    if (file.m_readFailed) {  // what is there of the line is not the line
-        split.clear();
-        file.m_next = file.m_end;
-    }
-    line = split;
-    return !split.empty();
 }

@@ -9,14 +9,12 @@ namespace fieldscan {
 
 namespace {
 
-constexpr std::size_t kPieceSize = 64 * 1024;
-
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 bool endsLine(unsigned short unit) { return unit == '\n' || unit == '\r' || unit == 0; }
 
-// Whether the text has a unit that the test finds, or begins with what would be a byte order mark at the
-// start of a file.
+// True if `test` is true for a unit of the text, or its first one would be a byte order mark at the start of
+// a file.
 template <class Test>
 bool hasUnit(const CString& text, Test test) {
     constexpr unsigned short kByteOrderMark = 0xFEFF;
@@ -72,11 +70,18 @@ bool fitsField(const CString& text) {
     return !hasUnit(text, [](unsigned short u) { return u == ',' || endsLine(u); });
 }
 
+bool readLine(CFile& file, std::string_view& line) {
+    const char* text = nullptr;
+    unsigned int length = 0;
+    const bool found = file.ReadLine(text, length) == 1;
+    line = std::string_view(text, length);
+    return found;
+}
+
 bool readLine(CFile& file, std::string& line) {
     std::string_view view;
-    const bool found = readLine(file, line, view);
-    if (view.data() != line.data())
-        line = view;
+    const bool found = readLine(file, view);
+    line = view;
     return found;
 }
 
@@ -90,7 +95,7 @@ std::string_view trimmed(std::string_view text) {
 
 bool isBlank(unsigned int codePage, std::string_view text) {
     text = trimmed(text);
-    // The bytes of an ideographic blank are 40 hexadecimal or above in every page, digits and commas below.
+    // An ideographic blank has bytes from 0x40 up in every page; digits and commas are below.
     const auto isBelow = [](char c) { return c > ' ' && c < '@'; };
     return text.empty() ||
            (static_cast<unsigned char>(text[0]) >= 0x80 && std::none_of(text.begin(), text.end(), isBelow) &&
@@ -102,7 +107,7 @@ void setTrimmed(CString& wide, unsigned int codePage, std::string_view text) {
     wide.Empty();
     system::appendWide(codePage, text.data(), text.size(), wide);
     if (static_cast<std::size_t>(wide.GetLength()) < text.size())
-        wide.Trim();  // the ideographic blank, which has more than one byte in every page that has it
+        wide.Trim();  // only then can there be an ideographic blank: it takes two bytes or more
 }
 
 CString wideTrimmed(unsigned int codePage, std::string_view text) {
@@ -120,34 +125,6 @@ int splitAtCommas(std::string_view line, std::string_view* fields, int most) {
             return count;
         line.remove_prefix(comma + 1);
     }
-}
-
-LineWriter::LineWriter(CFile& file) : m_file(file), m_codePage(system::ansiCodePage()), m_good(true) {
-    m_text.reserve(kPieceSize + 4096);  // the line that fills a piece goes beyond it
-}
-
-void LineWriter::append(const CString& wide) {
-    system::appendAnsi(m_codePage, wide.GetString(), wide.GetLength(), m_text);
-}
-
-void LineWriter::endLine() {
-    m_text += '\n';
-    if (m_text.size() >= kPieceSize)
-        put();
-}
-
-void LineWriter::put() {
-    // In parts that Write can count.
-    constexpr std::size_t kMost = std::size_t{1} << 30;
-    for (std::size_t at = 0; m_good && at < m_text.size(); at += kMost)
-        m_good = m_file.Write(m_text.data() + at,
-                              static_cast<unsigned int>(std::min(kMost, m_text.size() - at))) == 1;
-    m_text.clear();
-}
-
-bool LineWriter::finish() {
-    put();
-    return m_good;
 }
 
 }  // namespace fieldscan

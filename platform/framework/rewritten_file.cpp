@@ -1,5 +1,7 @@
 #include "platform/framework/rewritten_file.h"
 
+#include "platform/framework/file_access.h"
+
 namespace fieldscan {
 
 bool RewrittenFile::open(const CString& path, CFile::Cause& cause) {
@@ -8,16 +10,12 @@ bool RewrittenFile::open(const CString& path, CFile::Cause& cause) {
         return false;
     m_replacement = system::beginReplacement(path, cause);
     if (m_replacement)
-        handleOf(m_file) = m_replacement->file();
+        m_lines.setFile(m_replacement->file());
     return m_replacement != nullptr;
 }
 
-bool RewrittenFile::finish(bool complete) {
-    if (!m_replacement)
-        return false;
-    const bool written = complete && m_lines.finish();
-    handleOf(m_file) = system::kNoFile;  // closed by its owner
-    const bool done = written && m_replacement->commit();
+bool RewrittenFile::finish() {
+    const bool done = m_replacement && m_lines.finish() && m_replacement->commit();
     m_replacement.reset();
     return done;
 }

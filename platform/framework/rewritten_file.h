@@ -1,4 +1,4 @@
-// A file that is replaced as a whole, so that a rewriting which does not come to its end loses nothing.
+// A file that is replaced as a whole: an interrupted writer loses nothing of the old one.
 #ifndef FIELDSCAN_PLATFORM_FRAMEWORK_REWRITTEN_FILE_H
 #define FIELDSCAN_PLATFORM_FRAMEWORK_REWRITTEN_FILE_H
 
@@ -6,35 +6,31 @@
 
 #include <memory>
 
-#include "platform/framework/line_text.h"
+#include "platform/framework/line_writer.h"
+#include "platform/framework/out_of_memory.h"
 #include "platform/system.h"
 
 namespace fieldscan {
 
-// The lines go to a new file beside the old one, which takes its place when all of it is on the medium
-// (system::Replacement says where that cannot be).
+// The lines go to a new file next to the old one, which it replaces once all of it is on the medium. Where
+// that is impossible, the old file itself is written (system::Replacement).
 class RewrittenFile {
 public:
-    RewrittenFile() : m_lines(m_file) {}
-    ~RewrittenFile() { finish(false); }
-
-    // False when the old file may not be written or another writer has it, the folder is missing, or there is
+    // False when the old file may not be written, another writer has it, the folder is missing, or there is
     // no room; `cause` says which.
     bool open(const CString& path, CFile::Cause& cause);
     LineWriter& lines() { return m_lines; }
 
-    // `complete`: all lines are there. True when the new file has its place; else the old one is as it was,
-    // or none is there if there was none.
-    bool finish(bool complete = true);
+    // True when the new file has replaced the old one, which is as it was otherwise.
+    bool finish();
 
 private:
-    std::unique_ptr<system::Replacement> m_replacement;
-    CFile m_file;
+    std::unique_ptr<system::Replacement> m_replacement;  // taken back unless finished
     LineWriter m_lines;
 };
 
-// Makes or replaces the file by the lines that `write` fills: 1, or 0 when a step fails (RewrittenFile).
-// `path` is what a CString converts from.
+// Makes or replaces the file by the lines that `write` fills in: 1, or 0 when a step fails (RewrittenFile).
+// `path` is what a CString can be made from.
 template <class Path, class Write>
 int writeNewFile(const Path& path, Write write) {
     return zeroIfOutOfMemory([&] {

@@ -4,9 +4,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <cstdint>
-#include <cstdio>
-
+#include "platform/framework/name_hash.h"
 #include "platform/posix/descriptors.h"
 
 namespace fieldscan {
@@ -14,14 +12,12 @@ namespace system {
 
 namespace {
 
-// The name of the new file: as short for a long name as for a short one.
+// The path of the new file that is to replace `target`.
 std::string temporaryFor(const std::string& target) {
-    std::uint64_t hash = 14695981039346656037U;  // FNV-1a
-    for (std::size_t i = target.rfind('/') + 1; i < target.size(); ++i)
-        hash = (hash ^ static_cast<unsigned char>(target[i])) * 1099511628211U;
-    char name[40];
-    std::snprintf(name, sizeof name, ".fieldscan-%016llx", static_cast<unsigned long long>(hash));
-    return name;
+    const std::string folder = folderOf(target);
+    const std::size_t start = target.rfind('/') + 1;
+    const auto* const name = reinterpret_cast<const unsigned char*>(target.data()) + start;
+    return folder + ".fieldscan-" + nameHash(name, target.size() - start);
 }
 
 // Refused, but not for lack of room: the old file itself can be written.
@@ -147,7 +143,7 @@ bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
                        !isNamed(status, m_target)))
         return true;
     m_folder = folderOf(m_target);
-    m_temporary = m_folder + temporaryFor(m_target);
+    m_temporary = temporaryFor(m_target);
     m_new = makeNew(m_old < 0 ? 0666 : 0600);
     if (m_new >= 0 && (m_old < 0 || giveRights(status)))
         return true;

@@ -1,9 +1,8 @@
 // Files through the Windows calls. A file that is open for writing may only be opened to be read, and one
 // that is open to be read may be replaced: its reader goes on with the old contents.
 #include <algorithm>
-#include <cstdint>
-#include <cwchar>
 
+#include "platform/framework/name_hash.h"
 #include "platform/system.h"
 #include "platform/windows/handles.h"
 
@@ -57,20 +56,18 @@ CFile::Cause causeOf(DWORD error) {
     }
 }
 
-CString hashText(const CString& text) {
-    std::uint64_t hash = 14695981039346656037U;  // 64-bit FNV-1a
-    for (int i = 0; i < text.GetLength(); ++i)
-        hash = (hash ^ text[i]) * 1099511628211U;
-    wchar_t digits[20];
-    std::swprintf(digits, 20, L"%016llx", static_cast<unsigned long long>(hash));
-    return CString(digits);
+CString hashedName(const char16_t* start, const CString& name) {
+    const std::string hash = nameHash(name.GetString(), static_cast<std::size_t>(name.GetLength()));
+    CString hashed(start);
+    appendWide(kUtf8, hash.data(), hash.size(), hashed);
+    return hashed;
 }
 
 CString temporaryFor(const CString& path) {
     const int folder = std::max(path.ReverseFind('\\'), path.ReverseFind('/')) + 1;
     CString name = path.Mid(folder);
     name.MakeLower();  // names that differ in case are one file's
-    return path.Left(folder) + u".fieldscan-" + hashText(name);
+    return path.Left(folder) + hashedName(u".fieldscan-", name);
 }
 
 bool isHeld(DWORD error, const CString& path) {

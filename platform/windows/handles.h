@@ -14,7 +14,8 @@ CFile::Cause causeOf(DWORD error);
 
 // The new file that is to replace `path`, in its folder; as short for a long name as for a short one.
 CString temporaryFor(const CString& path);
-CString hashText(const CString& text);  // 16 digits
+// `start` and the hash of `name`.
+CString hashedName(const char16_t* start, const CString& name);
 
 // Whether the call for `path` failed since another program has the file, or replaces it, which may be over in
 // a moment. Access is denied too while a file is being replaced; for a folder or a protected file it stays

@@ -103,7 +103,7 @@ bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     if (length > 0 && GetFullPathNameW(wideUnits(path), length + 1, buffer.data(), nullptr) > 0)
         whole = buffer.c_str();
     whole.MakeLower();  // paths that differ in case name one file
-    if (!m_turn.take(CString(u"fieldscan-") + hashText(whole))) {
+    if (!m_turn.take(hashedName(u"fieldscan-", whole))) {
         cause = CFile::causeSharingViolation;
         return false;
     }

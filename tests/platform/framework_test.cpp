@@ -12,9 +12,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/framework/arithmetic.h"
+#include "platform/framework/angle_wrap.h"
 #include "platform/framework/calendar.h"
 #include "platform/framework/line_text.h"
+#include "platform/framework/truncation.h"
 #include "platform/system.h"
 
 namespace {

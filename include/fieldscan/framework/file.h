@@ -4,16 +4,6 @@
 
 #include <fieldscan/framework/string.h>
 
-#include <string>
-#include <string_view>
-
-class CFile;
-
-namespace fieldscan {
-bool readLine(CFile& file, std::string& split, std::string_view& line);
-long long& handleOf(CFile& file);
-}  // namespace fieldscan
-
 // A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
 // writes go to the system at once. Paths: docs/architecture.md, Paths.
 //
@@ -61,11 +51,15 @@ public:
     Cause GetOpenFailure() const { return m_cause; }  // of the last Open
     bool IsOpen() const;                              // whether it may be read or written
 
-    // Up to `count` bytes from the position on; returns how many were read, less than `count` only at the
+    // Up to `count` bytes from the position on; returns how many were read, fewer than `count` only at the
     // end of the file or when the medium fails.
     unsigned int Read(void* buffer, unsigned int count);
-    // Whether a read since Open failed, other than by the end of the file; a reader of lines that met one of
-    // more than 16 MiB counts. No later one succeeds then.
+    // The next line with its line feed, which the last line of a file may lack: `length` bytes, not closed by
+    // a zero. They lie in the file's buffer until the next read, write or move of the position. Returns 0,
+    // with `length` 0, at the end of the file and when a read fails. A line of more than 16 MiB is a failed
+    // read, as is one for which there is no memory.
+    int ReadLine(const char*& line, unsigned int& length);
+    // True if a read since Open failed, other than by the end of the file. All further ones fail then.
     bool HasReadFailed() const { return m_readFailed; }
     // All `count` bytes, or 0: part of them may then be on the medium.
     int Write(const void* buffer, unsigned int count);
@@ -82,9 +76,6 @@ public:
     int Close();
 
 private:
-    friend bool fieldscan::readLine(CFile& file, std::string& split, std::string_view& line);
-    friend long long& fieldscan::handleOf(CFile& file);
-
     bool fill();
     bool dropBuffer();
 
@@ -92,7 +83,8 @@ private:
     Cause m_cause;
     bool m_readFailed;
     char* m_buffer;
-    unsigned int m_next;  // the unread part of the buffer: m_next .. m_end - 1
+    unsigned int m_room;  // bytes of the buffer
+    unsigned int m_next;  // the unread part of it: m_next .. m_end - 1
     unsigned int m_end;
 };
 
