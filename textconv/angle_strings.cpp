@@ -1,4 +1,4 @@
-// Angles: integers of 0.1 second from text and as text.
+// Angles, integers in 0.1 second: read from decimal and instrument text, and written in all three layouts.
 #include <fieldscan/instrument_strings.h>
 
 #include <algorithm>
@@ -14,10 +14,10 @@ namespace {
 
 // ---- Text to angle ----
 
-int instrumentAngleOf(std::string_view text) {
+int angleFromInstrument(std::string_view text) {
     if (!text.empty() && text[0] == '+')
         text.remove_prefix(1);
-    return angleOf(withPoint(text, 3, 5), 0);
+    return angleFromDecimal(decimalFromInstrument(text, 3, 5), 0);
 }
 
 int checkAngle(std::string_view text) {
@@ -40,11 +40,12 @@ int checkAngle(std::string_view text) {
 
 // ---- Angle to text ----
 
-// An angle without its sign. 64 bits: the magnitude of -2147483648, and rounding 2147483647 up, take more
-// than 32.
+// An angle without its sign, in 64 bits: 32 hold neither the magnitude of -2147483648 nor 2147483647 rounded
+// up.
 struct Magnitude {
-    Magnitude(int a, int mode) : tenths(a < 0 ? -static_cast<long long>(a) : a), negative(a < 0) {
-        // Rounded, -0.9" would become +1": too small for a sign is too small to be shown.
+    Magnitude(int angle, int mode)
+        : tenths(angle < 0 ? -static_cast<long long>(angle) : angle), negative(angle < 0) {
+        // Without tenths, -0.9" would be rounded to +1": angles too small for a sign are shown as 0.
         if (negative && mode != 0 && tenths < 10) {
             tenths = 0;
             negative = false;
@@ -63,12 +64,12 @@ struct AngleParts {
     long long degrees, minutes, seconds, tenth;
 };
 
-// Over the blank next to a single digit of degrees, else over whatever stands first.
+// The sign replaces the blank before a single digit of degrees, else the first character.
 void overprintSign(std::string& text) { text[text[1] == ' ' ? 1 : 0] = '-'; }
 
-std::string decimalAngle(int a, int mode) {
-    const Magnitude angle(a, mode);
-    const AngleParts parts(angle.tenths);
+std::string decimalAngle(int angle, int mode) {
+    const Magnitude magnitude(angle, mode);
+    const AngleParts parts(magnitude.tenths);
     std::string text;
     appendInt(text, parts.degrees, 3, true);
     text += '.';
@@ -76,32 +77,33 @@ std::string decimalAngle(int a, int mode) {
     appendInt(text, parts.seconds, 2, true);
     if (mode == 0)
         appendInt(text, parts.tenth);
-    if (angle.negative)
+    if (magnitude.negative)
         overprintSign(text);
     return text;
 }
 
-std::string instrumentAngle(int a, int mode) {
+std::string instrumentAngle(int angle, int mode) {
     if (mode != 0)
-        a = a / 10 * 10;
-    const AngleParts parts(a < 0 ? -static_cast<long long>(a) : a);
-    std::string text(a < 0 ? "-" : "");
-    appendInt(text, parts.degrees, a < 0 ? 2 : 3, true);
+        angle = angle / 10 * 10;
+    const bool negative = angle < 0;
+    const AngleParts parts(negative ? -static_cast<long long>(angle) : angle);
+    std::string text(negative ? "-" : "");
+    appendInt(text, parts.degrees, negative ? 2 : 3, true);
     appendInt(text, parts.minutes, 2, true);
     appendInt(text, parts.seconds, 2, true);
-    if (a >= 0 && mode != 1)
+    if (!negative && mode != 1)
         appendInt(text, parts.tenth);
     return text;
 }
 
-// Empty for the marker of a missing value.
-std::string secondsField(int s, int withSign, int withMark) {
+// Empty for a missing value.
+std::string secondsField(int value, int withSign, int withMark) {
     constexpr int kMissing = 32768;
-    if (s == kMissing)
+    if (value == kMissing)
         return std::string();
-    long long tenths = s;
+    long long tenths = value;
     char sign = '+';
-    if (withSign && s < 0) {
+    if (withSign && value < 0) {
         sign = '-';
         tenths = -tenths;
     }
@@ -117,14 +119,14 @@ std::string secondsField(int s, int withSign, int withMark) {
 
 }  // namespace
 
-int angleOf(std::string_view decimal, int dropTenths) {
-    // Unsigned: the product of absurd degrees wraps at 32 bits.
+int angleFromDecimal(std::string_view decimal, int dropTenths) {
+    // Unsigned: with too many degrees the product wraps at 32 bits.
     unsigned angle = static_cast<unsigned>(parseInt(decimal)) * 36000u;
     const std::size_t point = decimal.find('.');
     if (point != std::string_view::npos) {
         constexpr unsigned kPlaces[] = {6000, 600, 100, 10, 1};  // tens of minutes to tenths of a second
         const std::string_view digits = leadingDigits(decimal.substr(point + 1), 6);
-        // Tenths go only where a sixth digit follows them: "123.45678" keeps its 8.
+        // Tenths are dropped only when a sixth digit follows: "123.45678" keeps its 8.
         const std::size_t counted =
             std::min<std::size_t>(digits.size(), dropTenths && digits.size() == 6 ? 4 : 5);
         for (std::size_t i = 0; i < counted; ++i)
@@ -133,9 +135,9 @@ int angleOf(std::string_view decimal, int dropTenths) {
     return static_cast<int>(angle);
 }
 
-std::string displayAngle(int a, int mode) {
-    const Magnitude angle(a, mode);
-    const AngleParts parts(mode == 1 ? (angle.tenths + 5) / 10 * 10 : angle.tenths);
+std::string displayAngle(int angle, int mode) {
+    const Magnitude magnitude(angle, mode);
+    const AngleParts parts(mode == 1 ? (magnitude.tenths + 5) / 10 * 10 : magnitude.tenths);
     std::string text;
     appendInt(text, parts.degrees, 3);
     text += static_cast<char>(kDegreeSign);
@@ -145,23 +147,23 @@ std::string displayAngle(int a, int mode) {
     text += kSecondMark;
     if (mode == 0)
         appendInt(text, parts.tenth);
-    if (angle.negative)
+    if (magnitude.negative)
         overprintSign(text);
     return text;
 }
 
 }  // namespace fieldscan
 
-long CnvAngl(const char* text, int dropTenths) { return angleOf(latin1(text), dropTenths); }
+long CnvAngl(const char* text, int dropTenths) { return angleFromDecimal(latin1(text), dropTenths); }
 
 long TCnvAngl(const unsigned short* text, int dropTenths) {
-    return zeroIfOutOfMemory([&] { return angleOf(latin1(text), dropTenths); });
+    return zeroIfOutOfMemory([&] { return angleFromDecimal(latin1(text), dropTenths); });
 }
 
-long TSstrToLAngl(const char* text) { return instrumentAngleOf(latin1(text)); }
+long TSstrToLAngl(const char* text) { return angleFromInstrument(latin1(text)); }
 
 long CnvTsAnglStr(const unsigned short* text) {
-    return zeroIfOutOfMemory([&] { return instrumentAngleOf(latin1(text)); });
+    return zeroIfOutOfMemory([&] { return angleFromInstrument(latin1(text)); });
 }
 
 int ChkAnglStr(const char* text, int /*noTenths*/) { return checkAngle(latin1(text)); }

@@ -1,4 +1,4 @@
-// Distances: integers of 1/10000 from text and as text.
+// Distances, integers in 1/10000 of their unit: read from decimal and instrument text, and written in both.
 #include <fieldscan/instrument_strings.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@ using namespace fieldscan;
 namespace fieldscan {
 namespace {
 
-int distanceOf(std::string_view decimal) {
+int distanceFromDecimal(std::string_view decimal) {
     decimal.remove_prefix(std::min(decimal.find_first_not_of(' '), decimal.size()));
     std::string digits(leadingDigits(decimal, 5));
     decimal.remove_prefix(digits.size());
@@ -25,58 +25,58 @@ int distanceOf(std::string_view decimal) {
     return parseInt(digits);
 }
 
-int instrumentDistanceOf(std::string_view text) {
+int distanceFromInstrument(std::string_view text) {
     const char sign = text.empty() ? '\0' : text[0];
     if (sign == '+' || sign == '-')
         text.remove_prefix(1);
-    const int distance = distanceOf(withPoint(text, 5, 4));
+    const int distance = distanceFromDecimal(decimalFromInstrument(text, 5, 4));
     return sign == '-' ? -distance : distance;
 }
 
 // Empty for a negative distance.
-std::string decimalDistance(int d, int dropLast) {
+std::string decimalDistance(int distance, int dropLast) {
     std::string text;
-    if (d >= 0) {
-        appendInt(text, d / 10000);
+    if (distance >= 0) {
+        appendInt(text, distance / 10000);
         text += '.';
-        appendInt(text, d % 10000, 4, true);
+        appendInt(text, distance % 10000, 4, true);
         if (dropLast)
             text.pop_back();
     }
     return text;
 }
 
-// Both parts keep the sign of a negative distance.
-std::string fixedParts(int d, int mode, const char* between) {
+// A negative distance has its sign in both parts.
+std::string fixedParts(int distance, int mode, const char* separator) {
     std::string text;
-    appendInt(text, d / 10000, 5, true);
-    text += between;
+    appendInt(text, distance / 10000, 5, true);
+    text += separator;
     if (mode == 1)
-        appendInt(text, d % 10000 / 10, 3, true);
+        appendInt(text, distance % 10000 / 10, 3, true);
     else
-        appendInt(text, d % 10000, 4, true);
+        appendInt(text, distance % 10000, 4, true);
     return text;
 }
 
 }  // namespace
 
-std::string fixedDistance(int d, int mode) { return fixedParts(d, mode, "."); }
+std::string fixedDistance(int distance, int mode) { return fixedParts(distance, mode, "."); }
 
 }  // namespace fieldscan
 
-long CvtStrDist(const char* text) { return distanceOf(latin1(text)); }
+long CvtStrDist(const char* text) { return distanceFromDecimal(latin1(text)); }
 
 long TDecimalToLong(const unsigned short* text) {
     return zeroIfOutOfMemory([&] {
         const std::string narrow = latin1(text);
-        return narrow.size() >= 31 ? -1 : distanceOf(narrow);
+        return narrow.size() >= 31 ? -1 : distanceFromDecimal(narrow);
     });
 }
 
-long TSstrToLDist(const char* text) { return instrumentDistanceOf(latin1(text)); }
+long TSstrToLDist(const char* text) { return distanceFromInstrument(latin1(text)); }
 
 long CnvTsDistStr(const unsigned short* text) {
-    return zeroIfOutOfMemory([&] { return instrumentDistanceOf(latin1(text)); });
+    return zeroIfOutOfMemory([&] { return distanceFromInstrument(latin1(text)); });
 }
 
 int CvtDist(long d, char* out, int dropLast) {

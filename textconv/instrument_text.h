@@ -1,7 +1,7 @@
-// What the instrument strings share: text of both widths, and the layouts.
+// Shared by the instrument strings: text of both widths, and the layouts.
 //
-// Layouts are made and read as 8-bit text in Latin-1, once for both widths. No layout that is made from an
-// integer is longer than 13 characters, so all of them fit the 32 of a caller's buffer.
+// Layouts are made and read as 8-bit text in Latin-1, once for both widths. A layout made from an integer has
+// at most 13 characters and so fits a caller's buffer of 32.
 #ifndef FIELDSCAN_TEXTCONV_INSTRUMENT_TEXT_H
 #define FIELDSCAN_TEXTCONV_INSTRUMENT_TEXT_H
 
@@ -11,7 +11,7 @@
 
 namespace fieldscan {
 
-constexpr int kBufferCharacters = 32;  // what a caller's buffer holds, the closing zero included
+constexpr int kBufferCharacters = 32;  // of a caller's buffer, the closing zero included
 constexpr unsigned char kDegreeSign = 0xB0;
 constexpr char kMinuteMark = '\'';
 constexpr char kSecondMark = '"';
@@ -24,6 +24,7 @@ bool isDigit(Char c) {
     return c >= '0' && c <= '9';
 }
 
+// Text of either width in Latin-1: a wide unit above 0xFF becomes '?', a null pointer the empty text.
 inline std::string_view latin1(const char* text) { return text ? text : std::string_view(); }
 
 inline std::string latin1(const unsigned short* text) {
@@ -33,7 +34,7 @@ inline std::string latin1(const unsigned short* text) {
     return narrow;
 }
 
-// `out` may be null.
+// Writes the text and a closing zero; nothing to a null `out`.
 template <class Char>
 void writeText(std::string_view text, Char* out) {
     if (!out)
@@ -43,7 +44,7 @@ void writeText(std::string_view text, Char* out) {
     *out = 0;
 }
 
-// The digits that `text` begins with, no more than `most`.
+// The digits at the start of `text`, at most `most`.
 inline std::string_view leadingDigits(std::string_view text, std::size_t most) {
     std::size_t count = 0;
     while (count < text.size() && count < most && isDigit(text[count]))
@@ -51,18 +52,19 @@ inline std::string_view leadingDigits(std::string_view text, std::size_t most) {
     return text.substr(0, count);
 }
 
-// The characters of an instrument layout with a point behind the first `whole`, and no more than `decimals`
-// behind that.
-inline std::string withPoint(std::string_view text, std::size_t whole, std::size_t decimals) {
+// An instrument text as a decimal one: the first `whole` characters, a point, and up to `decimals` more.
+inline std::string decimalFromInstrument(std::string_view text, std::size_t whole, std::size_t decimals) {
     std::string decimal(text.substr(0, whole));
     decimal += '.';
     return decimal.append(text.substr(decimal.size() - 1, decimals));
 }
 
-// The angle of a decimal text, CnvAngl; its display text, and the decimal distance of lDistToStr.
-int angleOf(std::string_view decimal, int dropTenths);
-std::string displayAngle(int a, int mode);
-std::string fixedDistance(int d, int mode);
+// ---- Layouts, with the modes of the exported functions; angles in 0.1 second, distances in 1/10000 ----
+
+// As CnvAngl of a text, CnvAngl of an angle, and lDistToStr.
+int angleFromDecimal(std::string_view decimal, int dropTenths);
+std::string displayAngle(int angle, int mode);
+std::string fixedDistance(int distance, int mode);
 
 }  // namespace fieldscan
 

@@ -1,4 +1,4 @@
-// From one layout to another.
+// Decimal text from display and instrument text, and display text from decimal text.
 #include <fieldscan/instrument_strings.h>
 
 #include <utility>
@@ -13,7 +13,7 @@ namespace {
 
 const unsigned short* unitsOf(const CString* text) { return text ? text->GetString() : nullptr; }
 
-// A text of its own, since it may lie in the output.
+// The text from its first digit on. A copy: `raw` may lie in the output.
 CString fromFirstDigit(const unsigned short* raw) {
     while (*raw && !isDigit(*raw))
         ++raw;
@@ -48,7 +48,7 @@ int TAngleToDecimal(const CString* in, CString* out) {
 
 int TDecimalToAngle(unsigned short* out, const unsigned short* in) {
     return zeroIfOutOfMemory([&] {
-        writeText(displayAngle(angleOf(latin1(in), 1), 1), out);
+        writeText(displayAngle(angleFromDecimal(latin1(in), 1), 1), out);
         return 0;
     });
 }
@@ -56,7 +56,7 @@ int TDecimalToAngle(unsigned short* out, const unsigned short* in) {
 int TDecimalToAngle(CString* out, const CString* in) {
     return zeroIfOutOfMemory([&] {
         unsigned short display[kBufferCharacters];
-        writeText(displayAngle(angleOf(latin1(unitsOf(in)), 1), 1), display);
+        writeText(displayAngle(angleFromDecimal(latin1(unitsOf(in)), 1), 1), display);
         if (out)
             *out = display;
         return 0;

@@ -1,4 +1,4 @@
-// Names that count, codes, items, fields, double-byte characters.
+// Names that count up, point codes, items of a line, fields of fixed width, double-byte characters.
 #include <fieldscan/string_utilities.h>
 
 #include <algorithm>
@@ -14,7 +14,7 @@ using namespace fieldscan;
 
 namespace {
 
-// The zero of the digits that `unit` is one of, ASCII or full width; 0 where it is no digit.
+// The zero of the same width as the digit `unit`, ASCII or full width; 0 for a unit that is no digit.
 unsigned short zeroOfDigit(unsigned short unit) {
     for (const unsigned short zero : {u'0', u'\uFF10'})
         if (unit >= zero && unit <= zero + 9)
@@ -22,13 +22,13 @@ unsigned short zeroOfDigit(unsigned short unit) {
     return 0;
 }
 
-// ---- The character at the start of a text that has `room` units at most, or ends with a zero before ----
-// Where the room ends inside a character, its length exceeds the room.
+// ---- The character at the start of a text, which ends after `room` units or at a zero before that ----
+// A character that does not fit into the room has a length greater than the room.
 
 bool isLead(unsigned char byte) { return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC); }
 bool isTrail(unsigned char byte) { return byte >= 0x40 && byte <= 0xFC && byte != 0x7F; }
 
-// Bytes of the character; a byte that forms none stands for itself.
+// Bytes of the character; a byte that forms none is one of its own.
 int characterLength(unsigned int codePage, const char* text, int room) {
     const auto first = static_cast<unsigned char>(*text);
     if (codePage == system::kShiftJis)
@@ -57,7 +57,8 @@ bool isWhite(unsigned int, const unsigned short* character, int length) {
     return CString(character, length).Trim().IsEmpty();
 }
 
-// The field of `width` at the start of `text` without white space at its end; filled up where `padded`.
+// Copies the field of `width` at the start of `text` without white space at its end, filled with blanks when
+// `padded`. Returns its length.
 template <class Unit>
 int copyField(Unit* out, const Unit* text, int width, bool padded) {
     if (!out || width < 0)
@@ -90,7 +91,8 @@ int IncrStr(CString& text, int step) {
         long long carry = step;
         int at = text.GetLength();
         unsigned short firstZero = '0';
-        while (const unsigned short zero = zeroOfDigit(text[at - 1])) {  // before the start there is a zero
+        while (const unsigned short zero =
+                   zeroOfDigit(text[at - 1])) {  // before the start of the text it reads 0
             const long long sum = text[at - 1] - zero + carry;
             const long long digit = (sum % 10 + 10) % 10;
             counted.SetAt(--at, static_cast<unsigned short>(zero + digit));
@@ -137,7 +139,7 @@ int ConvUniToAscii(const unsigned short* text, char* out, int size) {
         return 0;
     const unsigned int codePage = system::ansiCodePage();
     int stored = 0;
-    std::string bytes;  // of one character: never more than it holds without an allocation
+    std::string bytes;  // of one character: so few that nothing is allocated
     while (text && *text) {
         const int units = characterLength(codePage, text, 2);
         bytes.clear();
@@ -188,7 +190,7 @@ int IsDbcsTrail(int byte) {
 int IsDbcsTrailAt(const char* text, int index) {
     if (system::ansiCodePage() != system::kShiftJis)
         return 0;
-    long long at = 0;  // goes one beyond the index
+    long long at = 0;  // may pass the index by one
     while (text && at < index && text[at]) {
         at += characterLength(system::kShiftJis, text + at, 2);
         if (at > index)
