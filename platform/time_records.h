@@ -1,4 +1,4 @@
-// SYSTEMTIME and FILETIME with their members: on Windows the system's own header defines them.
+// SYSTEMTIME and FILETIME with their members, which on Windows the system's own header defines.
 #ifndef FIELDSCAN_PLATFORM_TIME_RECORDS_H
 #define FIELDSCAN_PLATFORM_TIME_RECORDS_H
 

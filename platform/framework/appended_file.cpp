@@ -1,3 +1,5 @@
+// Appending lines: the end of the file is checked under the writer's lock, the lines are flushed to the
+// medium, and after a failure the file is cut to its old length or to its last whole line.
 #include "platform/framework/appended_file.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// Days since an epoch as year, month and day, by eras of 400 years (Hinnant, "chrono-Compatible Low-Level
+// Date Algorithms").
 #include "platform/framework/calendar.h"
 
 namespace fieldscan {
@@ -12,8 +14,8 @@ long long floorDivide(long long a, long long b) { return a / b - (a % b < 0 ? 1 
 
 }  // namespace
 
-// Days are counted in years that begin in March, so that the leap day is the last of its year; 400 years have
-// 146097 days. 1601-01-01 is day 306 of the year that began on 1600-03-01.
+// Years begin in March here, so that the leap day is the last one; an era of 400 years has 146097 days.
+// 1601-01-01 is day 306 of the year that began on 1600-03-01.
 CalendarTime calendarTime(unsigned long long fileTime, long long offsetSeconds) {
     const long long seconds = static_cast<long long>(fileTime / kTicksPerSecond) + offsetSeconds;
     const long long days = floorDivide(seconds, kSecondsPerDay);

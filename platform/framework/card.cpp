@@ -1,3 +1,4 @@
+// CRTCard: files and the titles of their names.
 #include <fieldscan/card.h>
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// UTF-8, code page 932 by a table of both directions, 1252 and Latin-1, one character after the other; runs
+// of ASCII are copied.
 #include "platform/framework/code_page.h"
 
 #include <algorithm>
@@ -14,7 +16,7 @@ using system::kShiftJis;
 using system::kUtf8;
 using system::kWestern;
 
-// `char` is signed on some processors and not on others, so bytes are always taken as these.
+// Bytes as unsigned values: whether `char` is signed depends on the processor.
 using Byte = unsigned char;
 
 constexpr unsigned int kBadCharacter = 0xFFFD;
@@ -64,7 +66,7 @@ int writeUtf8(unsigned int character, Byte* to) {
     return 4;
 }
 
-// ---- Page 1252: Latin-1 but for the bytes 80 to 9F ----
+// ---- Page 1252: Latin-1 except for the bytes 80 to 9F ----
 
 // clang-format off
 constexpr char16_t kWesternCells[32] = {
@@ -104,14 +106,14 @@ constexpr Row kRows[] = {
 #include "platform/framework/cp932_table.inc"
 };
 
-// Position in a row, -1 for what is no trail byte.
+// Position in a row; -1 for a byte that is no trail byte.
 int trailPosition(Byte byte) {
     if (byte < 0x40 || byte == 0x7F || byte > 0xFC)
         return -1;
     return byte < 0x7F ? byte - 0x40 : byte - 0x41;
 }
 
-// Both ways through the table. Static memory and no allocation, so that making it cannot fail.
+// The table by bytes and by characters. In static memory: making it cannot fail.
 struct ShiftJisIndex {
     const char16_t* cells[256] = {};     // by lead byte
     unsigned short bytes[0x10000] = {};  // by character; 0: the page lacks it
@@ -136,7 +138,7 @@ struct ShiftJisIndex {
             bytes[character] = static_cast<unsigned short>(lead << 8 | trail);
     }
 
-    // The character of a byte of its own from 80 up, 0 for a lead byte.
+    // The character of a single byte from 80 up; 0 for a lead byte.
     static unsigned int single(Byte byte) {
         if (byte == 0x80)
             return 0x80;
@@ -184,7 +186,7 @@ int writeShiftJis(unsigned int character, Byte* to) {
     return 1;
 }
 
-// ---- Any page: a character that is not ASCII, which is the same in all of them ----
+// ---- A character of any page, other than ASCII, which all of them have at the same bytes ----
 
 // Returns how many bytes the character takes.
 std::size_t readCharacter(unsigned int codePage, const Byte* bytes, std::size_t left,
@@ -231,7 +233,7 @@ bool isAscii(const Byte* text, std::size_t count) {
     return all < 0x80;
 }
 
-constexpr int kChunk = 256;  // so much is converted before it is appended at once
+constexpr int kChunk = 256;  // units or bytes that are converted before they are appended
 
 }  // namespace
 

@@ -1,4 +1,4 @@
-// The code pages that are compiled in, so that they are the same on every system: UTF-8, 932, 1252, Latin-1.
+// Text in the code pages that are compiled in and so the same on every system: UTF-8, 932, 1252, Latin-1.
 #ifndef FIELDSCAN_PLATFORM_FRAMEWORK_CODE_PAGE_H
 #define FIELDSCAN_PLATFORM_FRAMEWORK_CODE_PAGE_H
 
@@ -11,8 +11,7 @@ namespace fieldscan {
 
 bool isCompiledIn(unsigned int codePage);
 
-// What system::appendAnsi and system::appendWide do, for the pages that are compiled in; any other counts as
-// UTF-8.
+// system::appendAnsi and system::appendWide for these pages; any other number counts as UTF-8.
 void appendEncoded(unsigned int codePage, const unsigned short* text, int length, std::string& out);
 void appendDecoded(unsigned int codePage, const char* bytes, std::size_t count, CString& out);
 

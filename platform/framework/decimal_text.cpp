@@ -1,3 +1,6 @@
+// Fixed-point output: the double m 2^e, scaled by a power of ten, is rounded as an exact integer. Input: one
+// division of two exact doubles, which IEEE rounds correctly (the fast path of Clinger, "How to read floating
+// point numbers accurately", 1990).
 #include "platform/framework/decimal_text.h"
 
 #include <cmath>
@@ -7,13 +10,13 @@
 namespace fieldscan {
 namespace {
 
-// The digits of all numbers below 10^4, the first in the lowest byte. With these 40 KB the lines of a point
-// file take seven eighths of the time that they take when digits are split off by multiplication.
+// The digits of all numbers below 10^4, the first in the lowest byte. Writing a point file with these 40 KB
+// takes seven eighths of the time of splitting digits off by multiplication.
 struct FourDigits {
-    std::uint32_t of[10000] = {};
+    std::uint32_t digits[10000] = {};
     constexpr FourDigits() {
         for (std::uint32_t i = 0; i < 10000; ++i)
-            of[i] = i / 1000 | i / 100 % 10 << 8 | i / 10 % 10 << 16 | i % 10 << 24;
+            digits[i] = i / 1000 | i / 100 % 10 << 8 | i / 10 % 10 << 16 | i % 10 << 24;
     }
 };
 constexpr FourDigits kFourDigits;
@@ -21,10 +24,10 @@ constexpr FourDigits kFourDigits;
 // The digits of a number below 10^8, the first in the lowest byte.
 std::uint64_t eightDigits(std::uint32_t value) {
     const std::uint32_t front = value / 10000;
-    return kFourDigits.of[front] | std::uint64_t{kFourDigits.of[value - front * 10000]} << 32;
+    return kFourDigits.digits[front] | std::uint64_t{kFourDigits.digits[value - front * 10000]} << 32;
 }
 
-// Writes eight characters; one store, which a loop over the bytes would not become.
+// Writes eight characters in one store; compilers do not make one of a loop over the bytes.
 void putDigits(char* to, std::uint64_t digits) {
     digits += 0x3030303030303030;  // '0'
     if (__BYTE_ORDER__ == __ORDER_BIG_ENDIAN__)
@@ -32,7 +35,7 @@ void putDigits(char* to, std::uint64_t digits) {
     std::memcpy(to, &digits, sizeof digits);
 }
 
-// Both write up to seven characters beyond the end, which they return.
+// Both return the end, and may write seven characters beyond it.
 char* putBlock(char* to, std::uint32_t value) {
     const std::uint64_t digits = eightDigits(value);
     const int leadingZeros = __builtin_ctzll(digits | 1ull << 56) / 8;
@@ -54,7 +57,7 @@ constexpr std::uint64_t power(std::uint64_t base, int exponent) {
     return exponent == 0 ? 1 : base * power(base, exponent - 1);
 }
 
-// Halves are taken on what is dropped, left-aligned in a word.
+// Rounds half to even. `dropped` holds the bits after the last one of `value`, left-aligned.
 std::uint64_t roundedToEven(std::uint64_t value, std::uint64_t dropped) {
     constexpr std::uint64_t kHalf = 1ull << 63;
     return (value + (dropped >> 63)) & ~std::uint64_t{dropped == kHalf};
@@ -63,8 +66,8 @@ std::uint64_t roundedToEven(std::uint64_t value, std::uint64_t dropped) {
 template <int Decimals>
 char* putDecimals(char* to, std::uint64_t decimals) {
     *to++ = '.';
-    constexpr std::uint64_t kBehind = power(10, Decimals > 8 ? 16 - Decimals : 8 - Decimals);
-    decimals *= kBehind;
+    constexpr std::uint64_t kPadding = power(10, Decimals > 8 ? 16 - Decimals : 8 - Decimals);
+    decimals *= kPadding;
     if constexpr (Decimals > 8) {
         putDigits(to, eightDigits(static_cast<std::uint32_t>(decimals / 100000000)));
         putDigits(to + 8, eightDigits(static_cast<std::uint32_t>(decimals % 100000000)));
@@ -76,9 +79,9 @@ char* putDecimals(char* to, std::uint64_t decimals) {
 
 constexpr int bitLength(std::uint64_t value) { return value == 0 ? 0 : 1 + bitLength(value >> 1); }
 
-// Writes a number in [0, 2^63 / 10^Decimals) and returns its end, nullptr outside that range and below
-// 2^(Decimals - 64). The number m 2^e times 10^Decimals is m 5^Decimals 2^(e + Decimals): an integer of 77
-// bits at most, shifted right. What the shift drops is rounded, so that the result is exact.
+// Writes 0, or a number in [2^(-11 - Decimals), 2^(52 - Decimals)) whose product with 10^Decimals is below
+// 2^63, and returns its end; nullptr for all others. The number m 2^e times 10^Decimals is m 5^Decimals 2^(e
+// + Decimals): an integer of at most 77 bits, shifted right. Only that shift rounds.
 template <int Decimals>
 char* putPlain(char* to, double value) {
     static_assert(Decimals > 0 && Decimals <= 10, "the product must fit");
@@ -88,14 +91,14 @@ char* putPlain(char* to, double value) {
     std::memcpy(&bits, &value, sizeof bits);
     std::uint64_t scaled = 0;
     if (bits != 0) {
-        const int places = 1075 - static_cast<int>(bits >> 52);  // of the mantissa behind the point
+        const int places = 1075 - static_cast<int>(bits >> 52);  // of the mantissa after the binary point
         const std::uint64_t mantissa = (bits & ((1ull << 52) - 1)) | 1ull << 52;
-        // Most coordinates: at most 26 bits before the point, and so few behind that the product of these
-        // alone fits one word.
+        // Most coordinates: at most 26 bits before the binary point, and so few after it that their product
+        // fits one word.
         constexpr int kPlaces = 64 - bitLength(kFives);
         if (places >= 27 && places <= kPlaces) {
-            const std::uint64_t behind = mantissa << (kPlaces - places) & ((1ull << kPlaces) - 1);
-            const std::uint64_t product = behind * kFives;
+            const std::uint64_t fraction = mantissa << (kPlaces - places) & ((1ull << kPlaces) - 1);
+            const std::uint64_t product = fraction * kFives;
             const std::uint64_t decimals =
                 roundedToEven(product >> (kPlaces - Decimals), product << (64 - kPlaces + Decimals));
             const auto whole = static_cast<std::uint32_t>(mantissa >> places);
@@ -122,13 +125,13 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-// Whether a number that was read up to `at` may not end there: it has an exponent, or is hexadecimal.
+// True if the number that was read up to `at` may go on: with an exponent, or as a hexadecimal one.
 bool goesOn(const char* at, const char* end) {
     return at < end && (*at == 'e' || *at == 'E' || *at == 'x' || *at == 'X');
 }
 
-// The eight characters from `at` on, the first in the lowest byte; NUL beyond `end`. At least eight lie
-// before `end`.
+// The eight characters from `at` on, the first in the lowest byte; NUL beyond `end`. The text has at least
+// eight before `end`.
 std::uint64_t eightCharacters(const char* at, const char* end) {
     const std::ptrdiff_t left = end - at;
     std::uint64_t characters = 0;
@@ -138,17 +141,17 @@ std::uint64_t eightCharacters(const char* at, const char* end) {
     return left >= 8 ? characters : left > 0 ? characters >> 8 * (8 - left) : 0;
 }
 
-// How many digits the eight characters begin with.
+// Number of digits at the start of the eight characters.
 int countDigits(std::uint64_t characters) {
     const std::uint64_t digits = characters ^ 0x3030303030303030;  // '0'
-    // What is above 9 carries into the upper half of its byte, and perhaps into bytes behind, which no longer
-    // matter.
+    // A value above 9 carries into the upper half of its byte, and perhaps into the bytes after it, which no
+    // longer matter.
     const std::uint64_t others = (digits | (digits + 0x0606060606060606)) & 0xF0F0F0F0F0F0F0F0;
     return others == 0 ? 8 : __builtin_ctzll(others) / 8;
 }
 
-// The number that the first 1 to 7 of the characters make up. Neighbours are joined: digits to pairs, then
-// all four pairs.
+// The number in the first 1 to 7 of the characters: digits are joined to pairs, then the four pairs to one
+// number.
 std::uint32_t numberOf(std::uint64_t characters, int count) {
     std::uint64_t digits = (characters & 0x0F0F0F0F0F0F0F0F) << 8 * (8 - count);
     digits = digits * 10 + (digits >> 8);
@@ -158,7 +161,7 @@ std::uint32_t numberOf(std::uint64_t characters, int count) {
     return static_cast<std::uint32_t>(digits >> 32);
 }
 
-// readPlainDecimal of 1 to 7 digits, a point and 1 to 7 digits, eight characters at a time.
+// As readPlainDecimal, for 1 to 7 digits, a point and 1 to 7 digits, eight characters at a time.
 std::size_t readShortDecimal(std::string_view text, double& value) {
     if (text.size() < 8)
         return 0;
@@ -167,14 +170,14 @@ std::size_t readShortDecimal(std::string_view text, double& value) {
     const int digits = countDigits(front);
     if (digits == 0 || digits == 8 || text[static_cast<std::size_t>(digits)] != '.')
         return 0;
-    const char* const behindPoint = text.data() + digits + 1;
-    const std::uint64_t back = eightCharacters(behindPoint, end);
+    const char* const afterPoint = text.data() + digits + 1;
+    const std::uint64_t back = eightCharacters(afterPoint, end);
     const int decimals = countDigits(back);
-    if (decimals == 0 || decimals == 8 || goesOn(behindPoint + decimals, end))
+    if (decimals == 0 || decimals == 8 || goesOn(afterPoint + decimals, end))
         return 0;
     const double whole = static_cast<double>(numberOf(front, digits)) * kPowersOfTen[decimals];
     value = (whole + static_cast<double>(numberOf(back, decimals))) / kPowersOfTen[decimals];
-    return static_cast<std::size_t>(behindPoint + decimals - text.data());
+    return static_cast<std::size_t>(afterPoint + decimals - text.data());
 }
 
 }  // namespace
@@ -213,9 +216,9 @@ std::size_t readPlainDecimal(std::string_view text, double& value) {
     std::ptrdiff_t digits = at - first;
     std::ptrdiff_t decimals = 0;
     if (at < end && *at == '.') {
-        const char* const behindPoint = at + 1;
-        at = readDigits(behindPoint);
-        decimals = at - behindPoint;
+        const char* const afterPoint = at + 1;
+        at = readDigits(afterPoint);
+        decimals = at - afterPoint;
         digits += decimals;
     }
     constexpr std::uint64_t kMostExact = 1ull << 53;

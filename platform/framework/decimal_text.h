@@ -1,5 +1,5 @@
-// The short ways between a double and its decimals, for the numbers that files of coordinates hold. Both are
-// exact, and leave everything else to the general algorithms.
+// Fast conversions between doubles and decimals for the numbers in files of coordinates. The results are
+// exactly rounded; all other numbers are left to std::to_chars and std::from_chars.
 #ifndef FIELDSCAN_PLATFORM_FRAMEWORK_DECIMAL_TEXT_H
 #define FIELDSCAN_PLATFORM_FRAMEWORK_DECIMAL_TEXT_H
 
@@ -8,16 +8,15 @@
 
 namespace fieldscan {
 
-// Room that putPlainFixed needs; it may write anywhere in it.
+// Characters that putPlainFixed needs; it may write to any of them.
 constexpr std::size_t kPlainFixedRoom = 40;
 
-// Writes what "%.Nf" does for N = 4, 5, 6 and 10, the decimals of the library's texts, and numbers below 2^63
-// / 10^N that are 0 or not tiny; returns the end, or nullptr for all others.
+// Writes "%.Nf" for N = 4, 5, 6 and 10, the decimals of the library's texts, and magnitudes that are 0 or in
+// [2^(-11 - N), 2^(52 - N)) and below 2^63 / 10^N. Returns the end; nullptr for all others.
 char* putPlainFixed(char* to, double value, int decimals);
 
-// Reads digits with or without a point among them where that takes one rounding: up to 19 digits that make up
-// a number up to 2^53, and no exponent behind. Returns how many characters it took; 0 for all others, and
-// then `value` is untouched.
+// Reads digits with or without a point: up to 19 of them, which without the point are an integer up to 2^53,
+// and without an exponent. Returns the number of characters read; 0 for all others, with `value` unchanged.
 std::size_t readPlainDecimal(std::string_view text, double& value);
 
 }  // namespace fieldscan

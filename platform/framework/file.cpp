@@ -49,9 +49,9 @@ int CFile::Open(const CString& path, unsigned int mode) {
 
 bool CFile::IsOpen() const { return m_handle != system::kNoFile; }
 
-// Reads on behind the unread bytes, for which the buffer grows when they fill it; false at the end of the
-// file or when that fails. A medium that failed once is not asked again: the next bytes would take the place
-// of the missing ones.
+// Reads more bytes after the unread ones; the buffer grows when they fill it. False at the end of the file
+// and when that fails. A medium that failed once is not read again: the next bytes would take the place of
+// the missing ones.
 bool CFile::fill() {
     if (!IsOpen() || m_readFailed)
         return false;
@@ -77,7 +77,7 @@ bool CFile::fill() {
     return got > 0;
 }
 
-// Takes the system's position back to where the caller believes it is.
+// Moves the system's position back to that of the caller.
 bool CFile::dropBuffer() {
     const long long unread = m_end - m_next;
     m_next = m_end = 0;
@@ -109,7 +109,7 @@ int CFile::ReadLine(const char*& line, unsigned int& length) {
     line = m_buffer + m_next;
     length = feed ? static_cast<unsigned int>(feed - line) + 1 : m_end - m_next;
     m_readFailed = m_readFailed || length > kLongestLine;
-    if (m_readFailed) {  // what is there of the line is not the line
+    if (m_readFailed) {  // a part of a line must not be taken for the line
         m_next = m_end;
         length = 0;
     }

@@ -1,3 +1,4 @@
+// Lines of the text files: byte order mark, fields, white space, code page.
 #include "platform/framework/line_text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Lines collected to pieces of 64 KiB; each is one write.
 #include "platform/framework/line_writer.h"
 
 #include "platform/framework/file_access.h"

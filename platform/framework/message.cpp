@@ -1,3 +1,4 @@
+// CKTImgMsg: messages go to the handler of the application, or to the system.
 #include <fieldscan/message.h>
 
 #include <atomic>

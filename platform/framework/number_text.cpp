@@ -1,3 +1,5 @@
+// Numbers by std::to_chars and std::from_chars, which know no locale, with what printf, strtod, strtol and
+// scanf add to them: padding, signs, white space, saturation, "0x", "inf" and "nan".
 #include "platform/framework/number_text.h"
 
 #include <algorithm>
@@ -14,7 +16,7 @@ namespace {
 
 // ---- Numbers as text ----
 
-// Fills what was appended from `start` on up to `width`, on the left.
+// Fills the text from `start` on up to `width`, on the left.
 void pad(std::string& out, std::size_t start, int width, bool zeroFill) {
     const std::size_t length = out.size() - start;
     if (width <= 0 || length >= static_cast<std::size_t>(width))
@@ -24,7 +26,7 @@ void pad(std::string& out, std::size_t start, int width, bool zeroFill) {
     out.insert(start, static_cast<std::size_t>(width) - length, zeroFill ? '0' : ' ');
 }
 
-// `places` is the most that stands before the decimals and their point: sign, digits, exponent.
+// `places`: the most characters besides the point and the decimals, that is sign, digits and exponent.
 void appendDouble(std::string& out, double value, std::chars_format format, int decimals,
                   std::size_t places) {
     const std::size_t start = out.size();
@@ -37,7 +39,7 @@ void appendDouble(std::string& out, double value, std::chars_format format, int 
 
 // ---- Text as numbers ----
 
-// The NUL stands for the end: it belongs to no number and is no white space either.
+// NUL for the end of the text: it belongs to no number and is no white space.
 char charAt(std::string_view text, std::size_t at) { return at < text.size() ? text[at] : '\0'; }
 
 bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
@@ -62,8 +64,8 @@ bool startsWith(std::string_view text, std::string_view lowerCaseWord) {
 
 bool hasHexPrefix(std::string_view text) { return startsWith(text, "0x"); }
 
-// Whether `number` (digits, point, exponent), which is outside the range of double, lies above it rather than
-// below: from_chars does not tell.
+// True if `number` (digits, point, exponent), which is out of the range of double, is too large; false if it
+// is too small. from_chars gives the same error for both.
 bool isAboveRange(std::string_view number, bool hex) {
     const std::string_view mantissa = number.substr(0, number.find_first_of(hex ? "pP" : "eE"));
     std::string_view exponentText = number.substr(std::min(mantissa.size() + 1, number.size()));
@@ -73,20 +75,21 @@ bool isAboveRange(std::string_view number, bool hex) {
     const auto read =
         std::from_chars(exponentText.data(), exponentText.data() + exponentText.size(), exponent);
     if (read.ec == std::errc::result_out_of_range)
-        return exponentText[0] != '-';  // no count of digits makes up for that
-    // How far the leading digit stands from the point, to within one place: the range ends much farther off.
+        return exponentText[0] != '-';  // more than any number of digits can make up for
+    // The place of the leading digit, counted from the point, give or take one: the range ends much farther
+    // off.
     const auto point = static_cast<long long>(std::min(mantissa.find('.'), mantissa.size()));
     const auto leading = static_cast<long long>(mantissa.find_first_not_of("0."));
-    return (point - leading) * (hex ? 4 : 1) + exponent > 0;  // the exponent of a hexadecimal counts bits
+    return (point - leading) * (hex ? 4 : 1) + exponent > 0;  // a hexadecimal exponent counts bits
 }
 
-// A number without sign at the start of `text`; returns its length, 0 when there is none.
+// Reads a number without sign at the start of `text`; returns its length, 0 when there is none.
 std::size_t readMagnitude(std::string_view text, double& value) {
     if (charAt(text, 0) == '-')
         return 0;  // a second sign, which from_chars would take
-    // A prefix without digits behind is a mere 0 followed by an x.
+    // Without a digit after it, "0x" is the number 0 and an x.
     const bool hex = hasHexPrefix(text) && isHexDigit(charAt(text, charAt(text, 2) == '.' ? 3 : 2));
-    // No number has "+-" inside, yet the from_chars of g++ 12 takes it in a hexadecimal exponent.
+    // No number contains "+-", but the from_chars of g++ 12 accepts it in a hexadecimal exponent.
     const std::string_view digits = hex ? text.substr(2, text.find("+-", 2) - 2) : text;
     const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value,
                                       hex ? std::chars_format::hex : std::chars_format::general);
@@ -98,9 +101,9 @@ std::size_t readMagnitude(std::string_view text, double& value) {
     return length + (hex ? 2 : 0);
 }
 
-// The characters that "%lf" takes off the text, 0 when it fails on them. It reads forward, one character
-// ahead at most, so it takes the beginning of an exponent that turns out to have no digits, and fails on the
-// beginnings of "0x1" and "infinity" where strtod falls back to the "0" and the "inf".
+// Number of characters that "%lf" takes off the text; 0 when it fails on them. sscanf looks only one
+// character ahead: it takes the "e" of an exponent without digits, and fails on "0x" and "infi", where strtod
+// reads the "0" and the "inf".
 std::size_t scanLength(std::string_view text) {
     std::size_t at = isSign(charAt(text, 0)) ? 1 : 0;
     const std::string_view magnitude = text.substr(at);
@@ -174,7 +177,7 @@ double parseDouble(std::string_view text, std::size_t* used) {
         length = readMagnitude(text.substr(at), value);
     if (used)
         *used = length == 0 ? 0 : at + length;
-    // copysign, since a nan has a sign too.
+    // copysign gives a nan its sign too.
     return length == 0 ? 0.0 : std::copysign(value, sign == '-' ? -1.0 : 1.0);
 }
 
@@ -208,7 +211,7 @@ int parseInt(std::string_view text, int base, std::size_t* used) {
     return static_cast<int>(negative ? -inRange : inRange);
 }
 
-// Goes on to the next conversion: false when none can match, with the reason in m_failed.
+// Skips white space before a conversion; false, with the reason in m_failed, when none can match.
 bool Scanner::skipSpace() {
     if (m_failed != Result::matched)
         return false;

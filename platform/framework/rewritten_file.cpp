@@ -1,3 +1,4 @@
+// Lines that replace a file, through system::Replacement.
 #include "platform/framework/rewritten_file.h"
 
 #include "platform/framework/file_access.h"

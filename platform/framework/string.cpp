@@ -1,3 +1,5 @@
+// CString. Up to 7 units lie in the object; longer texts in a block of the heap, after a record of length and
+// capacity.
 #include <fieldscan/framework/string.h>
 
 #include <algorithm>
@@ -103,7 +105,7 @@ void CString::release() { ::operator delete(outside()); }
 CString::Outside* CString::makeOutside(int capacity) {
     constexpr std::size_t kMost = (PTRDIFF_MAX - sizeof(Outside)) / sizeof(unsigned short);
     const std::size_t units = static_cast<std::size_t>(capacity) + 1;
-    if (units > kMost)  // which 32-bit addresses do not reach
+    if (units > kMost)  // more than 32-bit addresses reach
         throw std::bad_alloc();
     Outside* const storage =
         static_cast<Outside*>(::operator new(sizeof(Outside) + units * sizeof(unsigned short)));
@@ -125,7 +127,7 @@ void CString::setLength(int length) {
         m_units[kInside] = static_cast<unsigned short>(kInside - length);
 }
 
-// Room for `length` units; a text that grows gets half as much again, so that appending stays linear.
+// Makes room for `length` units; at least half as much again, so that the time for appending stays linear.
 void CString::grow(int length) {
     const int before = capacity();
     if (length <= before)
@@ -138,7 +140,7 @@ void CString::grow(int length) {
     setOutside(storage);
 }
 
-// `from` may lie in this object.
+// `from` may lie in this text.
 void CString::assign(const unsigned short* from, int length) {
     if (length > capacity()) {
         Outside* const storage = makeOutside(length);

@@ -1,5 +1,5 @@
-// The code page of files has no system to come from here: the environment variable FIELDSCAN_ANSI_CODEPAGE
-// names it.
+// The code page of files, named by the environment variable FIELDSCAN_ANSI_CODEPAGE: POSIX systems have no
+// such setting. All pages are compiled in.
 #include "platform/framework/code_page.h"
 
 #include <cstdlib>
@@ -27,7 +27,7 @@ constexpr PageName kPageNames[] = {
     {"CP28591", kLatin1},       {"28591", kLatin1},
 };
 
-// Not the function of the C library, whose idea of a capital I depends on the locale.
+// Not toupper, which depends on the locale.
 char upper(char letter) { return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter; }
 
 bool sameName(const char* text, const char* name) {

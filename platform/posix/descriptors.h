@@ -1,4 +1,4 @@
-// File descriptors: what opening files and replacing them share.
+// File descriptors, paths and locks, for opening files and for replacing them.
 #ifndef FIELDSCAN_PLATFORM_POSIX_DESCRIPTORS_H
 #define FIELDSCAN_PLATFORM_POSIX_DESCRIPTORS_H
 
@@ -12,12 +12,12 @@
 namespace fieldscan {
 namespace system {
 
-// The path in the bytes of the system. `\` separates too; a path that begins with `\` is one of the device,
-// below the folder that FIELDSCAN_ROOT names (default `/`); names are UTF-8.
+// The path for the system, in UTF-8. `\` separates too; a path that begins with `\` is one of the device,
+// below the folder that FIELDSCAN_ROOT names (default `/`).
 std::string hostPath(const CString& path);
 
-// Where the symbolic links of a path's last part lead, also to no file yet; the path where they lead in a
-// circle.
+// The path after following the symbolic links of its last part, whose target need not exist; the path itself
+// when they form a circle.
 std::string withoutLinks(const std::string& path);
 
 // The folder of a path, with its separator; "./" for a plain name.
@@ -35,16 +35,16 @@ auto uninterrupted(Call call) {
 
 CFile::Cause causeOf(int error);
 
-// The lock of a writer: it belongs to the descriptor, so that threads are kept apart too, and closing it or
-// the end of the process gives it back.
+// The lock of a writer (flock). It belongs to the descriptor, so threads are kept apart too; closing and the
+// end of the process release it.
 enum class Lock { taken, held, unknown };  // unknown: the file system has no locks
 Lock takeLock(int file);
 
-// Whether the path names the file of this status.
+// True if the path names the file with this status.
 bool isNamed(const struct stat& status, const std::string& path);
 
-// Opens for writing, with the lock, the file that `path` names by then; flags are those of open, of which
-// O_TRUNC waits for the lock. -1 with `cause` set when it fails.
+// Opens the file that `path` names for writing and locks it. Flags as for open; O_TRUNC is applied under the
+// lock. Returns -1 and sets `cause` when that fails.
 int openLocked(const std::string& path, int flags, CFile::Cause& cause, bool* locked = nullptr);
 
 bool flushDescriptor(int file);

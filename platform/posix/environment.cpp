@@ -19,8 +19,8 @@ constexpr unsigned long long kUnixEpoch = 116444736000000000ULL;  // 1970-01-01 
 
 }  // namespace
 
-// The allocator gives blocks above 32 MiB a mapping of their own; smaller ones may share theirs with others,
-// which the advice would go on to hold for.
+// Blocks above 32 MiB have a mapping of their own from the allocator. A smaller one may share its mapping,
+// and the advice would then hold for other blocks too.
 void expectFilled(void* memory, std::size_t bytes) {
 #if defined(MADV_HUGEPAGE)
     constexpr std::size_t kOwnMapping = std::size_t{33} << 20;

@@ -1,4 +1,4 @@
-// Files through the system calls of POSIX.
+// Files on POSIX systems, with flock as the lock of a writer.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -36,23 +36,24 @@ int openDescriptor(const std::string& path, int flags) {
     return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NONBLOCK, 0666); });
 }
 
-// Why an open file is no file of bytes: a folder, which POSIX opens for reading, a pipe, or a device to be
-// read, which may have no end.
-CFile::Cause unfit(const struct stat& status, bool forReading) {
+// Why an open file is refused: a folder, which POSIX opens for reading; a pipe; a device that is to be read,
+// which may have no end. causeNone for a file that is not.
+CFile::Cause causeOfRefusal(const struct stat& status, bool forReading) {
     if (S_ISDIR(status.st_mode))
         return CFile::causeAccessDenied;
     return S_ISFIFO(status.st_mode) || (forReading && S_ISCHR(status.st_mode)) ? CFile::causeOther
                                                                                : CFile::causeNone;
 }
 
-// -1 with `cause` set when it fails, else `status` is that of the file.
-int openFit(const std::string& path, int flags, struct stat& status, CFile::Cause& cause) {
+// Opens a file that is not refused and gets its status; -1 with `cause` set when that fails.
+int openUnlocked(const std::string& path, int flags, struct stat& status, CFile::Cause& cause) {
     const int file = openDescriptor(path, flags);
     if (file < 0) {
         cause = causeOf(errno);
         return -1;
     }
-    cause = ::fstat(file, &status) == 0 ? unfit(status, (flags & O_ACCMODE) == O_RDONLY) : CFile::causeOther;
+    cause = ::fstat(file, &status) == 0 ? causeOfRefusal(status, (flags & O_ACCMODE) == O_RDONLY)
+                                        : CFile::causeOther;
     if (cause == CFile::causeNone)
         return file;
     ::close(file);
@@ -122,10 +123,10 @@ bool isNamed(const struct stat& status, const std::string& path) {
 int openLocked(const std::string& path, int flags, CFile::Cause& cause, bool* locked) {
     for (int tries = 0;; ++tries) {
         struct stat status;
-        const int file = openFit(path, flags & ~O_TRUNC, status, cause);
+        const int file = openUnlocked(path, flags & ~O_TRUNC, status, cause);
         if (file < 0 || !S_ISREG(status.st_mode))
             return file;
-        // The file may have been replaced while another writer had it.
+        // While another writer had the lock, the name may have passed to a new file.
         const Lock lock = takeLock(file);
         if (lock != Lock::held && isNamed(status, path)) {
             if (locked)
@@ -148,7 +149,7 @@ FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause,
     const std::string host = hostPath(path);
     const int flags = openFlags(mode);
     struct stat status;
-    return (flags & O_ACCMODE) == O_RDONLY ? openFit(host, flags, status, cause)
+    return (flags & O_ACCMODE) == O_RDONLY ? openUnlocked(host, flags, status, cause)
                                            : openLocked(host, flags, cause, locked);
 }
 
@@ -188,15 +189,15 @@ bool cutFile(FileHandle file, long long length) {
     return uninterrupted([&] { return ::ftruncate(descriptor(file), static_cast<off_t>(length)); }) == 0;
 }
 
-// A failed flush is not repeated: the system has dropped what it could not write, and the next one would
+// A failed flush is not repeated: the system has dropped what it could not write, and the next flush would
 // succeed without it.
 bool flushDescriptor(int file) {
-    return uninterrupted([&] { return ::fsync(file); }) == 0 || errno == EINVAL;  // has no medium
+    return uninterrupted([&] { return ::fsync(file); }) == 0 || errno == EINVAL;  // not on a medium
 }
 
 bool flushFile(FileHandle file) { return flushDescriptor(descriptor(file)); }
 
-// Not repeated when interrupted: the descriptor is gone then, and may already be another file's.
+// Not repeated when interrupted: the descriptor is closed then, and may belong to another file already.
 bool closeFile(FileHandle file) { return ::close(descriptor(file)) == 0 || errno == EINTR; }
 
 bool isFile(const CString& path) {
@@ -206,7 +207,7 @@ bool isFile(const CString& path) {
 
 void removeFile(const CString& path) { ::unlink(withoutLinks(hostPath(path)).c_str()); }
 
-// A folder that cannot be read stays to the system.
+// A folder that cannot be opened for reading is left to the system.
 void flushFolder(const std::string& folder) {
     const int entries = openDescriptor(folder, O_RDONLY | O_DIRECTORY);
     if (entries >= 0) {

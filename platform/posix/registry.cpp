@@ -1,13 +1,13 @@
-// The registry of the device as a file: an export in the usual text form (.reg), named by the environment
-// variable FIELDSCAN_REGISTRY. UTF-16LE with its byte order mark, UTF-8 with one, or the ANSI code page.
+// The registry of the device as a file: a text export (.reg), named by the environment variable
+// FIELDSCAN_REGISTRY, in UTF-16LE or UTF-8 with a byte order mark, or in the ANSI code page.
 //
 //   Windows Registry Editor Version 5.00
 //
 //   [HKEY_LOCAL_MACHINE\System\StorageManager\Profiles\SDMMC]
 //   "Folder"="Storage Card"
 //
-// Keys and value names are compared without regard to the case of ASCII letters; only text values are read;
-// of values that stand twice the last counts.
+// Only text values are read. Keys and names are compared without regard to the case of ASCII letters; of two
+// values with one name the last counts.
 #include <cstdlib>
 #include <string>
 
@@ -21,7 +21,7 @@ namespace {
 
 const char kRoot[] = "HKEY_LOCAL_MACHINE\\";
 
-// Empty when the file cannot be read to its end.
+// The whole file; empty when it cannot be read to its end.
 CString contents(CFile& file) {
     std::string bytes;
     for (std::string line; readLine(file, line);)
@@ -43,9 +43,9 @@ CString contents(CFile& file) {
     return text;
 }
 
-// Reads a quoted text from `position` on, where `\` protects the unit behind it, and leaves `position` behind
-// the closing quote; false when there is none.
-bool quoted(const CString& line, int& position, CString& text) {
+// Reads the quoted text at `position`, where `\` precedes a literal unit, and moves `position` past its
+// closing quote; false when it has none.
+bool readQuoted(const CString& line, int& position, CString& text) {
     text.Empty();
     if (line[position] != '"')
         return false;
@@ -88,8 +88,8 @@ bool registryText(const CString& key, const CString& name, CString& text) {
         int position = 0;
         if (line[0] == '[')
             inSection = line.CompareNoCase(section) == 0;
-        else if (inSection && quoted(line, position, valueName) && valueName.CompareNoCase(name) == 0 &&
-                 line[position] == '=' && quoted(line, ++position, value)) {
+        else if (inSection && readQuoted(line, position, valueName) && valueName.CompareNoCase(name) == 0 &&
+                 line[position] == '=' && readQuoted(line, ++position, value)) {
             text = value;
             found = true;
         }

@@ -1,4 +1,5 @@
-// Whole files that are replaced, through the system calls of POSIX.
+// Replacing whole files on POSIX systems: write a locked temporary file, flush it, rename it over the old
+// one.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -20,26 +21,26 @@ std::string temporaryFor(const std::string& target) {
     return folder + ".fieldscan-" + nameHash(name, target.size() - start);
 }
 
-// Refused, but not for lack of room: the old file itself can be written.
+// True if a new file was refused for another reason than lack of room: the old file itself may be written.
 bool mayWriteInPlace(int error) {
     switch (error) {
         case EACCES:
         case EPERM:
         case EROFS:
         case EBUSY:   // a mount point
-        case EXDEV:   // another one
-        case EISDIR:  // things of others under the name of the new file
+        case EXDEV:   // another file system
+        case EISDIR:  // foreign things under the name of the new file
         case ELOOP:
         case ENXIO:
-        case ENAMETOOLONG:  // the path: the name itself is short
+        case ENAMETOOLONG:  // of the whole path: the name is short
             return true;
         default:
             return false;
     }
 }
 
-// Rights of single users and groups, which the mode does not show; where there are none, those that the
-// folder gave to the new file go.
+// Copies the rights of single users and groups, which are not in the mode. Where the old file has none, those
+// that the new one got from its folder are removed.
 bool copyAccessList(int from, int to) {
     constexpr char kName[] = "system.posix_acl_access";
     char list[4096];
@@ -71,13 +72,13 @@ private:
     std::string m_target;
     std::string m_folder;
     std::string m_temporary;
-    int m_old = -1;       // locked, so that appenders wait and find the new file then; -1: there is none
-    int m_new = -1;       // locked until it has its place; -1: the old one is written
-    bool m_made = false;  // the old one, to be written in place
-    bool m_done = false;  // what is left is not to be taken away
+    int m_old = -1;  // locked, so that appending writers wait and then find the new file; -1: there is none
+    int m_new = -1;  // locked until it is renamed; -1: the old file is written
+    bool m_made = false;  // there was no old file: it was made, to be written in place
+    bool m_done = false;  // committed: nothing is removed
 };
 
-// The new file, locked; -1 with errno set.
+// Makes and locks the new file; -1 with errno set when that fails.
 int PosixReplacement::makeNew(mode_t mode) {
     constexpr int kFlags = O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
     for (int tries = 0;; ++tries) {
@@ -95,7 +96,7 @@ int PosixReplacement::makeNew(mode_t mode) {
             if (takeLock(file) != Lock::held && ::fstat(file, &status) == 0 && isNamed(status, m_temporary)) {
                 if (made)
                     return file;
-                // Nobody writes it: a killed program left it.
+                // Without a writer: a killed program left it.
                 const bool removed = ::unlink(m_temporary.c_str()) == 0;
                 const int error = errno;
                 ::close(file);
@@ -113,7 +114,7 @@ int PosixReplacement::makeNew(mode_t mode) {
     }
 }
 
-// Before anything is written: nobody reads the new file who may not read the old one.
+// Called before anything is written: who may not read the old file must not read the new one either.
 bool PosixReplacement::giveRights(const struct stat& old) const {
     struct stat own;
     if (::fstat(m_new, &own) != 0)
@@ -138,7 +139,7 @@ bool PosixReplacement::begin(const std::string& path, CFile::Cause& cause) {
     m_old = openLocked(path, O_WRONLY, cause);
     if (m_old < 0 && cause != CFile::causeNotFound)
         return false;
-    // A link of /proc leads to an open file, whatever its text names.
+    // isNamed is false for a link of /proc, which leads to an open file whatever its text names.
     if (m_old >= 0 && (::fstat(m_old, &status) != 0 || !S_ISREG(status.st_mode) || status.st_nlink != 1 ||
                        !isNamed(status, m_target)))
         return true;
@@ -161,7 +162,7 @@ bool PosixReplacement::rename() {
         return renamed(0);
     if (renamed(RENAME_NOREPLACE))
         return true;
-    if (errno == EEXIST) {  // made meanwhile: its writer finishes first
+    if (errno == EEXIST) {  // another program made it: its writer finishes first
         CFile::Cause cause;
         m_old = openLocked(m_target, O_WRONLY, cause);
         if (m_old < 0 && cause != CFile::causeNotFound)
@@ -170,7 +171,7 @@ bool PosixReplacement::rename() {
     return renamed(0);
 }
 
-// The new file's contents into the old one.
+// Copies the contents of the new file into the old one.
 bool PosixReplacement::copyOver() const {
     char piece[16384];
     for (off_t at = 0;;) {
@@ -188,7 +189,7 @@ bool PosixReplacement::copyOver() const {
     }
 }
 
-// What lies beyond the position is of the old contents.
+// Cuts off what is left of the old contents beyond the position, and flushes.
 bool PosixReplacement::endInPlace() const {
     struct stat status;
     if (::fstat(m_old, &status) == 0 && S_ISREG(status.st_mode) &&
@@ -208,7 +209,7 @@ bool PosixReplacement::commit() {
         else if (m_old >= 0 && mayWriteInPlace(errno)) {
             const bool copied = copyOver();
             done = endInPlace() && copied;
-            dropNew();  // before m_done is set: it has no place
+            dropNew();  // while m_done is false: it is removed
         }
     }
     m_done = done;
@@ -227,7 +228,7 @@ void PosixReplacement::dropNew() {
 PosixReplacement::~PosixReplacement() {
     const bool overwritten = inPlace() && !m_done && m_old >= 0 && ::lseek(m_old, 0, SEEK_CUR) > 0;
     if (overwritten)
-        endInPlace();  // a part of the new contents, but no mixture with the old ones
+        endInPlace();  // a part of the new contents, not mixed with the old ones
     dropNew();
     if (m_old < 0)
         return;

@@ -1,4 +1,4 @@
-// The system's header, kept from defining more than it must.
+// The system's header with as few definitions as it allows, and wide text for its calls.
 #ifndef FIELDSCAN_PLATFORM_WINDOWS_API_H
 #define FIELDSCAN_PLATFORM_WINDOWS_API_H
 

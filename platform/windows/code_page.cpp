@@ -1,4 +1,4 @@
-// The system's code page. Its own conversions are asked only for the pages that are not compiled in.
+// The ANSI code page of the system. Its conversions serve only the pages that are not compiled in.
 #include "platform/framework/code_page.h"
 
 #include "platform/system.h"

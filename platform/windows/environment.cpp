@@ -1,4 +1,4 @@
-// Clock, running program and messages.
+// Memory, clock, running program and messages.
 #include "platform/system.h"
 #include "platform/windows/api.h"
 
@@ -15,7 +15,7 @@ long long ticksOf(const FILETIME& time) {
 
 }  // namespace
 
-void expectFilled(void*, std::size_t) {}  // large pages take a privilege
+void expectFilled(void*, std::size_t) {}  // large pages need a privilege
 
 unsigned long long fileTimeNow() {
     FILETIME now;
@@ -25,7 +25,7 @@ unsigned long long fileTimeNow() {
 
 unsigned long long fileTimeOfLastTick() { return fileTimeNow(); }
 
-// FileTimeToLocalFileTime applies the offset of the present day to any time.
+// FileTimeToLocalFileTime applies the offset of today to any time.
 long long localOffsetSeconds() {
     FILETIME now, local;
     GetSystemTimeAsFileTime(&now);
@@ -33,7 +33,7 @@ long long localOffsetSeconds() {
 }
 
 bool modulePath(CString& path) {
-    constexpr int kLongest = 0x8000;  // what the system's longest paths take
+    constexpr int kLongest = 0x8000;  // units of the longest path
     for (int room = 512; room <= kLongest; room *= 2) {
         CString name;
         const DWORD length = GetModuleFileNameW(nullptr, reinterpret_cast<wchar_t*>(name.GetBuffer(room)),
@@ -41,7 +41,7 @@ bool modulePath(CString& path) {
         name.ReleaseBuffer(static_cast<int>(length));
         if (length == 0)
             return false;
-        if (length < static_cast<DWORD>(room)) {  // else it was cut
+        if (length < static_cast<DWORD>(room)) {  // longer paths are cut
             path = name;
             return true;
         }

@@ -1,5 +1,5 @@
-// Files through the Windows calls. A file that is open for writing may only be opened to be read, and one
-// that is open to be read may be replaced: its reader goes on with the old contents.
+// Files on Windows. Share modes are the lock of a writer: others may only read what is open for writing. What
+// is open for reading may be replaced, and its reader goes on with the old contents.
 #include <algorithm>
 
 #include "platform/framework/name_hash.h"
@@ -11,7 +11,7 @@ namespace system {
 
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{1} << 30;  // what one call is asked for
+constexpr std::size_t kMostBytes = std::size_t{1} << 30;  // the most for one call
 
 DWORD accessOf(unsigned int mode) {
     if (mode & CFile::modeWrite)
@@ -19,9 +19,10 @@ DWORD accessOf(unsigned int mode) {
     return mode & CFile::modeReadWrite ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ;
 }
 
-// Emptied after the opening: opening in order to empty refuses hidden files. causeNone when all went well.
+// Refuses devices, and empties the file if `mode` says so: opening with CREATE_ALWAYS fails for hidden files.
+// causeNone when the file is ready.
 CFile::Cause prepare(HANDLE handle, unsigned int mode) {
-    // A name like "NUL.csv" or "COM1" means a device, which takes measurements and keeps none.
+    // A name like "NUL.csv" or "COM1" is a device, which keeps nothing of what is written.
     if (GetFileType(handle) != FILE_TYPE_DISK)
         return CFile::causeOther;
     const bool empties = (mode & CFile::modeCreate) && !(mode & CFile::modeNoTruncate);
@@ -66,7 +67,7 @@ CString hashedName(const char16_t* start, const CString& name) {
 CString temporaryFor(const CString& path) {
     const int folder = std::max(path.ReverseFind('\\'), path.ReverseFind('/')) + 1;
     CString name = path.Mid(folder);
-    name.MakeLower();  // names that differ in case are one file's
+    name.MakeLower();  // names that differ in case are one file
     return path.Left(folder) + hashedName(u".fieldscan-", name);
 }
 

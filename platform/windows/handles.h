@@ -1,4 +1,4 @@
-// File handles: what opening files and replacing them share.
+// File handles, for opening files and for replacing them.
 #ifndef FIELDSCAN_PLATFORM_WINDOWS_HANDLES_H
 #define FIELDSCAN_PLATFORM_WINDOWS_HANDLES_H
 
@@ -12,17 +12,17 @@ HANDLE handleOf(FileHandle file);
 FileHandle fileOf(HANDLE handle);
 CFile::Cause causeOf(DWORD error);
 
-// The new file that is to replace `path`, in its folder; as short for a long name as for a short one.
+// The path of the new file that is to replace `path`.
 CString temporaryFor(const CString& path);
-// `start` and the hash of `name`.
+// `start` and the hash of `name` (nameHash).
 CString hashedName(const char16_t* start, const CString& name);
 
-// Whether the call for `path` failed since another program has the file, or replaces it, which may be over in
-// a moment. Access is denied too while a file is being replaced; for a folder or a protected file it stays
-// denied. Between its old contents and its new ones a file has no name.
+// True if a call for `path` failed because another program has the file open or is replacing it, and may
+// succeed in a moment. While a file is being replaced, access to it is denied, or its name is missing; for a
+// folder or a protected file access stays denied.
 bool isHeld(DWORD error, const CString& path);
 
-// CreateFileW, again and again for about a second where another program has the file.
+// CreateFileW, repeated for about a second while another program has the file (isHeld).
 HANDLE openWhenFree(const CString& path, DWORD access, DWORD share, DWORD disposition);
 
 }  // namespace system

@@ -1,3 +1,4 @@
+// Text values of the system's registry.
 #include "platform/system.h"
 #include "platform/windows/api.h"
 
@@ -9,7 +10,7 @@ namespace {
 // A key below HKEY_LOCAL_MACHINE, open while this lives.
 class OpenKey {
 public:
-    // With full access as the device opens it; systems that keep that for administrators let others read.
+    // With full access as on the device; for reading where only administrators have that.
     explicit OpenKey(const CString& key) : m_key(nullptr) {
         for (const REGSAM access : {REGSAM{KEY_ALL_ACCESS}, REGSAM{KEY_READ}})
             if (!m_key &&
@@ -23,7 +24,7 @@ public:
     OpenKey(const OpenKey&) = delete;
     OpenKey& operator=(const OpenKey&) = delete;
 
-    // The text as it is stored, up to its first zero unit.
+    // The text value up to its first zero unit; false when there is none.
     bool text(const CString& name, CString& text) const {
         CString value;
         for (DWORD room = 64;;) {  // bytes; most folder names fit

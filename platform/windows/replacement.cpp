@@ -1,4 +1,4 @@
-// Whole files that are replaced, through the Windows calls.
+// Replacing whole files on Windows: write a temporary file, flush it, ReplaceFileW over the old one.
 #include <string>
 
 #include "platform/windows/handles.h"
@@ -8,21 +8,24 @@ namespace system {
 
 namespace {
 
+// True if a new file was refused for another reason than lack of room: the old file itself may be written.
 bool mayWriteInPlace(DWORD error) {
     return error == ERROR_ACCESS_DENIED || error == ERROR_FILENAME_EXCED_RANGE ||
            error == ERROR_INVALID_NAME || error == ERROR_WRITE_PROTECT;
 }
 
-// One of several writers at a time replaces a file; the end of a process lets the next one in.
-class Turn {
+// The right to replace a file, which one writer at a time has: a named mutex, released at the end of the
+// process at the latest.
+class WriterMutex {
 public:
-    ~Turn() {
+    ~WriterMutex() {
         if (m_mutex) {
             ReleaseMutex(m_mutex);
             CloseHandle(m_mutex);
         }
     }
-    // False when another writer keeps it for about a second. Where there is no mutex, nobody waits.
+    // False when another writer has it for more than about a second. Where no mutex can be made, nobody
+    // waits.
     bool take(const CString& name) {
         HANDLE mutex = CreateMutexW(nullptr, FALSE, wideUnits(name));
         if (mutex && WaitForSingleObject(mutex, 1000) == WAIT_TIMEOUT) {
@@ -37,8 +40,9 @@ private:
     HANDLE m_mutex = nullptr;
 };
 
-// Whoever may not write to the old file may not replace it either. One that is being read cannot be opened to
-// be written, but can be replaced; one that is being written, neither.
+// Opens the old file, to find out whether it may be replaced: only if it may be written. A file that is being
+// read cannot be opened for writing but can be replaced, which takes the right to delete it; one that is
+// being written can not.
 HANDLE openOld(const CString& path) {
     for (int tries = 0;; ++tries) {
         HANDLE old = CreateFileW(wideUnits(path), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
@@ -72,10 +76,10 @@ private:
 
     CString m_target;
     CString m_temporary;
-    Turn m_turn;
+    WriterMutex m_writer;
     HANDLE m_file = INVALID_HANDLE_VALUE;
     bool m_exists = false;   // the old file
-    bool m_inPlace = false;  // it is written itself
+    bool m_inPlace = false;  // the old file itself is written
 };
 
 bool WindowsReplacement::beginNew() {
@@ -103,7 +107,7 @@ bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     if (length > 0 && GetFullPathNameW(wideUnits(path), length + 1, buffer.data(), nullptr) > 0)
         whole = buffer.c_str();
     whole.MakeLower();  // paths that differ in case name one file
-    if (!m_turn.take(hashedName(u"fieldscan-", whole))) {
+    if (!m_writer.take(hashedName(u"fieldscan-", whole))) {
         cause = CFile::causeSharingViolation;
         return false;
     }
@@ -136,7 +140,7 @@ bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     return mayWriteInPlace(refusal) && beginInPlace(cause);
 }
 
-// Rights and streams of the old file stay with ReplaceFileW, which some file systems lack.
+// ReplaceFileW keeps the rights and streams of the old file; file systems without it get a rename.
 bool WindowsReplacement::replace() const {
     for (int tries = 0;; ++tries) {
         if (m_exists && ReplaceFileW(wideUnits(m_target), wideUnits(m_temporary), nullptr,
@@ -172,7 +176,7 @@ bool WindowsReplacement::commit() {
 
 WindowsReplacement::~WindowsReplacement() {
     if (m_inPlace && m_file != INVALID_HANDLE_VALUE && seekFile(fileOf(m_file), 0, false) > 0)
-        SetEndOfFile(m_file);  // a part of the new contents, but no mixture with the old ones
+        SetEndOfFile(m_file);  // a part of the new contents, not mixed with the old ones
     close();
     if (!m_inPlace && !m_temporary.IsEmpty())
         DeleteFileW(wideUnits(m_temporary));
