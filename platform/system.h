@@ -1,5 +1,5 @@
 // All that the library asks of the operating system. posix/ and windows/ implement it; nothing else in the
-// library calls the system or depends on which one it is.
+// library calls the system.
 #ifndef FIELDSCAN_PLATFORM_SYSTEM_H
 #define FIELDSCAN_PLATFORM_SYSTEM_H
 

@@ -5,16 +5,16 @@
 #include <fieldscan/framework/string.h>
 
 #if defined(_WIN32)
-// <windows.h> may define this as one of the two names below, before this header or after it: a call means the
-// same member all the same.
+// <windows.h>, included before this header or after it, may define this as one of the two names below. A call
+// then has the same effect.
 #pragma push_macro("GetFileTitle")
 #undef GetFileTitle
 #endif
 
-// A storage card, and questions about files wherever they lie.
+// A storage card, and queries about files, on the card or elsewhere.
 class FIELDSCAN_API CRTCard {
 public:
-    // `path` is the folder of a card; none, or a null pointer, gives the empty path.
+    // `path`: folder of the card; may be empty.
     CRTCard(const CString& path = CString());
     CRTCard(const CRTCard& other);
     virtual ~CRTCard();
@@ -22,12 +22,12 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    // 1 when `path` names an existing file, 0 when it does not, or names a folder.
+    // 1 when `path` names an existing file; 0 when it names a folder or nothing.
     int IsFile(CString path);
 
-    // The name of the file without folder and without what follows its last "." ("\Card\A.B.csv" gives
-    // "A.B"; a name that begins with its only "." is kept whole). Returns 1; 0 with an empty title when the
-    // path names no file: it is empty or ends with a separator.
+    // The file name without the folder and without its last "." and what follows it: "\Card\A.B.csv" gives
+    // "A.B". A name that begins with its only "." is kept whole. Returns 1; 0 with an empty title when the
+    // path is empty or ends with a separator.
     int GetFileTitle(CString path, CString& title);
 #if defined(_WIN32)
     int GetFileTitleA(CString path, CString& title) { return GetFileTitle(path, title); }

@@ -1,10 +1,10 @@
-// The platform's time records, in the names that the interface uses.
+// SYSTEMTIME and FILETIME: the time records of the interface.
 #ifndef FIELDSCAN_CLOCK_H
 #define FIELDSCAN_CLOCK_H
 
 #if defined(_WIN32)
 
-// Defined by the system's own header, which a caller that fills one of these includes.
+// Defined by the system's own header: include that to use their members.
 struct _SYSTEMTIME;
 struct _FILETIME;
 typedef struct _SYSTEMTIME SYSTEMTIME;
@@ -12,7 +12,7 @@ typedef struct _FILETIME FILETIME;
 
 #else
 
-// A calendar time, to the millisecond.
+// A calendar time in milliseconds.
 struct SYSTEMTIME {
     unsigned short wYear;          // all four digits
     unsigned short wMonth;         // 1 .. 12
@@ -24,10 +24,10 @@ struct SYSTEMTIME {
     unsigned short wMilliseconds;  // 0 .. 999
 };
 
-// A file time: 100-nanosecond intervals since 1601-01-01 00:00 UTC, in two halves.
+// A file time: 100-nanosecond intervals since 1601-01-01 00:00 UTC, 64 bits in two halves.
 struct FILETIME {
     unsigned int dwLowDateTime;   // the lower 32 bits
-    unsigned int dwHighDateTime;  // the upper ones
+    unsigned int dwHighDateTime;  // the upper 32 bits
 };
 
 #endif

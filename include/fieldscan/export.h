@@ -1,9 +1,9 @@
-// FIELDSCAN_API marks what the dynamic library exports; everything else in it is hidden.
+// FIELDSCAN_API marks what the dynamic library exports; all else is hidden.
 #ifndef FIELDSCAN_EXPORT_H
 #define FIELDSCAN_EXPORT_H
 
 #if defined(FIELDSCAN_STATIC)
-// Stands before what is exported; nothing where the library is linked statically.
+// Precedes every exported declaration; empty when the library is linked statically.
 #define FIELDSCAN_API
 #elif defined(_WIN32)
 #if defined(FIELDSCAN_BUILDING)

@@ -1,4 +1,4 @@
-// CRange: the box that points span, and its file.
+// CRange: the box around points, and its file.
 #ifndef FIELDSCAN_RANGE_H
 #define FIELDSCAN_RANGE_H
 
@@ -6,7 +6,7 @@
 #include <fieldscan/framework/string.h>
 #include <fieldscan/points.h>
 
-// How a range file holds its coordinates. The record itself always has surveying axes and metres.
+// The axes of a range file; the record itself always has surveying axes and metres.
 enum RANGE_AXES : int {
     RANGE_SURVEY = 0,  // x north, y east
     RANGE_MATH = 1     // x and y exchanged: x east, y north
@@ -19,8 +19,8 @@ enum RANGE_UNIT : int {
     RANGE_USFEET = 2    // US survey feet
 };
 
-// A box with edges parallel to the axes, in surveying coordinates, metres. Names, codes and attr of its
-// corners mean nothing; they are copied with the record and not written.
+// A box with edges parallel to the axes, in surveying coordinates and metres. Names, codes and attr of its
+// corners have no meaning; they are copied with the record and not written.
 class FIELDSCAN_API CRange {
 public:
     CRange();
@@ -30,30 +30,30 @@ public:
     void Init();   // an empty range: corners 0, no points
     void Trace();  // a hook for debugging, does nothing
 
-    // Takes a point in: the first one sets both corners, further ones let the box grow. Returns 1; 0 when a
-    // coordinate is NaN, and then the range is as it was.
+    // Adds a point: the first one sets both corners, further ones extend the box. Returns 1; 0, with the
+    // range unchanged, when a coordinate is NaN.
     int AddPoint(const CXYZ& point);
 
-    // 1 when the point lies in the box or on its border, else 0; an empty range holds no point.
+    // 1 when the point lies in the box or on its border, else 0; 0 for an empty range.
     int IsInside(const CXYZ& point) const;
 
     // ---- Range file: docs/file_formats.md ----
 
-    // Makes the file or replaces it as a whole: a failure keeps the old one. Ten decimals of the unit;
-    // corners that the application has set the wrong way round are written and not read again. CCalcXYZHV
-    // gives the feet. Returns 1; 0 when the axes or the unit are none of the above (the file is then
-    // untouched), when the file cannot be opened, another writer keeps it, or writing fails.
+    // Makes the file or replaces it as a whole, with ten decimals of the unit; feet as CCalcXYZHV converts
+    // them. Swapped corners are written, but Read refuses the file. Returns 1; 0, with the file unchanged,
+    // when axes or unit are none of the above, when the file cannot be opened, another writer has it, or
+    // writing fails.
     int Write(CString path, RANGE_AXES axes, RANGE_UNIT unit) const;
 
-    // Reads a file whatever its axes and unit. Returns 1; 0, and the range empty, when the file cannot be
-    // opened or read to its end, when its first line, trimmed at both ends, is not the version line, when
-    // axes, unit or count are missing or none that Write knows, or when a corner is not three numbers or the
-    // lower one exceeds the upper.
+    // Reads a file with any of the axes and units. Returns 1; 0, with an empty range, when the file cannot be
+    // opened or read to its end, when its first line (ReadHeader) is not the version line, when axes or unit
+    // are missing or none of the above, when the count is missing or negative, or when a corner is not three
+    // numbers or the lower one exceeds the upper.
     int Read(CString path);
 
     CXYZ lower;  // the smallest x, y and z of the points
     CXYZ upper;  // the largest
-    int count;   // points taken in; 0: the range is empty
+    int count;   // number of points added; 0: the range is empty
 };
 
 #endif

@@ -15,8 +15,8 @@ constexpr std::size_t kPlainFixedRoom = 40;
 // [2^(-11 - N), 2^(52 - N)) and below 2^63 / 10^N. Returns the end; nullptr for all others.
 char* putPlainFixed(char* to, double value, int decimals);
 
-// Reads digits with or without a point: up to 19 of them, which without the point are an integer up to 2^53,
-// and without an exponent. Returns the number of characters read; 0 for all others, with `value` unchanged.
+// Reads a number without exponent that has at most 19 digits, which are an integer up to 2^53 without the
+// point. Returns the number of characters read; 0 for all other texts, with `value` unchanged.
 std::size_t readPlainDecimal(std::string_view text, double& value);
 
 }  // namespace fieldscan

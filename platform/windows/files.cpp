@@ -180,7 +180,7 @@ bool isFile(const CString& path) {
 
 void removeFile(const CString& path) { DeleteFileW(wideUnits(path)); }
 
-void flushFolderOf(const CString&) {}  // the file system keeps a log of its folders
+void flushFolderOf(const CString&) {}  // the file system has a journal of its folders
 
 }  // namespace system
 }  // namespace fieldscan

@@ -11,19 +11,22 @@
 #include <new>
 #include <utility>
 
-// Elements of type T held by value; ARG is how Add, SetAt and InsertAt take one (by convention `T&` or `T`).
+// Elements of type T, held by value. ARG is the type by which Add, SetAt and InsertAt take one, `T&` or `T`
+// by convention.
 //
-// Growth: when no step is set, the room grows by max(4, min(1024, size / 8)) elements, and never to less than
-// what is asked for. A smaller size destroys the surplus elements and keeps the room; size 0 frees it. The
-// storage of a new element is filled with zero bytes before the element is constructed, so a member that its
-// constructor does not set starts at 0. (GCC drops the zeros where it can see an inline constructor of the
-// application's own, unless told -fno-lifetime-dse; the library's classes have theirs inside the library.)
+// Growth: unless a step is set, the capacity grows by max(4, min(1024, size / 8)) elements, or by more when
+// more is needed at once. A smaller size destroys the surplus elements and keeps the storage; size 0 frees
+// it. The storage of a new element is filled with zero bytes before the element is constructed: a member that
+// its constructor does not set starts at 0. (GCC removes the zeros where it sees an inline constructor of the
+// application, unless -fno-lifetime-dse is set; the constructors of the library's classes are in the
+// library.)
 //
-// An index must lie in 0 .. GetSize() - 1 (debug builds assert it); SetAtGrow and InsertAt make room
-// themselves and drop a negative index. Any change of the size ends the life of pointers to elements.
-// Arrays are not copied by = but by Copy. Only memory exhaustion can fail: std::bad_alloc, and the array then
-// holds valid elements still, after Reserve, SetSize and Add of what moves without throwing those it held
-// before.
+// An index must lie in 0 .. GetSize() - 1, which debug builds assert; SetAtGrow and InsertAt make room
+// themselves and ignore a negative index. Every change of the size makes pointers to elements invalid. Arrays
+// are copied by Copy, not by =.
+//
+// The only failure is memory exhaustion, std::bad_alloc. The elements are valid then; after Reserve and
+// SetSize, and after Add if T moves without throwing, they are those from before the call.
 template <class T, class ARG = const T&>
 class CArray {
 public:
@@ -32,7 +35,7 @@ public:
     CArray(const CArray&) = delete;
     CArray& operator=(const CArray&) = delete;
 
-    // Elements; GetUpperBound is the last index, -1 for an empty array.
+    // Number of elements; GetUpperBound is the last index, -1 for an empty array.
     int GetSize() const { return m_size; }
     int GetCount() const { return m_size; }
     int GetUpperBound() const { return m_size - 1; }
@@ -40,7 +43,7 @@ public:
     // Elements that fit before the storage grows.
     int GetCapacity() const { return m_capacity; }
 
-    // The element at an index, which must lie inside.
+    // The element at an index.
     T& operator[](int index) { return ElementAt(index); }
     const T& operator[](int index) const { return GetAt(index); }
     const T& GetAt(int index) const {
@@ -53,20 +56,21 @@ public:
         return m_data[index];
     }
     void SetAt(int index, ARG element) { ElementAt(index) = element; }
-    // The elements one behind the other; null for an empty array.
+    // The elements in contiguous storage; null for an empty array without storage.
     T* GetData() { return m_data; }
     const T* GetData() const { return m_data; }
 
-    // Sets the size. `growBy` >= 0 sets the growth step too (0: the rule above). A negative size changes
+    // Sets the size; `growBy` >= 0 sets the growth step too (0: the rule above). A negative size changes
     // nothing.
     void SetSize(int size, int growBy = -1);
     void RemoveAll() { SetSize(0); }  // frees the storage too
-    void Reserve(int capacity);       // room for so many elements without another growth
-    void FreeExtra();                 // gives back the room beyond the size
+    void Reserve(int capacity);       // makes room for that many elements
+    void FreeExtra();                 // frees the storage beyond the size
 
     int Add(ARG element);                    // returns its index
-    void SetAtGrow(int index, ARG element);  // SetAt, behind the end too
-    // Moves the elements from `index` on `count` places up and puts `count` copies of `element` there.
+    void SetAtGrow(int index, ARG element);  // SetAt; past the end the array grows
+    // Inserts `count` copies of `element` at `index`; the elements from there on move up. Past the end the
+    // array grows to `index` first.
     void InsertAt(int index, ARG element, int count = 1);
     // Removes up to `count` elements from `index` on.
     void RemoveAt(int index, int count = 1);
@@ -76,7 +80,7 @@ public:
     int Append(const CArray& other);    // returns the index of the first element appended
 
 private:
-    struct Block;  // storage that is freed unless it is taken
+    struct Block;  // owns storage until moveTo takes it
 
     enum : int { kMost = 0x7fffffff };  // elements
 
@@ -92,7 +96,7 @@ private:
     int m_growBy;
 };
 
-// Strings; positions as in CArray.
+// An array of strings.
 class CStringArray : public CArray<CString, const CString&> {};
 
 // ---------------------------------------------------------------------------------------------------------
@@ -103,9 +107,9 @@ struct CArray<T, ARG>::Block {
     ~Block() { ::operator delete(data); }
     Block(const Block&) = delete;
     Block& operator=(const Block&) = delete;
-    static std::size_t bytes(int n) {  // which may be more than a 32-bit processor can address
+    static std::size_t bytes(int n) {
         const std::size_t count = static_cast<std::size_t>(n);
-        if (count > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T))
+        if (count > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T))  // beyond 32-bit addresses
             throw std::bad_alloc();
         return count * sizeof(T);
     }
@@ -144,7 +148,7 @@ int CArray<T, ARG>::grownCapacity(int needed) const {
     return grown < needed ? needed : grown;
 }
 
-// Elements are copied where a move could throw, so that a failure leaves the array as it was.
+// Copies elements whose move could throw, so that a failure leaves the array unchanged.
 template <class T, class ARG>
 void CArray<T, ARG>::moveTo(Block& block) {
     int made = 0;

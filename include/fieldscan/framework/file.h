@@ -4,16 +4,16 @@
 
 #include <fieldscan/framework/string.h>
 
-// A file of bytes, open from Open to Close. Reads go through a buffer, so reading byte by byte costs little;
+// A file of bytes, open from Open to Close. Reads go through a buffer, so that single bytes cost little;
 // writes go to the system at once. Paths: docs/architecture.md, Paths.
 //
-// A file that is open for writing belongs to this object. A second writer, also in another thread or program,
-// tries again for about a second and then gets causeSharingViolation. On POSIX systems that holds between
-// users of this library (flock), and readers see what is written as it comes; on Windows it holds for every
-// program, and readers wait too.
+// A file that is open for writing belongs to this object. A second writer, in any thread or program, tries
+// again for about a second and then gets causeSharingViolation. On POSIX systems this holds among users of
+// this library (flock), and readers see data as soon as it is written; on Windows it holds for every program,
+// and readers wait too.
 //
-// Every operation returns 1 for success and 0 for failure unless it says otherwise; on a file that is not
-// open they fail. Nothing is thrown. The destructor closes.
+// Operations return 1 for success and 0 for failure unless they say otherwise, and fail on a file that is not
+// open. Nothing is thrown. The destructor closes.
 class FIELDSCAN_API CFile {
 public:
     // Mode bits for Open, combined with |:
@@ -23,7 +23,7 @@ public:
     //   modeCreate | modeWrite                     made or emptied, for writing
     //   modeCreate | modeReadWrite                 made or emptied, for both
     //   modeCreate | modeNoTruncate | modeWrite    made if missing, contents kept, for writing
-    // The position is the start of the file.
+    // Opening puts the position at the start.
     enum Mode : unsigned int {
         modeRead = 0x0000,
         modeWrite = 0x0001,
@@ -34,11 +34,11 @@ public:
 
     // Why the last Open failed.
     enum Cause {
-        causeNone,              // it did not fail
+        causeNone,              // it succeeded
         causeNotFound,          // no such file, or a folder of the path is missing
-        causeAccessDenied,      // no right to it, write protected, or a folder
-        causeSharingViolation,  // another writer holds it
-        causeOther              // also a pipe, and a device that is to be read: it may have no end
+        causeAccessDenied,      // no right to it, write-protected, or a folder
+        causeSharingViolation,  // another writer has it
+        causeOther              // includes a pipe, and a device opened for reading, which may have no end
     };
 
     CFile();
@@ -46,10 +46,11 @@ public:
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
 
-    // Closes a file that was open. An empty path, or one with a zero unit inside, fails with causeOther.
+    // Closes the file if one is open, then opens. An empty path, or one with a zero unit inside, fails with
+    // causeOther.
     int Open(const CString& path, unsigned int mode);
     Cause GetOpenFailure() const { return m_cause; }  // of the last Open
-    bool IsOpen() const;                              // whether it may be read or written
+    bool IsOpen() const;                              // true between Open and Close
 
     // Up to `count` bytes from the position on; returns how many were read, fewer than `count` only at the
     // end of the file or when the medium fails.
@@ -61,18 +62,18 @@ public:
     int ReadLine(const char*& line, unsigned int& length);
     // True if a read since Open failed, other than by the end of the file. All further ones fail then.
     bool HasReadFailed() const { return m_readFailed; }
-    // All `count` bytes, or 0: part of them may then be on the medium.
+    // Writes all `count` bytes. After a 0 a part of them may be in the file.
     int Write(const void* buffer, unsigned int count);
 
     int SeekToBegin();              // position 0
-    int SeekToEnd();                // behind the last byte
-    long long GetPosition() const;  // -1 when it cannot be told
-    long long GetLength() const;    // in bytes, -1 when it cannot be told
+    int SeekToEnd();                // position after the last byte
+    long long GetPosition() const;  // in bytes, -1 on failure
+    long long GetLength() const;    // in bytes, -1 on failure
 
-    // What was written is on the medium, not only with the system, when this returns 1. After a 0 a second
-    // call says nothing: the system may have dropped what it could not write.
+    // Brings what was written to the medium, not only to the system. After a 0 the result of a second call is
+    // meaningless: the system may have dropped what it could not write.
     int Flush();
-    // 0 when the system reports that something written before was lost; the file is closed all the same.
+    // Closes, in any case. 0 also when the system reports the loss of something written before.
     int Close();
 
 private:

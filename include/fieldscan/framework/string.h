@@ -9,25 +9,25 @@
 #include <type_traits>
 
 namespace fieldscan {
-// Positions and units are taken in any integer type: if one were fixed, arithmetic with the address of the
-// text would match another one as well, which one depending on the width of addresses.
+// For operators that take an integer of any type. With one fixed type, text[0] and text + u'a' would be
+// ambiguous: a CString converts to an address, which has these operators too.
 template <class Type>
 using IfInteger = typename std::enable_if<std::is_integral<Type>::value>::type;
 }  // namespace fieldscan
 
-// Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that does not count.
-// Copies share nothing. A unit is half of a character outside the basic plane; lengths and positions count
-// units. Up to 7 units (most point names) are kept inside the object, of 16 bytes, without an allocation.
+// Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that is not part of it. Lengths
+// and positions count units; a character outside the basic plane has two. Copies share nothing. Up to 7 units
+// (most point names) lie in the object itself, which has 16 bytes.
 //
-// Positions: a read at a position outside the text gives 0, a write there is dropped; Left, Mid and Right cut
-// what they are asked for down to what there is. A null pointer stands for the empty text everywhere.
-// Only memory exhaustion can fail: std::bad_alloc, and the text is then as it was before.
+// A read at a position outside the text gives 0, a write there is ignored; Left, Mid and Right return the
+// part of the range that the text has. A null pointer counts as the empty text everywhere. The only failure
+// is memory exhaustion, std::bad_alloc, which leaves the text unchanged.
 class FIELDSCAN_API CString {
 public:
     CString() noexcept : m_units{0, 0, 0, 0, 0, 0, 0, kInside} {}
     CString(const CString& other);
     CString(CString&& other) noexcept;  // leaves `other` empty
-    // Text up to its zero unit; a null pointer gives the empty text.
+    // Text up to its zero unit.
     CString(std::nullptr_t) noexcept : CString() {}
     CString(const unsigned short* text);
     CString(const char16_t* text);
@@ -37,7 +37,7 @@ public:
 #endif
     CString(const unsigned short* text, int length);  // the first `length` units, zero units included
     CString(const char16_t* text, int length);        // the same
-    // `count` times the unit; none for a count below 1.
+    // The unit `count` times; the empty text for a count below 1.
     explicit CString(unsigned short unit, int count = 1);
     ~CString() {
         if (isOutside())
@@ -46,13 +46,13 @@ public:
 
     CString& operator=(const CString& other);
     CString& operator=(CString&& other) noexcept;
-    CString& operator=(unsigned short unit);  // the unit alone
+    CString& operator=(unsigned short unit);  // the text of this one unit
 
-    // Units before the closing zero; IsEmpty when there is none.
+    // Number of units.
     int GetLength() const { return isOutside() ? outside()->length : kInside - m_units[kInside]; }
     bool IsEmpty() const { return GetLength() == 0; }
     void Empty();  // frees the storage too
-    // Closed by a zero unit; valid until the text changes.
+    // The units with the closing zero; valid until the text changes.
     operator const unsigned short*() const { return GetString(); }
     const unsigned short* GetString() const { return isOutside() ? outside()->text() : m_units; }
 
@@ -65,53 +65,54 @@ public:
     }
     void SetAt(int position, unsigned short unit);
 
-    // Parts: the first units, the last ones, those from a position on. A negative count or position is 0.
+    // Parts: the first units, the last ones, those from a position on. A negative count or position counts as
+    // 0.
     CString Left(int count) const;
     CString Right(int count) const;
     CString Mid(int first) const;
     CString Mid(int first, int count) const;
 
-    // Position of the first (ReverseFind: last) match at or after `start`, -1 when there is none. The empty
-    // text is found at `start` while that lies inside the text or at its end.
+    // Position of the first match at or after `start` (ReverseFind: of the last one), -1 when there is none.
+    // The empty text is found at `start`, up to the end of the text. FindOneOf finds any unit of `wanted`.
     int Find(unsigned short unit, int start = 0) const;
     int Find(const CString& part, int start = 0) const;
     int FindOneOf(const CString& wanted) const;
     int ReverseFind(unsigned short unit) const;
 
-    // White space is tab, line feed, vertical tab, form feed, carriage return, blank and the ideographic
+    // Remove white space: tab, line feed, vertical tab, form feed, carriage return, blank and the ideographic
     // blank U+3000, in every locale.
     CString& TrimLeft();
     CString& TrimRight();
     CString& Trim();
 
-    // The 26 letters of ASCII only.
+    // Change only the 26 letters of ASCII.
     CString& MakeUpper();
     CString& MakeLower();
 
-    int Replace(unsigned short from, unsigned short to);  // returns how many were replaced
+    int Replace(unsigned short from, unsigned short to);  // returns the number of units replaced
     int Insert(int position, const CString& text);        // returns the new length
     int Delete(int position, int count = 1);              // returns the new length
 
-    // Text or units at the end.
+    // Append text or units.
     CString& operator+=(const CString& text);
     CString& operator+=(unsigned short unit);
     void Append(const unsigned short* text, int length);
 
-    // The text itself, with room for `length` units and a closing zero, to be written to; ReleaseBuffer ends
-    // that and takes the first `length` units, or those before the first zero, for the text.
+    // The text itself, to be written to, with room for `length` units and a closing zero. ReleaseBuffer makes
+    // the first `length` units the text; -1: those before the first zero.
     unsigned short* GetBuffer(int length);
     void ReleaseBuffer(int length = -1);
 
-    // Order of the units' values: negative, 0 or positive. CompareNoCase folds the letters of ASCII.
+    // Negative, 0 or positive by the order of unit values. CompareNoCase ignores the case of ASCII letters.
     int Compare(const CString& other) const;
     int CompareNoCase(const CString& other) const;
 
 private:
-    // What stands in front of a text with storage of its own.
+    // Precedes the units of a text outside the object.
     struct Outside {
         unsigned short* text() { return reinterpret_cast<unsigned short*>(this + 1); }
         int length;
-        int capacity;  // units that fit, without the closing zero
+        int capacity;  // units that fit, besides the closing zero
     };
     enum : int { kInside = 7 };  // units that fit into the object
 
@@ -130,15 +131,16 @@ private:
     void setLength(int length);
     void release();
 
-    // The text and a zero behind it; the last unit holds how many more would fit, which closes a text of 7.
-    // Of a text with storage of its own that is more than 7, and the address stands in front.
+    // The text and its closing zero. The last unit is the number of units that still fit: 0, the closing
+    // zero, for a text of 7. It is above 7 for a text outside the object, whose address is in the first units
+    // then.
     alignas(void*) unsigned short m_units[kInside + 1];
 };
 
-// Both texts, one behind the other.
+// The first text followed by the second.
 FIELDSCAN_API CString operator+(const CString& a, const CString& b);
 
-// One unit behind the text or before it.
+// The text followed by one unit, or after it.
 template <class Integer, typename = fieldscan::IfInteger<Integer>>
 CString operator+(const CString& a, Integer unit) {
     return CString(a) += static_cast<unsigned short>(unit);
@@ -148,7 +150,7 @@ CString operator+(Integer unit, const CString& a) {
     return CString(static_cast<unsigned short>(unit)) += a;
 }
 
-// The forms with a pointer keep a comparison from being one of addresses.
+// By Compare. Without the forms with a pointer, addresses would be compared.
 // clang-format off
 inline bool operator==(const CString& a, const CString& b) { return a.Compare(b) == 0; }
 inline bool operator!=(const CString& a, const CString& b) { return a.Compare(b) != 0; }

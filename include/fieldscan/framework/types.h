@@ -1,4 +1,4 @@
-// The small types of the framework that the interface uses.
+// BOOL, CSize, CRect: small types of the interface.
 #ifndef FIELDSCAN_FRAMEWORK_TYPES_H
 #define FIELDSCAN_FRAMEWORK_TYPES_H
 
@@ -9,10 +9,10 @@ typedef int BOOL;
 class CSize {
 public:
     CSize() : cx(0), cy(0) {}
-    // Width and height as they are.
+    // Width first, then height.
     CSize(int width, int height) : cx(width), cy(height) {}
 
-    // Equal in both.
+    // Equal width and height.
     bool operator==(const CSize& other) const { return cx == other.cx && cy == other.cy; }
     bool operator!=(const CSize& other) const { return !(*this == other); }
 
@@ -20,18 +20,18 @@ public:
     int cy;  // height
 };
 
-// A rectangle of the screen in pixels; right and bottom lie just outside it.
+// A rectangle of the screen in pixels; `right` and `bottom` are just outside it.
 class CRect {
 public:
     CRect() : left(0), top(0), right(0), bottom(0) {}
-    // The four sides as they are.
+    // In this order: left, top, right, bottom.
     CRect(int l, int t, int r, int b) : left(l), top(t), right(r), bottom(b) {}
 
-    // Pixels inside, from side to side.
+    // In pixels.
     int Width() const { return right - left; }
     int Height() const { return bottom - top; }
 
-    // Equal in all four sides.
+    // All four sides equal.
     bool operator==(const CRect& other) const {
         return left == other.left && top == other.top && right == other.right && bottom == other.bottom;
     }
