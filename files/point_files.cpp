@@ -72,6 +72,14 @@ int readPoints(const CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist, 
     });
 }
 
+// True if every name is read back as it is written (fitsField).
+bool allNamesFit(const CArray<CXYZ, CXYZ&>& points) {
+    for (int i = 0; i < points.GetSize(); ++i)
+        if (!fitsField(points[i].name))
+            return false;
+    return true;
+}
+
 }  // namespace
 
 // The line is made in a local buffer and appended at once.
@@ -114,13 +122,6 @@ CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsign
         throw;
     }
     return point;
-}
-
-bool fieldscan::allNamesFit(const CArray<CXYZ, CXYZ&>& points) {
-    for (int i = 0; i < points.GetSize(); ++i)
-        if (!fitsField(points[i].name))
-            return false;
-    return true;
 }
 
 bool fieldscan::openForReading(CFile& file, const CString* path, int mustExist) {

@@ -39,9 +39,6 @@ bool openForReading(CFile& file, const CString* path, int mustExist);
 constexpr LineFormat kPointLines = {"", 4};
 constexpr LineFormat kVersionedLines = {"FIELD_SCAN_MPT_FILEVER1.0\r\n", 9};
 
-// True if every name is read back as it is written (fitsField).
-bool allNamesFit(const CArray<CXYZ, CXYZ&>& points);
-
 }  // namespace fieldscan
 
 #endif

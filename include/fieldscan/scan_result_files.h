@@ -29,10 +29,10 @@
 // that were written whole before the write that failed stay; when the flush fails, none. A new file that
 // stays empty is removed (on Windows it may stay).
 //
-// A last line without line feed gets one first. If it has fewer than four fields (nine in a versioned file),
-// or no number in the last of them, a crash of the system interrupted its writer, and it is removed; a number
-// that was cut within its digits looks like a shorter one and stays. A file that may be written but not read
-// is taken to end with a whole line.
+// A last line without line feed gets one before the new line. If it has fewer than four fields (nine in a
+// versioned file), or no number in the last of them, it was cut off when the system crashed, and is removed
+// instead. A number that was cut within its digits looks like a shorter one and stays. A file that may be
+// written but not read is taken to end with a whole line.
 
 // ---- Building blocks ----
 
