@@ -35,7 +35,8 @@ double apart(const CWPK& a, const CWPK& b) {
 // With the name, code and attributes of station(), or without any.
 void expectPoint(const CXYZ& point, Three values, bool named) {
     EXPECT_EQ(of(point), values);
-    EXPECT_EQ(point.name + u"," + point.code, CString(named ? u"ST1,NAIL" : u","));
+    EXPECT_EQ(point.name, CString(named ? u"ST1" : u""));
+    EXPECT_EQ(point.code, CString(named ? u"NAIL" : u""));
     EXPECT_EQ(point.attr[4], named ? 7 : 0);
 }
 
@@ -66,6 +67,9 @@ TEST(Points, OperatorsKeepOrDropTheName) {
     expectPoint(c, {1.5, 2.5, 1}, true);
     c.Init();
     expectPoint(c, {0, 0, 0}, false);
+}
+
+TEST(Points, PlanePointsAreCopiedAndCleared) {
     CXYF flat, other;
     flat.SetXY(1.5f, -2.5f);
     other = flat;
@@ -76,8 +80,8 @@ TEST(Points, OperatorsKeepOrDropTheName) {
     EXPECT_EQ(flat.y, 0.0f);
 }
 
-TEST(Points, SumsInTheStatedOrder) {
-    // Sums that another order would round otherwise.
+// Sums that another order would round otherwise.
+TEST(Points, SumsHaveTheirOrder) {
     const CXYZ a(1e16, 1, 1), b(1, 1, 1);
     EXPECT_EQ(a.Inn(b), 1e16 + 2) << "z z + y y first";
     EXPECT_EQ(CXYZ(1e8, 1, 1).Len(), std::sqrt(1e16)) << "x x first";

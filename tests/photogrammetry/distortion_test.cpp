@@ -22,12 +22,14 @@ TEST(Distortion, FollowsTheFormulas) {
         double dx, dy;
         dist.SetDistModel(static_cast<DIST_MODEL>(row[0]));
         dist.CalDist(2, 3, dx, dy);
-        EXPECT_TRUE(dx == row[2] && dy == row[3]) << row[0];
-        EXPECT_EQ(dist.GetDistModel() * 10 + dist.GetNumPara(), row[1] > 0 ? row[0] * 10 + row[1] : 0);
+        EXPECT_EQ(dx, row[2]) << row[0];
+        EXPECT_EQ(dy, row[3]) << row[0];
+        EXPECT_EQ(dist.GetDistModel(), row[1] > 0 ? row[0] : 0);
+        EXPECT_EQ(dist.GetNumPara(), row[1]);
     }
 }
 
-// The search written down once more; gives the residual that it ends with.
+// The search without lanes and shortcuts. Returns the square of the residual that it ends with.
 double searched(const CDist& dist, double x, double y, double& u, double& v, double tol) {
     double dx, dy, before = INFINITY;
     const auto squared = [&](double a, double b) {
@@ -35,21 +37,25 @@ double searched(const CDist& dist, double x, double y, double& u, double& v, dou
         return (b + dy - y) * (b + dy - y) + (a + dx - x) * (a + dx - x);
     };
     dist.CalDist(x, y, dx, dy);
-    u = x - dx, v = y - dy;
+    u = x - dx;
+    v = y - dy;
     double e = squared(u, v);
     for (int pass = 0; pass < 100 && !(e <= tol * tol) && e < before; ++pass) {
         const double u0 = u, v0 = v, s = std::sqrt(before = e), h = s * 0.5;
         for (int k = 0; k < 25 && !(e <= tol * tol); ++k) {
             const int row = k / 5;
             const double b = v0 - s + row * h, a = u0 - s + (k % 5) * h, there = squared(a, b);
-            if (there < e)
-                e = there, u = a, v = b;
+            if (there < e) {
+                e = there;
+                u = a;
+                v = b;
+            }
         }
     }
     return e;
 }
 
-TEST(Distortion, IsInvertedByTheStatedSearch) {
+TEST(Distortion, IsInvertedByTheSearchPointByPoint) {
     std::mt19937_64 random(2);
     const auto uniform = [&] { return static_cast<double>(random()) * std::exp2(-63) - 1; };
     CDist dist;
@@ -64,9 +70,11 @@ TEST(Distortion, IsInvertedByTheStatedSearch) {
         const double x = uniform(), y = uniform();
         const int result = dist.CalDistInv(x, y, cx, cy, tol);
         ASSERT_EQ(result, searched(dist, x, y, u, v, tol) <= tol * tol) << n;
-        ASSERT_TRUE(cx == u - x && cy == v - y) << n;
+        ASSERT_EQ(cx, u - x) << n;
+        ASSERT_EQ(cy, v - y) << n;
     }
-    EXPECT_EQ(dist.CalDistInv(NAN, 1, cx, cy, 1) + dist.CalDistInv(1, -INFINITY, cx, cy, 1), 0);
+    EXPECT_EQ(dist.CalDistInv(NAN, 1, cx, cy, 1), 0);
+    EXPECT_EQ(dist.CalDistInv(1, -INFINITY, cx, cy, 1), 0);
 }
 
 TEST(Distortion, TableAndParameters) {
@@ -77,18 +85,24 @@ TEST(Distortion, TableAndParameters) {
         EXPECT_EQ(dist.DistToPara(), 0) << n;
         EXPECT_EQ(dist.AddDist(n * 0.5, relative(n * n * 0.25)), n);
     }
-    EXPECT_TRUE(dist.DistToPara() && dist.numPara == 0) << "the number stays";
+    EXPECT_EQ(dist.DistToPara(), 1);
+    EXPECT_EQ(dist.numPara, 0) << "the number stays";
     EXPECT_EQ(dist.ParaToDist(0.5, 4), 1);
-    EXPECT_EQ(dist.radius[3] + dist.dist[0], 1.5);
+    EXPECT_EQ(dist.radius[3], 1.5);
+    EXPECT_EQ(dist.dist[0], 0.0);
     EXPECT_NEAR(dist.dist[3], 1.5 * relative(1.5 * 1.5), 1e-8) << "absolute";
     EXPECT_EQ(dist.DistToPara(), 0) << "radius 0 and three others determine no four unknowns";
     EXPECT_NEAR(dist.para[0], 2, 1e-9);
     EXPECT_EQ(dist.AddDist(2, 3), 5);
     const CDist copy(dist);
-    EXPECT_TRUE(copy.radius.GetSize() == 5 && copy.dist[4] == 3 && copy.para[0] == dist.para[0]);
+    EXPECT_EQ(copy.radius.GetSize(), 5);
+    EXPECT_EQ(copy.dist[4], 3.0);
+    EXPECT_EQ(copy.para[0], dist.para[0]);
     dist.dist.SetSize(4);
     EXPECT_EQ(dist.DistToPara(), 0);
-    EXPECT_TRUE(dist.ParaToDist(0.5, -1) && dist.radius.IsEmpty() && dist.dist.IsEmpty());
+    EXPECT_EQ(dist.ParaToDist(0.5, -1), 1);
+    EXPECT_TRUE(dist.radius.IsEmpty());
+    EXPECT_TRUE(dist.dist.IsEmpty());
 }
 
 }  // namespace

@@ -3,9 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "tests/published/aerial_block.h"
 #include "tests/published/opencv_chessboard.h"
@@ -16,119 +17,204 @@ bool isNear(const CXYZ& point, double x, double y, double tolerance = 1e-12) {
     return std::hypot(point.x - x, point.y - y) <= tolerance;
 }
 
+void expectNear(const CXYZ& point, double x, double y, double tolerance = 1e-12) {
+    EXPECT_NEAR(point.x, x, tolerance);
+    EXPECT_NEAR(point.y, y, tolerance);
+}
+
+TEST(Image, PitchesAreAboveZero) {
+    CImage image;
+    CXYZ point;
+    EXPECT_EQ(image.SetResDPI(254, 127), 1);
+    EXPECT_EQ(image.SetResDPI(254, 0), 0);
+    EXPECT_EQ(image.SetResDPI(0, 254), 0);
+    EXPECT_EQ(image.SetRes(3, 0), 0);
+    EXPECT_EQ(image.SetRes(0, 3), 0);
+    expectNear(image.res, 0.1, 0.2);
+    EXPECT_EQ(image.SetRes(0.01, 0.02), 0) << "although it is stored";
+    expectNear(image.res, 0.01, 0.02);
+    for (double* pitch : {&image.res.x, &image.res.y}) {
+        *pitch = 0;
+        EXPECT_EQ(image.ImcToPhc(point, point, 0), 0);
+        EXPECT_EQ(image.PhcToImc(point, point, 0, 0), 0);
+        *pitch = 1;
+    }
+}
+
 TEST(Image, ConvertsWithoutMarks) {
     CImage image;
-    EXPECT_TRUE(image.SetResDPI(254, 127) && !image.SetResDPI(254, 0) && !image.SetResDPI(0, 254));
-    EXPECT_TRUE(!image.SetRes(3, 0) && !image.SetRes(0, 3) && isNear(image.res, 0.1, 0.2));
-    EXPECT_EQ(image.SetRes(0.01, 0.02), 0) << "although it is stored";
+    image.SetRes(0.01, 0.02);
     image.camera.pp.SetXYZ(1, -1, 0);
     image.camera.dist.SetDistModel(DIST_RADIAL4);
     image.camera.dist.para[0] = 0.001;
     CXYZ point(u"P", 200, 25, 7);
     for (const int dist : {0, 1}) {
         EXPECT_EQ(image.ImcToPhc(point, point, dist), 1);
-        EXPECT_TRUE(isNear(point, 1 + dist * 0.00325, -1.5 - dist * 0.004875)) << dist;
-        EXPECT_TRUE(image.PhcToImc(point, point, dist, 1e-12) && isNear(point, 200, 25, 1e-9)) << dist;
+        expectNear(point, 1 + dist * 0.00325, -1.5 - dist * 0.004875);
+        EXPECT_EQ(image.PhcToImc(point, point, dist, 1e-12), 1);
+        expectNear(point, 200, 25, 1e-9);
     }
-    EXPECT_EQ(point.z + point.name.GetLength(), 8);
-    image.width = image.word1 = 100;
-    image.height = image.word2 = 50;
-    image.identifier1 = image.identifier2 = u"P";
-    const CImage copy(image);
-    EXPECT_EQ(copy.word1 + copy.word2 + (copy.identifier1 + copy.identifier2).GetLength(), 152);
-    for (const double x : {-0.5, 0.0, 99.5, 100.0})
-        for (const double y : {-0.5, 0.0, 49.5, 50.0})
-            EXPECT_EQ(copy.PtInImage(CXYZ(x, y, 0)), x >= 0 && x < 100 && y >= 0 && y < 50) << x << y;
+    EXPECT_EQ(point.z, 7.0);
+    EXPECT_EQ(point.name, CString(u"P"));
+    image.camera.dist.para[0] = -0.01;  // folds the image: nothing lands at 5 mm
+    EXPECT_EQ(image.PhcToImc(CXYZ(5, 0, 0), point, 1, 1e-12), 0);
+    EXPECT_EQ(image.PhcToImc(CXYZ(5, 0, 0), point, 1, 100.0), 1);
+}
 
+TEST(Image, HasItsFirstEdgesInside) {
+    CImage image;
+    image.width = 100;
+    image.height = 50;
+    const std::tuple<double, double, int> rows[] = {{0, 0, 1},    {99.5, 49.5, 1}, {-0.5, 10, 0},
+                                                    {100, 10, 0}, {10, -0.5, 0},   {10, 50, 0}};
+    for (const auto& [x, y, inside] : rows)
+        EXPECT_EQ(image.PtInImage(CXYZ(x, y, 0)), inside) << x << ", " << y;
+}
+
+TEST(Image, ListsConvertAllPointsOrNone) {
+    CImage image;
+    CXYZ point(200, 25, 0);
     EXPECT_EQ(image.ImcToPhc(0), 1) << "no points";
     image.imc.InsertAt(0, point, 2);
     EXPECT_EQ(image.ImcToPhc(0), 1);
     image.phc[1].x = NAN;
-    EXPECT_TRUE(!image.PhcToImc(1, 1e-9) && image.imc.IsEmpty()) << "one fails";
+    EXPECT_EQ(image.PhcToImc(1, 1e-9), 0);
+    EXPECT_TRUE(image.imc.IsEmpty()) << "one fails";
     image.camera.innType = 2;
-    EXPECT_TRUE(image.PhcToImc(0, 0) && image.imc[0].x == image.phc[0].x) << "copies";
-    EXPECT_TRUE(!image.ImcToPhc(0) && image.phc.IsEmpty());
-    image.camera.innType = 0;
-    image.camera.dist.para[0] = -0.01;  // folds the image: nothing lands at 5 mm
-    for (const double tolerance : {1e-12, 100.0})
-        EXPECT_EQ(image.PhcToImc(CXYZ(5, 0, 0), point, 1, tolerance), tolerance > 1);
-    for (double* pitch : {&image.res.x, &image.res.y}) {
-        *pitch = 0;
-        EXPECT_EQ(image.ImcToPhc(point, point, 0) + image.PhcToImc(point, point, 0, 0), 0);
-        *pitch = 1;
-    }
-    image.center = image.markImc[image.markImc.Add(point)];
+    EXPECT_EQ(image.PhcToImc(0, 0), 1);
+    EXPECT_EQ(image.imc[0].x, image.phc[0].x) << "copies";
+    EXPECT_EQ(image.ImcToPhc(0), 0);
+    EXPECT_TRUE(image.phc.IsEmpty());
+}
+
+TEST(Image, InitLeavesNothing) {
+    CImage image;
+    CXYZ point(1, 2, 3);
+    image.word1 = image.word2 = 100;
+    image.identifier1 = image.identifier2 = u"P";
+    image.camera.pp = image.center = image.markImc[image.markImc.Add(point)];
     image.rot.m[0][0] = image.wpk.omega = 7;
     image.innOri = INNORI_FIDUCIAL_LSQ;
     image.phc.Add(point);
     image.imc.Add(point);
     image.helmert.parameters.SetSize(4);
     image.planeTrans.parameters.SetSize(6);
+    image.SetRes(3, 3);
+    const CImage copy(image);
+    EXPECT_EQ(copy.word1, 100);
+    EXPECT_EQ(copy.word2, 100);
+    EXPECT_EQ(copy.identifier1, CString(u"P"));
+    EXPECT_EQ(copy.identifier2, CString(u"P"));
     image.Init();
-    EXPECT_TRUE(image.markImc.IsEmpty() && image.imc.IsEmpty() && image.phc.IsEmpty());
-    EXPECT_TRUE(image.helmert.parameters.IsEmpty() && image.planeTrans.parameters.IsEmpty());
-    EXPECT_EQ(image.word1 + image.word2 + image.innOri + image.center.Len() + image.wpk.omega, 0);
-    EXPECT_EQ(image.camera.pp.x * 100 + image.rot.m[0][0] * 10 + image.res.y, 11);
+    EXPECT_EQ(image.word1, 0);
+    EXPECT_EQ(image.word2, 0);
+    EXPECT_EQ(image.camera.pp.x, 0.0);
+    EXPECT_EQ(image.center.Len(), 0.0);
+    EXPECT_TRUE(image.markImc.IsEmpty());
+    EXPECT_EQ(image.rot.m[0][0], 1.0);
+    EXPECT_EQ(image.wpk.omega, 0.0);
+    EXPECT_EQ(image.innOri, INNORI_NONE);
+    EXPECT_TRUE(image.phc.IsEmpty());
+    EXPECT_TRUE(image.imc.IsEmpty());
+    EXPECT_TRUE(image.helmert.parameters.IsEmpty());
+    EXPECT_TRUE(image.planeTrans.parameters.IsEmpty());
+    EXPECT_EQ(image.res.y, 1.0);
 }
 
-TEST(Image, FitsFiducialMarks) {
-    // Count of marks, whether they are off one line, the best fit.
-    for (const auto& [marks, bent, best] : {std::array{3, 1, 1}, {3, 0, 2}, {2, 1, 2}, {1, 1, 0}}) {
-        CImage image;
-        image.SetRes(0.5, 0.25);
-        image.camera.innType = 1;
-        image.camera.pp.SetXYZ(1, 2, 0);
+// Marks A, B, C, turned and doubled: A has its name itself, the others have it in markNames; measured in the
+// other order, B of three without a name.
+CImage imageWithMarks(int marks, bool onOneLine) {
+    CImage image;
+    image.SetRes(0.5, 0.25);
+    image.camera.innType = 1;
+    image.camera.pp.SetXYZ(1, 2, 0);
+    for (int i = 0; i < marks; ++i) {
+        CXYZ measured(CString(u"ABC").Mid(i, 1), 9 * i, 40 - 14 * i * (onOneLine ? 1 : i), 0);
+        const double x = measured.x * 0.5, y = measured.y * -0.25;
+        CXYZ mark(i ? CString(u"hidden") : measured.name, 2 * x - 0.5 * y + 3, 0.5 * x + 2 * y - 1, 0);
+        image.camera.marks.Add(mark);
+        image.camera.markNames.Add(i ? measured.name : CString());
+        if (marks == 3 && i == 1)
+            measured.name.Empty();
+        image.markImc.InsertAt(0, measured);
+    }
+    return image;
+}
+
+const struct {
+    int marks;
+    bool onOneLine;
+    int affine, helmert;
+} kMarkRows[] = {{3, false, 1, 1}, {3, true, 0, 1}, {2, false, 0, 1}, {1, false, 0, 0}};
+
+TEST(Image, AFitTakesThreeMarksOffOneLineOrTwo) {
+    for (const auto& row : kMarkRows) {
+        CImage image = imageWithMarks(row.marks, row.onOneLine);
+        EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_LSQ), row.affine) << row.marks;
+        EXPECT_EQ(image.innOri, row.affine ? INNORI_FIDUCIAL_LSQ : INNORI_NONE) << row.marks;
+        EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_HELMERT), row.helmert) << row.marks;
+        EXPECT_EQ(image.innOri, row.helmert ? INNORI_FIDUCIAL_HELMERT : INNORI_NONE) << row.marks;
+        EXPECT_EQ(image.CalInnOri(static_cast<INNORI_TYPE>(3)), 0);
+        EXPECT_EQ(image.innOri, INNORI_NONE);
+    }
+    CImage line = imageWithMarks(3, true);
+    line.CalInnOri(INNORI_FIDUCIAL_LSQ);
+    EXPECT_TRUE(line.planeTrans.targetPoints.IsEmpty()) << "nothing is left of a failed fit";
+}
+
+TEST(Image, AFitEmptiesTheOther) {
+    CImage image = imageWithMarks(3, false);
+    image.CalInnOri(INNORI_FIDUCIAL_HELMERT);
+    image.CalInnOri(INNORI_FIDUCIAL_LSQ);
+    EXPECT_EQ(image.planeTrans.parameters.GetSize(), 6);
+    EXPECT_TRUE(image.helmert.parameters.IsEmpty());
+    EXPECT_TRUE(image.helmert.sourcePoints.IsEmpty());
+    image.CalInnOri(INNORI_FIDUCIAL_HELMERT);
+    EXPECT_EQ(image.helmert.parameters.GetSize(), 4);
+    EXPECT_TRUE(image.planeTrans.parameters.IsEmpty());
+    EXPECT_TRUE(image.planeTrans.sourcePoints.IsEmpty());
+    image.camera.innType = 0;
+    EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_LSQ), 1) << "needs none";
+    EXPECT_EQ(image.innOri, INNORI_NONE);
+    EXPECT_TRUE(image.helmert.parameters.IsEmpty());
+}
+
+TEST(Image, ListsConvertByTheBestFitOfTheMarks) {
+    for (const auto& row : kMarkRows) {
+        CImage image = imageWithMarks(row.marks, row.onOneLine);
         CXYZ point(8, 12, 0);
         image.imc.Add(point);
-        for (int i = 0; i < marks; ++i) {
-            CXYZ measured(CString(u"ABC").Mid(i, 1), 9 * i, 40 - 14 * i * (bent ? i : 1), 0);
-            const double x = measured.x * 0.5, y = measured.y * -0.25;
-            CXYZ mark(i ? CString(u"hidden") : measured.name, 2 * x - 0.5 * y + 3, 0.5 * x + 2 * y - 1, 0);
-            image.camera.marks.Add(mark);
-            image.camera.markNames.Add(i ? measured.name : CString());
-            if (marks == 3 && i == 1)
-                measured.name.Empty();  // goes by its place
-            image.markImc.InsertAt(0, measured);
-        }
-        for (const int t : {2, 1, 3}) {
-            const int fits = t < 3 && best && t >= best;  // Helmert fits wherever the affine one does
-            EXPECT_EQ(image.CalInnOri(static_cast<INNORI_TYPE>(t)), fits) << marks << t;
-            EXPECT_EQ(image.innOri, fits * t) << marks << t;
-            const bool isReset = image.planeTrans.targetPoints.IsEmpty();
-            EXPECT_TRUE(t != 1 || marks != 3 || isReset == !fits) << "a failed fit";
-        }
-        EXPECT_EQ(image.ImcToPhc(point, point, 0), 0) << "no fit";
-        CImage copy(image);
-        EXPECT_EQ(copy.ImcToPhc(0), best != 0);
-        EXPECT_TRUE(CImage(copy).PhcToImc(0, 0) == (best != 0));
-        EXPECT_EQ((image = copy).innOri, best);
-        if (!best)
+        EXPECT_EQ(image.ImcToPhc(point, point, 0), 0) << "no fit yet";
+        EXPECT_EQ(image.ImcToPhc(0), row.helmert) << row.marks;
+        EXPECT_EQ(CImage(image).PhcToImc(0, 0), row.helmert) << row.marks;
+        if (!row.helmert)
             continue;
-        EXPECT_TRUE(isNear(image.phc[0], 12.5 - 1, -5 - 2)) << marks;
-        EXPECT_TRUE(image.PhcToImc(image.phc[0], point, 0, 0) && isNear(point, 8, 12)) << marks;
-        image.helmert.parameters.RemoveAll();
-        image.planeTrans.parameters.RemoveAll();
-        EXPECT_EQ(image.PhcToImc(image.phc[0], point, 0, 0), 0);
-        image.camera.innType = 0;
-        EXPECT_TRUE(image.CalInnOri(INNORI_FIDUCIAL_LSQ) && !image.innOri) << "needs none";
-        EXPECT_EQ(image.helmert.parameters.GetSize() + image.planeTrans.parameters.GetSize(), 0);
+        EXPECT_EQ(image.innOri, row.affine ? INNORI_FIDUCIAL_LSQ : INNORI_FIDUCIAL_HELMERT) << row.marks;
+        expectNear(image.phc[0], 12.5 - 1, -5 - 2);
+        CImage copy;
+        copy = image;
+        EXPECT_EQ(copy.PhcToImc(image.phc[0], point, 0, 0), 1) << row.marks;
+        expectNear(point, 8, 12);
+        copy.helmert.parameters.RemoveAll();
+        copy.planeTrans.parameters.RemoveAll();
+        EXPECT_EQ(copy.PhcToImc(image.phc[0], point, 0, 0), 0) << "nothing to convert by";
     }
 }
 
 TEST(Image, MarksWithoutNamesArePairedByTheirPlaces) {
     CImage image;
-    image.SetRes(0.5, 0.25);
     image.camera.innType = 1;
     for (int i = 0; i < 4; ++i) {
         CXYZ measured(i % 2 ? 8 : 0, i < 2 ? 0 : 16, 0);
-        CXYZ mark(2 * measured.x * 0.5 + 3, 2 * measured.y * -0.25 - 1, 0);
+        CXYZ mark(2 * measured.x + 3, 2 * -measured.y - 1, 0);
         image.camera.marks.Add(mark);
         image.markImc.Add(measured);
     }
     for (const INNORI_TYPE t : {INNORI_FIDUCIAL_LSQ, INNORI_FIDUCIAL_HELMERT}) {
         CXYZ photo;
         ASSERT_EQ(image.CalInnOri(t), 1) << t;
-        EXPECT_TRUE(image.ImcToPhc(CXYZ(4, 20, 0), photo, 0) && isNear(photo, 7, -11)) << t;
+        EXPECT_EQ(image.ImcToPhc(CXYZ(4, 20, 0), photo, 0), 1);
+        expectNear(photo, 11, -41);
     }
     EXPECT_EQ(image.helmert.residuals.GetSize(), 4);
 
@@ -149,14 +235,17 @@ TEST(Image, ProjectsInMillimetresAndInMetres) {
     rot.SetMatrix(ROT_KPW, image.wpk);
     const CXYZ q = rot * CXYZ(0.2, -0.3, -2), inCamera = q * (-50 / q.z), millimetres(u"T", 1200, 1700, 1000);
     CXYZ phc(0, 0, 9), imc;
-    EXPECT_TRUE(image.ObjToPhc(millimetres, phc) == 1 && phc.z == 0 && phc.name == millimetres.name);
-    EXPECT_TRUE(isNear(phc, 5, -7.5)) << "by the identity";
+    EXPECT_EQ(image.ObjToPhc(millimetres, phc), 1);
+    expectNear(phc, 5, -7.5);  // by the identity
+    EXPECT_EQ(phc.z, 0.0);
+    EXPECT_EQ(phc.name, millimetres.name);
     CImage(image).ObjToPhc(millimetres, phc);
-    EXPECT_TRUE(isNear(phc, inCamera.x, inCamera.y)) << "by the matrix that the first call left";
+    expectNear(phc, inCamera.x, inCamera.y);  // by the matrix that the first call left
     image.rot.I();
-    CImage copy(image);
-    EXPECT_TRUE(copy.ObjToImc(CXYZ(u"T1", 1.2, 1.7, 1), phc, imc) && imc.name == CString(u"T1"));
-    EXPECT_TRUE(isNear(phc, inCamera.x, inCamera.y) && isNear(imc, phc.x, -phc.y));
+    EXPECT_EQ(image.ObjToImc(CXYZ(u"T1", 1.2, 1.7, 1), phc, imc), 1);
+    EXPECT_EQ(imc.name, CString(u"T1"));
+    expectNear(phc, inCamera.x, inCamera.y);
+    expectNear(imc, phc.x, -phc.y);
     EXPECT_EQ(image.ObjToImc(image.center, phc, imc), 0);
 }
 

@@ -16,7 +16,7 @@ namespace {
 using S = CCalcXYZHV;
 const double kInf = std::numeric_limits<double>::infinity();
 
-TEST(Units, MultiplyByTheStatedDoubles) {
+TEST(Units, MultiplyToTheLastBit) {
     EXPECT_EQ(S::MtoUSFT(1), std::nextafter(3937.0 / 1200.0, 0.0));
     EXPECT_EQ(S::USFTtoM(1), std::nextafter(1200.0 / 3937.0, 1.0));
     EXPECT_EQ(S::MtoIntFT(1), 1.0 / 0.3048);
@@ -95,8 +95,10 @@ TEST(PackedAngles, CarryAndCut) {
         ASSERT_NEAR(S::Angle60To100(packed, 0), 7 + second / 3600.0, 1e-13) << second;
         ASSERT_NEAR(S::Angle100To60(S::Angle60To100(packed, 0), 0, 0), packed, 1e-13) << second;
     }
-    for (const double wild : {kInf, -kInf, std::nan(""), 1e300, -1e12})
-        EXPECT_GE(S::AngleStr(S::Angle100To60(wild, 0, 0) + S::Angle60To100(wild, 1), 0).GetLength(), 7);
+    for (const double wild : {kInf, -kInf, std::nan(""), 1e300, -1e12}) {
+        EXPECT_GE(S::AngleStr(S::Angle100To60(wild, 0, 0), 0).GetLength(), 7) << wild;
+        EXPECT_GE(S::AngleStr(S::Angle60To100(wild, 1), 0).GetLength(), 7) << wild;
+    }
 }
 
 TEST(Display, FormatsAnglesAndTimes) {
@@ -190,6 +192,8 @@ TEST(Observations, CoordinatesFromAnObservation) {
 
     EXPECT_EQ(S::CalcXYZ(out, 30, 100, 80, station, 0.25, 0, 1), 1);
     expectAt(out, 1086.6025, 2050.0, 67.8827);  // 100 cot 80 + 50.25
+    EXPECT_EQ(S::CalcXYZ(out, 28, 250, 80, station, 0.25, 2, 2.5), 1);
+    expectAt(out, 1086.6025, 2050.0, 67.8827);  // turned and scaled
     EXPECT_EQ(S::CalcXYZ(out, 30, 100, 270, station, 0.25, 0, 1), 1);
     expectAt(out, 2050.0, 1086.6025, 50.25);  // second face: exchanged
     out.SetXYZ(7, 7, 7);
