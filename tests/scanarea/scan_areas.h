@@ -25,4 +25,10 @@ inline void fillGrid(CScanArea& area, int columns, int rows) {
     }
 }
 
+// The message to the operator, ended by "|".
+inline CString accessDenied(const CString& path) {
+    return CString(u"ﾌｧｲﾙ名：") + path +
+           u"\n\n\nﾌｧｲﾙｱｸｾｽが拒否されました。他のｱﾌﾟﾘｹｰｼｮﾝで使用している可能性があります。|";
+}
+
 #endif
