@@ -230,36 +230,6 @@ TEST(Solutions, EveryWayOfSolvingIsExact) {
     }
 }
 
-// A similarity at the coordinates of a national grid. Residuals that change sign from corner to corner of a
-// rectangle are at right angles to all columns, so the unknowns stay whole numbers.
-TEST(Solutions, UnknownsAndCofactorsToTheLastDigitOnANationalGrid) {
-    const double east = 4058000.0, north = 5291000.0, expected[] = {3.0, 2.0, -700.0, 5.0};
-    CLeastSq adjustment(0, 4);
-    double squares = 0.0, weights = 0.0;
-    for (int k = 0; k < 20; ++k) {
-        const int rectangle = k / 4;
-        const double dx = (k % 2 ? -1.0 : 1.0) * (50 + 7 * rectangle);
-        const double dy = (k / 2 % 2 ? -1.0 : 1.0) * (90 + 3 * rectangle);
-        const double x = east + dx, y = north + dy, residual = dx * dy > 0.0 ? 300.0 : -300.0;
-        const double p = rectangle % 2 ? 1.0 : 0.1;
-        enter(adjustment, {{x, -y, 1, 0, 3 * x - 2 * y - 700 + residual}}, p);
-        enter(adjustment, {{y, x, 0, 1, 3 * y + 2 * x + 5 - residual}}, p);
-        squares += p * (dx * dx + dy * dy);
-        weights += p;
-    }
-    ASSERT_EQ(adjustment.Solve(), 1);
-    const double q = 1.0 / squares, t = 1.0 / weights + (east * east + north * north) * q;
-    const double cofactors[4][4] = {
-        {q, 0, -east * q, -north * q}, {0, q, north * q, -east * q}, {0, 0, t, 0}, {0, 0, 0, t}};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_NEAR(adjustment.GetBcor(i), expected[i], 1.2e-16 * std::fabs(expected[i])) << i;
-        for (int j = i; j < 4; ++j)
-            EXPECT_NEAR(adjustment.GetCovar(i, j), cofactors[i][j],
-                        2e-15 * std::sqrt(cofactors[i][i] * cofactors[j][j]))
-                << i << ", " << j;
-    }
-}
-
 // At national-grid coordinates too, and whatever the blunder was.
 TEST(Solutions, ANegativeWeightTakesAnEquationOut) {
     for (const double at : {0.0, 5e6}) {

@@ -87,35 +87,41 @@ TEST(Image, ListsConvertAllPointsOrNone) {
     EXPECT_TRUE(image.phc.IsEmpty());
 }
 
-TEST(Image, InitLeavesNothing) {
+TEST(Image, CopiesEverythingAndInitLeavesNothing) {
     CImage image;
-    CXYZ point(1, 2, 3);
-    image.word1 = image.word2 = 100;
-    image.identifier1 = image.identifier2 = u"P";
-    image.camera.pp = image.center = image.markImc[image.markImc.Add(point)];
-    image.rot.m[0][0] = image.wpk.omega = 7;
+    const auto numbers = {&CImage::width, &CImage::height, &CImage::word1, &CImage::word2};
+    const auto texts = {&CImage::identifier1, &CImage::identifier2};
+    const auto lists = {&CImage::markImc, &CImage::imc, &CImage::phc};
+    for (const auto number : numbers)
+        image.*number = 100;
+    for (const auto text : texts)
+        image.*text = u"P";
+    for (const auto list : lists)
+        (image.*list).SetSize(1);
+    image.camera.focal = image.center.x = image.wpk.omega = image.rot.m[0][0] = 7;
     image.innOri = INNORI_FIDUCIAL_LSQ;
-    image.phc.Add(point);
-    image.imc.Add(point);
     image.helmert.parameters.SetSize(4);
     image.planeTrans.parameters.SetSize(6);
     image.SetRes(3, 3);
     const CImage copy(image);
-    EXPECT_EQ(copy.word1, 100);
-    EXPECT_EQ(copy.word2, 100);
-    EXPECT_EQ(copy.identifier1, CString(u"P"));
-    EXPECT_EQ(copy.identifier2, CString(u"P"));
     image.Init();
-    EXPECT_EQ(image.word1, 0);
-    EXPECT_EQ(image.word2, 0);
-    EXPECT_EQ(image.camera.pp.x, 0.0);
-    EXPECT_EQ(image.center.Len(), 0.0);
-    EXPECT_TRUE(image.markImc.IsEmpty());
-    EXPECT_EQ(image.rot.m[0][0], 1.0);
+    for (const auto number : numbers) {
+        EXPECT_EQ(copy.*number, 100);
+        EXPECT_EQ(image.*number, 0);
+    }
+    for (const auto text : texts) {
+        EXPECT_EQ(copy.*text, CString(u"P"));
+        EXPECT_TRUE((image.*text).IsEmpty());
+    }
+    for (const auto list : lists) {
+        EXPECT_EQ((copy.*list).GetSize(), 1);
+        EXPECT_TRUE((image.*list).IsEmpty());
+    }
+    EXPECT_EQ(image.camera.focal, 0.0);
+    EXPECT_EQ(image.center.x, 0.0);
     EXPECT_EQ(image.wpk.omega, 0.0);
+    EXPECT_EQ(image.rot.m[0][0], 1.0);
     EXPECT_EQ(image.innOri, INNORI_NONE);
-    EXPECT_TRUE(image.phc.IsEmpty());
-    EXPECT_TRUE(image.imc.IsEmpty());
     EXPECT_TRUE(image.helmert.parameters.IsEmpty());
     EXPECT_TRUE(image.planeTrans.parameters.IsEmpty());
     EXPECT_EQ(image.res.y, 1.0);

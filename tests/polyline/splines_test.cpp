@@ -61,15 +61,6 @@ TEST(Splines, KnownCurves) {
         EXPECT_NEAR(at(square, 1).z, 2.0, 1e-15);
         EXPECT_NEAR(at(square, 7).x, cubic ? -0.1875 : -0.125, 1e-15) << "the closing edge";
 
-        CPolyline circle;
-        circle.Close();
-        for (int i = 0; i < 8; ++i)
-            circle.AddVertex(
-                CVertex(3 + 10 * std::cos(i * std::atan(1.0)), 10 * std::sin(i * std::atan(1.0)), 0, 0));
-        ASSERT_EQ(cubic ? circle.Spline(10) : circle.CtmlRomSpline(10), 1);
-        for (int i = 0; i < circle.GetVertexSize(); ++i)
-            EXPECT_NEAR(std::hypot(at(circle, i).x - 3, at(circle, i).y), 10.0, cubic ? 0.05 : 0.2) << i;
-
         CPolyline line = polylineOf({{0, 0, 0}, {1, 2, -1}, {10, 20, -10}, {11, 22, -11}}, false);
         ASSERT_EQ(cubic ? line.Spline(7) : line.CtmlRomSpline(7), 1);
         for (int i = 0; i < line.GetVertexSize(); ++i) {
