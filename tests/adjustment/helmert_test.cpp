@@ -164,17 +164,6 @@ TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {
     EXPECT_EQ(diagonal.CheckPairs(), 3);
 }
 
-TEST(Helmert, KeepsTwelveDigitsAtNationalGridCoordinates) {
-    CHelmert helmert;  // turned by 3-4-5, twice as large; the targets are exact to 1e-16 of ten metres
-    const auto turned = [](double x, double y) {
-        const double dx = x - 500000, dy = y - 4000000;
-        return CXYZ(1.2 * dx - 1.6 * dy, 1.6 * dx + 1.2 * dy, 0);
-    };
-    ASSERT_EQ(fitted(helmert, 20, 500000, 4000000, 5, turned), 1);
-    EXPECT_NEAR(helmert.parameters[0], 1.2, 1.2e-12);
-    EXPECT_NEAR(helmert.parameters[1], 1.6, 1.6e-12);
-}
-
 // The first correction of the parameters is all but exact and says nothing about the next ones.
 TEST(Helmert, RefinesUntilCorrectionsEnd) {
     Points first, second;
