@@ -88,7 +88,7 @@ TEST(Helmert, EqualPointsGiveTheIdentityExactly) {
 }
 
 // A square turned by -90 degrees and doubled, its corners displaced by 3, -1, -1, -1 along x. About its
-// middle: a = -200 / 20000, b = -2 + 200 / 20000; residuals -2, 1, 1, 0.
+// middle: a = -200 / 20000, b = -2 + 200 / 20000; residuals -2, 1, 1, 0 along x and 0, -1, 1, 0 along y.
 TEST(Helmert, FitsADisplacedSquareByHand) {
     Points first, second;
     const double dx[] = {-3, 1, 1, 1};
@@ -107,7 +107,9 @@ TEST(Helmert, FitsADisplacedSquareByHand) {
     EXPECT_NEAR(copy.parameters[1], -1.99, 1e-15);
     EXPECT_NEAR(copy.parameters[2], 11.0, 1e-12);
     EXPECT_NEAR(copy.maximum.x, -2.0, 1e-12) << "keeps its sign";
+    EXPECT_NEAR(std::fabs(copy.maximum.y), 1.0, 1e-12);
     EXPECT_NEAR(copy.RMS.x, std::sqrt(6.0 / 4.0), 1e-12);
+    EXPECT_NEAR(copy.RMS.y, std::sqrt(2.0 / 4.0), 1e-12);
     EXPECT_EQ(copy.RMS.z, 0.0);
     EXPECT_EQ(copy.residuals[3].name, CString(u"3"));
     EXPECT_EQ(copy.residuals[3].z, 0.0);

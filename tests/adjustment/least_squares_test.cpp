@@ -74,6 +74,7 @@ TEST(LeastSquares, IndicesBeyondItsTablesReadZeroAndWriteNothing) {
     EXPECT_EQ(adjustment.Lessqu(4, 2), 0);
     EXPECT_EQ(adjustment.Lessqu(3, 1), 0);
     EXPECT_EQ(adjustment.Lessqu(-1, 2), 0);
+    EXPECT_EQ(adjustment.Lessqu(0, 2), 1) << "a sum of no equations";
 }
 
 TEST(LeastSquares, MakesRoomForAsManyAsItIsTold) {

@@ -49,6 +49,7 @@ TEST(Solutions, WhatChangesAfterFormingLeavesOnlyN) {
         ASSERT_EQ(adjustment.NewChores(), 1);
         EXPECT_EQ(adjustment.GetBcor(1), 2.0);
         change(adjustment);
+        EXPECT_EQ(adjustment.SolveWithReduc(), 0) << &change - changes;
         EXPECT_EQ(adjustment.NewChores(), 0) << &change - changes;
         EXPECT_TRUE(std::isnan(adjustment.GetBcor(0))) << "nothing looks right";
         EXPECT_TRUE(std::isnan(adjustment.GetCovar(1, 0)));

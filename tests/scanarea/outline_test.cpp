@@ -53,7 +53,7 @@ TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
 }
 
 // A star-shaped outline has what is between its middle and an edge inside, and what is beyond the edge
-// outside; one by one and in a list.
+// outside.
 TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
     std::mt19937_64 random(16);
     const auto between = [&](double a, double b) {
@@ -74,22 +74,41 @@ TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
         }
         area.CalHVPolyline2();
         const CPolyline outline = round % 3 ? angleOutline(places) : area.outlinePolyline;  // through radians
-        Numbers horizontals, elevations;
-        CArray<int, int> inside;
-        for (int k = 0; k < 20; ++k) {
+        for (int k = 0; k < 8; ++k) {
             const std::size_t i = random() % n;
             const auto [px, py] = places[i];
             const auto [qx, qy] = places[(i + 1) % n];
             const double along = between(0, 1), outward = k % 4 ? between(0, 0.999) : between(1.001, 1.2);
-            horizontals.Add(inTurn(h + outward * (px + along * (qx - px) - h)));
-            elevations.Add(inTurn(v + outward * (py + along * (qy - py) - v)));
+            const double x = h + outward * (px + along * (qx - px) - h);
+            const double y = v + outward * (py + along * (qy - py) - v);
+            ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, inTurn(x), inTurn(y)), k % 4 != 0) << round;
         }
-        ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, horizontals, elevations, inside), 1);
-        ASSERT_EQ(inside.GetSize(), 20);
-        for (int k = 0; k < 20; ++k) {
-            ASSERT_EQ(inside[k], k % 4 != 0) << round;
-            ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, horizontals[k], elevations[k]), k % 4 != 0) << round;
+    }
+}
+
+TEST(OutlineTests, GiveTheSameAnswerInLists) {
+    std::mt19937 random(6);
+    const double unusual[] = {NAN, INFINITY, -INFINITY, -0.0, 1e-16, 360.0, -725.0, 30000.0};
+    for (int round = 0; round < 6000; ++round) {
+        const int middle = static_cast<int>(random() % 8) * 45;
+        const unsigned width = round % 3 == 0 ? 360 : 80;  // up to full of wraps, in any order
+        const auto angle = [&](int around) {
+            const int value = static_cast<int>(random() % 300);
+            const double degrees = around + static_cast<int>(random() % (width / 5 + 1) * 5 - width / 2);
+            return value < 8 && round % 5 == 0 ? unusual[value] : round % 4 ? inTurn(degrees) : degrees;
+        };
+        CPolyline outline;
+        for (int i = round % 30 + 1; i > 0; --i)
+            outline.AddVertex(CVertex(angle(middle), angle(0), 0, 0));
+        Numbers h, v;
+        for (int i = 0; i < 20; ++i) {
+            h.Add(angle(middle));
+            v.Add(angle(i % 4 == 3 ? 180 : 0));  // the opposite elevation passes edges too
         }
+        CArray<int, int> inside;
+        ASSERT_EQ(CCalcXYZHV::IsPolyInside(outline, h, v, inside), 1);
+        for (int i = 0; i < 20; ++i)
+            ASSERT_EQ(inside[i], CCalcXYZHV::IsPolyInside(outline, h[i], v[i])) << round << " " << h[i];
     }
 }
 
