@@ -74,10 +74,12 @@ TEST(Splines, KnownCurves) {
 }
 
 TEST(Splines, CatmullRomIsCentripetal) {
-    // Knots 0, 1, 3, 6: the roots of edges of 1, 4 and 9.
+    // Knots 0, 1, 3, 6: the roots of edges of 1, 4 and 9. The line continues to -1 and to 23.
     CPolyline line = polylineOf({{0, 0, 0}, {1, 0, 0}, {5, 0, 0}, {14, 0, 0}}, false);
     ASSERT_EQ(line.CtmlRomSpline(2), 1);
+    EXPECT_NEAR(at(line, 1).x, 11.0 / 24.0, 1e-14);
     EXPECT_NEAR(at(line, 3).x, 41.0 / 15.0, 1e-14);
+    EXPECT_NEAR(at(line, 5).x, 371.0 / 40.0, 1e-14);
 }
 
 // Middles of the edges, (p + q) / 2 - (P + Q) / 16, by the equations for the second derivatives P: 0 at the
