@@ -2,20 +2,14 @@
 #include <fieldscan/image.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <string>
 #include <tuple>
-#include <vector>
 
 #include "tests/published/aerial_block.h"
 #include "tests/published/opencv_chessboard.h"
 
 namespace {
-
-bool isNear(const CXYZ& point, double x, double y, double tolerance = 1e-12) {
-    return std::hypot(point.x - x, point.y - y) <= tolerance;
-}
 
 void expectNear(const CXYZ& point, double x, double y, double tolerance = 1e-12) {
     EXPECT_NEAR(point.x, x, tolerance);
