@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/print_text.h"
+
 #if defined(_WIN32)
 
 #include "platform/windows/api.h"

@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/print_text.h"
+
 namespace {
 
 const double kPi = 3.141592653589793;

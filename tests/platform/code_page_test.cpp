@@ -6,6 +6,7 @@
 
 #include "platform/system.h"
 #include "tests/platform/code_page_oracle.h"
+#include "tests/print_text.h"
 
 using namespace fieldscan;
 

@@ -17,6 +17,7 @@
 #include "platform/framework/line_text.h"
 #include "platform/framework/truncation.h"
 #include "platform/system.h"
+#include "tests/print_text.h"
 
 namespace {
 

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <vector>
 
+#include "tests/print_text.h"
+
 namespace {
 
 using Smooth = int (CPolyline::*)(int);

@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "tests/print_text.h"
+
 constexpr double kPi = 3.141592653589793;
 constexpr double kRadian = 0.017453292519943295;
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/time_records.h"
+#include "tests/print_text.h"
 
 namespace {
 
