@@ -98,33 +98,22 @@ int sumOfTwoProcesses(const std::function<int(int)>& work) {
     return sum;
 }
 
-TEST_F(Writers, OfTwoProcessesLoseNothing) {
+TEST_F(Writers, LoseNothing) {
+    constexpr int kThreads = 4;  // in each process
     for (const Writer& writer : writers()) {
         put("file", writer.header);
         const int good = sumOfTwoProcesses([&](int) {
-            int sum = 0;
-            for (int i = 0; i < callsOfAProcess(); ++i)
-                sum += writer.add();
-            return sum;
+            std::atomic<int> sum{0};
+            std::vector<std::thread> threads;
+            for (int i = 0; i < kThreads; ++i)
+                threads.emplace_back([&] {
+                    for (int k = 0; k < callsOfAProcess() / kThreads; ++k)
+                        sum += writer.add();
+                });
+            for (std::thread& thread : threads)
+                thread.join();
+            return sum.load();
         });
-        EXPECT_GT(good, callsOfAProcess());
-        expectLines(writer, good);
-        RecordProperty(writer.name, good);
-    }
-}
-
-TEST_F(Writers, OfEightThreadsLoseNothing) {
-    for (const Writer& writer : writers()) {
-        put("file", writer.header);
-        std::atomic<int> good{0};
-        std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i)
-            threads.emplace_back([&] {
-                for (int k = 0; k < callsOfAProcess() / 5; ++k)
-                    good += writer.add();
-            });
-        for (std::thread& thread : threads)
-            thread.join();
         EXPECT_GT(good, callsOfAProcess());
         expectLines(writer, good);
         RecordProperty(writer.name, good);
@@ -133,7 +122,7 @@ TEST_F(Writers, OfEightThreadsLoseNothing) {
 
 // A reader sees one whole version or the other, also where no file was at first.
 TEST_F(Writers, ThatReplaceShowNoMixture) {
-    Points versions[2];
+    Points versions[2];  // 300 times A, 600 times B
     for (int i = 0; i < 2; ++i)
         for (int k = 0; k < 300 * (i + 1); ++k) {
             CXYZ each(i == 0 ? u"A" : u"B", 0.0, 0.0, 0.0);
@@ -145,11 +134,11 @@ TEST_F(Writers, ThatReplaceShowNoMixture) {
         for (Points seen; !ended; ++reads) {
             if (ReadCSVFile(&file, seen, 1) == 0)
                 continue;  // not there yet
-            const int version = seen.GetSize() / 300 - 1;
-            ASSERT_EQ(seen.GetSize(), 300 * (version + 1));
-            ASSERT_TRUE(version == 0 || version == 1);
+            ASSERT_GT(seen.GetSize(), 0);
+            const bool second = seen[0].name == u"B";
+            ASSERT_EQ(seen.GetSize(), second ? 600 : 300);
             for (int i = 0; i < seen.GetSize(); ++i)
-                ASSERT_EQ(seen[i].name, versions[version][i].name);
+                ASSERT_EQ(seen[i].name, versions[second][i].name);
         }
     });
     const int good = sumOfTwoProcesses([&](int process) {

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdarg>
 #include <cstdlib>
 #include <new>
@@ -38,6 +39,11 @@ bool fails(Fault fault, int error) {
         return false;
     errno = error;
     return true;
+}
+
+void dieIfArmed() {
+    if (happens(killed))
+        raise(SIGKILL);
 }
 
 }  // namespace
@@ -82,6 +88,7 @@ int __wrap_open64(const char* path, int flags, ...) {
     va_start(rest, flags);
     const int mode = va_arg(rest, int);
     va_end(rest);
+    dieIfArmed();
     if (fails(fieldscan::faults::open, EACCES) || fails(openFull, ENOSPC))
         return -1;
     const int file = __real_open64(path, flags, mode);
@@ -104,6 +111,10 @@ ssize_t __wrap_pread64(int file, void* buffer, Size count, off64_t offset) {
 ssize_t __wrap_write(int file, const void* buffer, Size count) {
     if (fails(fieldscan::faults::write, ENOSPC))
         return -1;
+    if (happens(killed)) {
+        __real_write(file, buffer, count / 2);
+        raise(SIGKILL);
+    }
     if (happens(writeHalf)) {
         arm(fieldscan::faults::write, 1);
         return __real_write(file, buffer, (count + 1) / 2);
@@ -112,6 +123,7 @@ ssize_t __wrap_write(int file, const void* buffer, Size count) {
 }
 
 int __wrap_fsync(int file) {
+    dieIfArmed();
     struct stat status;
     const bool folder = fstat(file, &status) == 0 && S_ISDIR(status.st_mode);
     folders += folder;
@@ -125,6 +137,7 @@ int __wrap_close(int file) {
 }
 
 int __wrap_renameat2(int from, const char* path, int to, const char* target, unsigned int flags) {
+    dieIfArmed();
     if (fails(replace, EIO) || fails(replaceDenied, EBUSY))
         return -1;
     return __real_renameat2(from, path, to, target, flags);
@@ -133,6 +146,7 @@ int __wrap_renameat2(int from, const char* path, int to, const char* target, uns
 int __wrap_flock(int file, int operation) {
     if (const auto action = std::exchange(beforeLock, nullptr))
         action();
+    dieIfArmed();
     return fails(lock, ENOLCK) ? -1 : __real_flock(file, operation);
 }
 
@@ -141,6 +155,7 @@ int __wrap_fchown(int file, uid_t owner, gid_t group) {
 }
 
 int __wrap_ftruncate64(int file, off64_t length) {
+    dieIfArmed();
     return fails(cut, EIO) ? -1 : __real_ftruncate64(file, length);
 }
 

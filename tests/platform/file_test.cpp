@@ -16,32 +16,33 @@ using File = TempFolder;
 
 TEST_F(File, OpensInEveryMode) {
     const unsigned create = CFile::modeCreate, write = CFile::modeWrite, both = CFile::modeReadWrite;
-    const std::tuple<unsigned, bool, bool, bool, bool> rows[] = {
-        {CFile::modeRead, false, false, false, true},
-        {write, false, false, true, false},
-        {both, false, false, true, true},
-        {create | write, true, true, true, false},
-        {create | both, true, true, true, true},
-        {create | CFile::modeNoTruncate | write, true, false, true, false}};
-    for (const auto& [mode, makes, empties, writes, reads] : rows) {
+    // What the mode allows; how many bytes of "before" can be read, what is left of it after "X" is written.
+    const std::tuple<unsigned, bool, unsigned, int, bool, const char*> rows[] = {
+        {CFile::modeRead, false, 1, 6, false, "before"},
+        {write, false, 0, 6, true, "Xefore"},
+        {both, false, 1, 6, true, "Xefore"},
+        {create | write, true, 0, 0, true, "X"},
+        {create | both, true, 0, 0, true, "X"},
+        {create | CFile::modeNoTruncate | write, true, 0, 6, true, "Xefore"}};
+    for (const auto& [mode, makes, read, length, writes, after] : rows) {
         fs::remove(folder / "new");
         put("old", "before");
         CFile file;
         EXPECT_EQ(file.Open(path("new"), mode), makes) << mode;
         EXPECT_EQ(file.GetOpenFailure(), makes ? CFile::causeNone : CFile::causeNotFound) << mode;
         ASSERT_EQ(file.Open(path("old"), mode), 1) << mode;
-        EXPECT_EQ(file.GetLength(), empties ? 0 : 6) << mode;
+        EXPECT_EQ(file.GetLength(), length) << mode;
         EXPECT_EQ(file.Write("X", 1), writes) << mode;
-        EXPECT_EQ(file.Close(), 1);
-        EXPECT_EQ(get("old"), empties ? "X" : writes ? "Xefore" : "before") << mode;
+        EXPECT_EQ(file.Close(), 1) << mode;
+        EXPECT_EQ(get("old"), after) << mode;
         put("old", "before");
         char byte;
         file.Open(path("old"), mode);
-        EXPECT_EQ(file.Read(&byte, 1), reads && !empties ? 1u : 0u) << mode;
+        EXPECT_EQ(file.Read(&byte, 1), read) << mode;
     }
 }
 
-TEST_F(File, TellsWhyItCannotBeOpened) {
+TEST_F(File, SaysWhyItCannotBeOpened) {
     CFile file;
     const unsigned read = CFile::modeRead, write = CFile::modeWrite, make = CFile::modeCreate | write;
     const CString aFolder(folder.c_str()), cut = path("x") + static_cast<unsigned short>(0) + u"y";
@@ -54,10 +55,20 @@ TEST_F(File, TellsWhyItCannotBeOpened) {
         EXPECT_EQ(file.GetOpenFailure(), cause) << mode;
     }
     EXPECT_EQ(file.Open(CString('a', 5000), make), 0);
+}
+
+TEST_F(File, RefusesEverythingWhileItIsNotOpen) {
+    CFile file;
     char byte;
-    EXPECT_FALSE(file.IsOpen() || file.Read(&byte, 1) || file.Write("x", 1) || file.SeekToEnd() ||
-                 file.SeekToBegin() || file.Flush() || file.Close());
-    EXPECT_TRUE(file.GetPosition() == -1 && file.GetLength() == -1);
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(file.Read(&byte, 1), 0u);
+    EXPECT_EQ(file.Write("x", 1), 0);
+    EXPECT_EQ(file.SeekToBegin(), 0);
+    EXPECT_EQ(file.SeekToEnd(), 0);
+    EXPECT_EQ(file.Flush(), 0);
+    EXPECT_EQ(file.Close(), 0);
+    EXPECT_EQ(file.GetPosition(), -1);
+    EXPECT_EQ(file.GetLength(), -1);
 }
 
 TEST_F(File, ReadsWhatWasWrittenWhereverTheBufferEnds) {
@@ -81,16 +92,6 @@ TEST_F(File, ReadsWhatWasWrittenWhereverTheBufferEnds) {
         lines += line;
     EXPECT_EQ(lines, bytes);
 
-    for (const bool over : {false, true}) {
-        const std::size_t longest = 16 * 1024 * 1024;
-        put("long", "first\n" + std::string(longest - 1 + over, 'x') + "\nnext\n");
-        CFile longFile;
-        ASSERT_EQ(longFile.Open(path("long"), CFile::modeRead), 1);
-        EXPECT_TRUE(fieldscan::readLine(longFile, line));
-        EXPECT_TRUE(fieldscan::readLine(longFile, line) != over && line.size() == (over ? 0 : longest));
-        EXPECT_TRUE(fieldscan::readLine(longFile, line) != over && longFile.HasReadFailed() == over);
-    }
-
     // Writing goes on where the caller has read to, not where the buffer ends.
     file.SeekToBegin();
     char three[3];
@@ -102,6 +103,21 @@ TEST_F(File, ReadsWhatWasWrittenWhereverTheBufferEnds) {
     file.Write("end", 3);
     file.Close();
     EXPECT_EQ(get("data"), bytes.substr(0, 3) + "###" + bytes.substr(6) + "end");
+}
+
+TEST_F(File, LinesOfUpTo16MiBAreRead) {
+    const std::size_t longest = 16 * 1024 * 1024;
+    for (const bool over : {false, true}) {
+        put("long", "first\n" + std::string(longest - 1 + over, 'x') + "\nnext\n");
+        CFile file;
+        std::string line;
+        ASSERT_EQ(file.Open(path("long"), CFile::modeRead), 1);
+        EXPECT_TRUE(fieldscan::readLine(file, line));
+        EXPECT_EQ(fieldscan::readLine(file, line), !over);
+        EXPECT_EQ(line.size(), over ? 0 : longest);
+        EXPECT_EQ(fieldscan::readLine(file, line), !over);
+        EXPECT_EQ(file.HasReadFailed(), over);
+    }
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <fieldscan/card.h>
 #include <fieldscan/framework/array.h>
 #include <fieldscan/framework/string.h>
-#include <fieldscan/message.h>
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -21,81 +20,105 @@
 
 namespace {
 
-std::u16string units(const CString& text) { return {text.GetString(), text.GetString() + text.GetLength()}; }
-
 const CString kLong(u"a name that does not fit into the object itself");
 
 TEST(CString, KeepsItsTextThroughEveryWayOfChangingStorage) {
     for (const CString& text : {CString(), CString(u"1234567"), CString(u"12345678"), kLong}) {
+        const CString thrice = text + text + text;
         CString copy(text), moved(std::move(copy));
-        EXPECT_EQ(units(moved), units(text));
+        EXPECT_EQ(moved, text);
         EXPECT_TRUE(copy.IsEmpty());
         for (CString target : {CString(), CString(u"short"), kLong}) {
             target = moved;
             target = target.GetString();  // its own text
             CString& self = target;
             target = std::move(self);
-            EXPECT_EQ(units(target), units(text));
-            target += target;  // appending it to itself, growing or not
+            EXPECT_EQ(target, text);
+            target += target;  // to itself, growing or not
             target.Append(target.GetString() + target.GetLength() / 2, target.GetLength() / 2);
-            EXPECT_EQ(units(target), units(text) + units(text) + units(text));
+            EXPECT_EQ(target, thrice);
             EXPECT_EQ(target.GetString()[target.GetLength()], 0);
             target.Append(nullptr, 3);
             target.Append(target, -1);
             CString last(u"before");
             last = std::move(target);
-            EXPECT_EQ(units(last) + units(target), units(text) + units(text) + units(text));
+            EXPECT_EQ(last, thrice);
+            EXPECT_TRUE(target.IsEmpty());
         }
     }
 }
 
 TEST(CString, CutsDownToWhatThereIs) {
     const CString text(u"abc.def.g");
-    EXPECT_EQ(text.Left(3) + text.Mid(3, 5) + text.Right(1), text);
-    EXPECT_EQ(text.Left(-1) + text.Mid(9) + text.Mid(2, 0) + text.Right(-5), CString());
-    EXPECT_EQ(text.Left(99) + text.Right(99) + text.Mid(-4, 3), text + text + u"abc");
-    EXPECT_EQ(text.GetAt(-1) + text.GetAt(9) + text[1000], 0);
-    EXPECT_TRUE(text.Find('.') == 3 && text.Find('.', 4) == 7 && text.ReverseFind('.') == 7 &&
-                text.FindOneOf(u"xgf") == 6);
-    EXPECT_TRUE(text.Find(u"def") == 4 && text.Find(u"def", 5) == -1 && text.Find(CString(), 9) == 9 &&
-                text.Find(CString(), 10) == -1);
+    const std::pair<CString, const char16_t*> parts[] = {
+        {text.Left(3), u"abc"},   {text.Left(-1), u""},       {text.Left(99), u"abc.def.g"},
+        {text.Right(1), u"g"},    {text.Right(-5), u""},      {text.Right(99), u"abc.def.g"},
+        {text.Mid(9), u""},       {text.Mid(3, 5), u".def."}, {text.Mid(2, 0), u""},
+        {text.Mid(-4, 3), u"abc"}};
+    for (const auto& [part, expected] : parts)
+        EXPECT_EQ(part, CString(expected));
+    for (const int outside : {-1, 9, 1000})
+        EXPECT_EQ(text[outside], 0) << outside;
+    const std::pair<int, int> found[] = {{text.Find('.'), 3},          {text.Find('.', 4), 7},
+                                         {text.ReverseFind('.'), 7},   {text.FindOneOf(u"xgf"), 6},
+                                         {text.Find(u"def"), 4},       {text.Find(u"def", 5), -1},
+                                         {text.Find(CString(), 9), 9}, {text.Find(CString(), 10), -1}};
+    for (const auto& [position, expected] : found)
+        EXPECT_EQ(position, expected);
+}
 
-    CString edited(text);
-    edited.SetAt(9, 'x');
-    edited.SetAt(-1, 'x');
-    EXPECT_EQ(edited, text);
-    EXPECT_TRUE(edited.Replace('.', '-') == 2 && edited.Insert(3, u"[]") == 11);
-    EXPECT_TRUE(edited.Delete(9, 100) == 9 && edited == u"abc[]-def");
-    EXPECT_EQ(CString(u" \t\v\u3000a b\r\n").Trim() + CString(u" \u3000").TrimLeft(), CString(u"a b"));
-    EXPECT_EQ(CString(u"aZ\u00e4").MakeUpper(), CString(u"AZ\u00e4"));
+TEST(CString, IsEditedInPlace) {
+    CString text(u"abc.def.g");
+    text.SetAt(9, 'x');
+    text.SetAt(-1, 'x');
+    EXPECT_EQ(text, u"abc.def.g");
+    EXPECT_EQ(text.Replace('.', '-'), 2);
+    EXPECT_EQ(text.Insert(3, u"[]"), 11);
+    EXPECT_EQ(text.Delete(9, 100), 9);
+    EXPECT_EQ(text, u"abc[]-def");
+    EXPECT_EQ(CString(u" \t\v\u3000a b\r\n").Trim(), u"a b");
+    EXPECT_EQ(CString(u" \u3000").TrimLeft(), u"");
+    EXPECT_EQ(CString(u"aZ\u00e4").MakeUpper(), u"AZ\u00e4");
 }
 
 TEST(CString, NeverTakesPartInPointerArithmetic) {
-    const CString text(u"P1");
+    const CString text(u"P1"), longer(u"P10");
     const unsigned short* units = text;
-    EXPECT_EQ('\\' + text + u'x' + u"y" + "z" + 0x3042 + 65U + 66L, CString(u"\\P1xyz\u3042AB"));
-    EXPECT_TRUE(text == CString(u"P1 more", 7).Left(2).GetString() && units == text && text <= units &&
-                units >= text);
-    EXPECT_TRUE(text != CString(u"P10").GetString() && text < CString(u"P10").GetString());
-    EXPECT_EQ(text[1L] + text[std::size_t{1}] + text[-1] + text[2U] + text[1LL << 32], '1' + '1');
-    CString buffered(nullptr);
-    std::memcpy(buffered.GetBuffer(20), u"12345678901234567890", 40);
-    buffered.ReleaseBuffer(12);
-    EXPECT_EQ(buffered, CString(u"123456789012"));
-    buffered.GetBuffer(30)[3] = 0;
-    buffered.ReleaseBuffer();
-    EXPECT_EQ(buffered, CString(u"123"));
-    buffered.Empty();
-    std::memcpy(buffered.GetBuffer(7), u"1234567", 16);
-    buffered.ReleaseBuffer();
-    EXPECT_EQ(buffered + u"8", CString(u"12345678"));
-    EXPECT_EQ((buffered = u'x').GetLength(), 1);
+    EXPECT_EQ('\\' + text + u'x' + u"y" + "z" + 0x3042 + 65U + 66L, u"\\P1xyz\u3042AB");
+    EXPECT_EQ(text, CString(u"P1 more", 7).Left(2).GetString());
+    EXPECT_EQ(units, text);
+    EXPECT_LE(text, units);
+    EXPECT_GE(units, text);
+    EXPECT_NE(text, longer.GetString());
+    EXPECT_LT(text, longer.GetString());
+    for (const unsigned short unit : {text[1L], text[std::size_t{1}]})
+        EXPECT_EQ(unit, '1');
+    for (const unsigned short none : {text[-1], text[2U], text[1LL << 32]})
+        EXPECT_EQ(none, 0);
+}
+
+TEST(CString, IsFilledThroughItsBuffer) {
+    CString text(nullptr);
+    std::memcpy(text.GetBuffer(20), u"12345678901234567890", 40);
+    text.ReleaseBuffer(12);
+    EXPECT_EQ(text, u"123456789012");
+    text.GetBuffer(30)[3] = 0;
+    text.ReleaseBuffer();
+    EXPECT_EQ(text, u"123");
+    text.Empty();
+    std::memcpy(text.GetBuffer(7), u"1234567", 16);
+    text.ReleaseBuffer();
+    EXPECT_EQ(text + u"8", u"12345678");
+    text = u'x';
+    EXPECT_EQ(text, u"x");
 }
 
 TEST(CString, OrdersByUnits) {
-    EXPECT_TRUE(CString(u"a") < CString(u"aa") && CString(u"b") > CString(u"ab"));
+    EXPECT_LT(CString(u"a"), CString(u"aa"));
+    EXPECT_GT(CString(u"b"), CString(u"ab"));
     EXPECT_LT(CString(u"\u3042"), CString(u"\uff71"));  // beyond the range of a signed 16-bit number
-    EXPECT_TRUE(CString(u"a") != CString(u"A") && CString(u"PCMCIA").CompareNoCase(u"pcmcia") == 0);
+    EXPECT_NE(CString(u"a"), CString(u"A"));
+    EXPECT_EQ(CString(u"PCMCIA").CompareNoCase(u"pcmcia"), 0);
 }
 
 // An element that counts its living objects and leaves `unset` to whoever prepared its storage.
@@ -128,7 +151,8 @@ TEST(CArray, GrowsByTheRule) {
         EXPECT_EQ(array.GetCapacity(), capacity) << size;
     }
     array.SetSize(-1);
-    EXPECT_TRUE(array.GetSize() == 1001 && array[1000] == 0);
+    EXPECT_EQ(array.GetSize(), 1001);
+    EXPECT_EQ(array[1000], 0);
 }
 
 TEST(CArray, ConstructsInZeroedStorageAndDestroysAll) {
@@ -145,7 +169,8 @@ TEST(CArray, ConstructsInZeroedStorageAndDestroysAll) {
         array.FreeExtra();
         Counted::copiesLeft = 5;
         EXPECT_THROW(array.SetSize(1000), std::bad_alloc);
-        EXPECT_TRUE(array.GetSize() == 10 && Counted::living == 10);
+        EXPECT_EQ(array.GetSize(), 10);
+        EXPECT_EQ(Counted::living, 10);
     }
     EXPECT_EQ(Counted::living, 0);
 }
@@ -165,10 +190,11 @@ TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
     CString all;
     for (int i = 0; i < array.GetSize(); ++i)
         all += array[i].Left(3) + u"|";
-    EXPECT_EQ(all, CString(u"a l|a l|a l|d|a l|||z|"));
+    EXPECT_EQ(all, u"a l|a l|a l|d|a l|||z|");
     CStringArray copy;
     copy.Copy(array);
-    EXPECT_TRUE(copy.Append(array) == 8 && copy[15] == u"z");
+    EXPECT_EQ(copy.Append(array), 8);
+    EXPECT_EQ(copy[15], u"z");
     EXPECT_THROW(array.InsertAt(0x7fffffff, u""), std::bad_alloc);
     EXPECT_THROW(array.InsertAt(0, u"", 0x7fffffff), std::bad_alloc);
     EXPECT_THROW(array.SetAtGrow(0x7fffffff, u""), std::bad_alloc);
@@ -179,29 +205,29 @@ TEST(CArray, InsertsAndRemovesElementsOfItsOwn) {
     array.FreeExtra();
     EXPECT_EQ(array.GetCapacity(), 5);
     array.SetAtGrow(6, array[0]);
-    EXPECT_EQ(array[6].GetLength(), kLong.Left(27).GetLength());
+    EXPECT_EQ(array[6], u"a longer name, kept outside");
 }
 
 TEST(Calendar, CountsEveryDay) {
+    const auto fieldsOf = [](unsigned long long fileTime, long long offset) {
+        const fieldscan::CalendarTime time = fieldscan::calendarTime(fileTime, offset);
+        return std::vector<int>(time.field, time.field + fieldscan::CalendarTime::kFields);
+    };
     int year = 1601, month = 1, day = 1;
     for (unsigned long long k = 0; k < 400000; ++k) {
-        const fieldscan::CalendarTime got = fieldscan::calendarTime(k * 864000000000ULL + 12345678, 0);
-        ASSERT_TRUE(got.field[0] == year && got.field[1] == month && got.field[2] == day) << k;
+        const std::vector<int> expected = {year, month, day, 0, 0, 1, 234};
+        ASSERT_EQ(fieldsOf(k * 864000000000ULL + 12345678, 0), expected) << k;
         const bool leap = year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
         const int days[] = {31, 28 + leap, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
         day = day == days[month - 1] ? 1 : day + 1;
         month = day > 1 ? month : month % 12 + 1;
         year += day == 1 && month == 1;
     }
-    const fieldscan::CalendarTime before = fieldscan::calendarTime(0, -1);
-    const std::vector<int> toTheSecond(before.field, before.field + 6);
-    EXPECT_EQ(toTheSecond, (std::vector<int>{1600, 12, 31, 23, 59, 59}));
-    EXPECT_EQ(fieldscan::calendarTime(12345678, 0).field[6], 234);
-    EXPECT_EQ(fieldscan::calendarTime(~0ULL, 0).field[0], 60056);
-    EXPECT_GE(fieldscan::calendarTime(fieldscan::system::fileTimeNow(), 0).field[0], 2020);
+    EXPECT_EQ(fieldsOf(0, -1), (std::vector<int>{1600, 12, 31, 23, 59, 59, 0}));
+    EXPECT_EQ(fieldsOf(~0ULL, 0)[0], 60056);
+    EXPECT_GE(fieldsOf(fieldscan::system::fileTimeNow(), 0)[0], 2020);
 }
 
-// What the formulas state: one turn more or less until the angle is in range.
 double wrappedByLoop(double a) {
     while (a < 0.0)
         a += 400.0;
@@ -223,6 +249,9 @@ TEST(Arithmetic, WrapsAsAddingTurnsWould) {
     double unbounded = std::numeric_limits<double>::infinity();
     fieldscan::wrapTurn(unbounded, 360.0, true);
     EXPECT_EQ(unbounded, std::numeric_limits<double>::infinity());
+}
+
+TEST(Arithmetic, TruncatesToTheNearestInteger) {
     EXPECT_EQ(fieldscan::truncated(-1e300), std::numeric_limits<int>::min());
     EXPECT_EQ(fieldscan::truncated(2147483647.5), std::numeric_limits<int>::max());
     EXPECT_EQ(fieldscan::truncated(-2147483647.9), -2147483647);
@@ -232,8 +261,9 @@ TEST(Arithmetic, WrapsAsAddingTurnsWould) {
 TEST(Lines, SplitAndTrim) {
     std::string_view fields[3];
     EXPECT_EQ(fieldscan::splitAtCommas("a, b ,c,d", fields, 3), 3);
-    EXPECT_EQ(std::string(fields[0]) + std::string(fieldscan::trimmed(fields[1])) + std::string(fields[2]),
-              "abc");
+    EXPECT_EQ(fields[0], "a");
+    EXPECT_EQ(fieldscan::trimmed(fields[1]), "b");
+    EXPECT_EQ(fields[2], "c");
     EXPECT_EQ(fieldscan::splitAtCommas("", fields, 3), 1);
     EXPECT_EQ(fieldscan::splitAtCommas(",", fields, 3), 2);
     EXPECT_EQ(fieldscan::trimmed(" \r\n"), "");
@@ -250,17 +280,8 @@ TEST(Card, GivesTheTitleOfAPath) {
     }
     CString program;
     ASSERT_TRUE(fieldscan::system::modulePath(program));
-    EXPECT_TRUE(CRTCard().IsFile(program) && !CRTCard().IsFile(program + u"x"));
-}
-
-CString shown;
-
-TEST(Message, GoesToTheHandler) {
-    const CKTImgMsg::Handler before = CKTImgMsg::SetHandler(
-        [](const CString& text, const CRect& place) { shown = place.Width() ? u"" : text; });
-    CKTImgMsg::DispMessage(u"card full");
-    EXPECT_EQ(shown, CString(u"card full"));
-    CKTImgMsg::SetHandler(before);
+    EXPECT_EQ(CRTCard().IsFile(program), 1);
+    EXPECT_EQ(CRTCard().IsFile(program + u"x"), 0);
 }
 
 }  // namespace

@@ -11,56 +11,37 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iterator>
 #include <random>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <tuple>
-#include <vector>
 
 using namespace std::string_view_literals;
-using fieldscan::Scanner;
-using Result = fieldscan::Scanner::Result;
+using namespace fieldscan;
+using Result = Scanner::Result;
 
 namespace {
 
-TEST(NumberText, IntegersSaturateAt32Bits) {
-    const std::tuple<std::string_view, int, int, std::size_t> rows[] = {
-        {"2147483648", 10, INT_MAX, 10},
-        {"-2147483649 ", 10, INT_MIN, 11},
-        {" \t\n\v\f\r+8x", 10, 8, 8},
-        {"-99999999999999999999", 10, INT_MIN, 21},
-        {"0xffffffff", 16, INT_MAX, 10},
-        {"1", 37, 0, 0},
-        {"12\0003"sv, 10, 12, 2},
-        {"\0001"sv, 10, 0, 0},
-        {{}, 10, 0, 0},
-    };
-    for (const auto& [text, base, value, length] : rows) {
-        std::size_t used = 99;
-        EXPECT_EQ(fieldscan::parseInt(text, base, &used), value) << text << " base " << base;
-        EXPECT_EQ(used, length) << text << " base " << base;
-    }
-}
-
-TEST(NumberText, HexadecimalDenormalsRoundToNearest) {
-    EXPECT_EQ(fieldscan::parseDouble("0x2b8a7263dbea93p-1076"), 0x0.ae29c98f6faa5p-1022);
-    EXPECT_EQ(fieldscan::parseDouble("0x2b8a7263dbea92p-1076"), 0x0.ae29c98f6faa4p-1022);
-    EXPECT_EQ(fieldscan::parseDouble("0x2b8a7263dbea92" + std::string(100, '0') + "1p-1480"),
-              0x0.ae29c98f6faa5p-1022);
-}
-
 // What the C library cannot be asked: it ends a text at a NUL, and the end of a view need not be one.
 TEST(NumberText, TextsEndWhereTheViewEnds) {
+    const std::tuple<std::string_view, int, std::size_t> integers[] = {
+        {"-2147483649 ", INT_MIN, 11}, {"12\0003"sv, 12, 2}, {"\0001"sv, 0, 0}, {{}, 0, 0}};
     std::size_t used = 99;
-    EXPECT_EQ(fieldscan::parseDouble("1.5\0005"sv, &used), 1.5);
+    for (const auto& [text, value, length] : integers) {
+        EXPECT_EQ(parseInt(text, 10, &used), value) << text;
+        EXPECT_EQ(used, length) << text;
+    }
+    EXPECT_EQ(parseInt("1", 37), 0) << "no such base";
+    EXPECT_EQ(parseDouble("1.5\0005"sv, &used), 1.5);
     EXPECT_EQ(used, 3u);
     const std::string_view line = "0x1.8p12";
     const double beginnings[] = {0, 0, 0, 1, 1, 1.5, 1.5, 3};
     for (std::size_t length = 0; length < line.size(); ++length)
-        EXPECT_EQ(fieldscan::parseDouble(line.substr(0, length)), beginnings[length]) << length;
+        EXPECT_EQ(parseDouble(line.substr(0, length)), beginnings[length]) << length;
+}
 
+TEST(NumberText, ScansEndWhereTheViewEnds) {
     Scanner scanner("7 a\0b 9 \0008"sv);
     int number = 0;
     std::string word;
@@ -72,6 +53,14 @@ TEST(NumberText, TextsEndWhereTheViewEnds) {
     EXPECT_EQ(number, 9);
     EXPECT_EQ(scanner.scanInt(number), Result::endOfInput);
     EXPECT_EQ(number, 9);
+}
+
+// The C library misrounds some of these.
+TEST(NumberText, HexadecimalDenormalsRoundToNearest) {
+    EXPECT_EQ(parseDouble("0x2b8a7263dbea93p-1076"), 0x0.ae29c98f6faa5p-1022);
+    EXPECT_EQ(parseDouble("0x2b8a7263dbea92p-1076"), 0x0.ae29c98f6faa4p-1022);
+    const std::string farOff = "0x2b8a7263dbea92" + std::string(100, '0') + "1p-1480";
+    EXPECT_EQ(parseDouble(farOff), 0x0.ae29c98f6faa5p-1022);
 }
 
 #if defined(__GLIBC__)
@@ -117,7 +106,7 @@ std::string exact(double value) {
     return text;
 }
 
-// Writes `value` behind a "-", which must not be taken for its sign, and reads it back. exponent: "%.Ne".
+// Writes `value` after a "-", which must not be taken for its sign, and reads it back. exponent: "%.Ne".
 void compareText(double value, int decimals, int width, bool zeroFill, bool exponent = false) {
     static char expected[4096] = "-";
     char* const number = expected + 1;
@@ -131,17 +120,14 @@ void compareText(double value, int decimals, int width, bool zeroFill, bool expo
     static std::string actual;
     actual = "-";
     if (exponent)
-        fieldscan::appendExponent(actual, value, decimals);
+        appendExponent(actual, value, decimals);
     else
-        fieldscan::appendFixed(actual, value, decimals, width, zeroFill);
+        appendFixed(actual, value, decimals, width, zeroFill);
     ASSERT_STREQ(actual.c_str(), expected) << exact(value) << " decimals " << decimals << " width " << width;
-    ASSERT_PRED2(same, fieldscan::parseDouble(std::string_view(actual).substr(1)), readBack) << number;
+    ASSERT_PRED2(same, parseDouble(std::string_view(actual).substr(1)), readBack) << number;
 }
 
 TEST_P(AgainstCLibrary, RandomDoubles) {
-    const std::tuple<int, int, bool, bool> forms[] = {{6, 0, false, false}, {10, 20, false, false},
-                                                      {5, 9, true, false},  {4, 10, false, false},
-                                                      {0, 0, false, false}, {6, 0, false, true}};
     std::uniform_real_distribution<double> coordinate(-2e6, 2e6);
     for (int i = 0; i < count(1000000); ++i) {
         double value = coordinate(m_random);
@@ -154,8 +140,9 @@ TEST_P(AgainstCLibrary, RandomDoubles) {
         } else if (i % 4 == 2) {  // every magnitude that the short way has, and those around it
             value = std::ldexp(value, i / 4 % 130 - 100);
         }
-        for (const auto& [decimals, width, zeroFill, exponent] : forms)
-            ASSERT_NO_FATAL_FAILURE(compareText(value, decimals, width, zeroFill, exponent));
+        ASSERT_NO_FATAL_FAILURE(compareText(value, 6, 0, false, i % 5 == 0));
+        for (const int decimals : {0, 4, 5, 10})
+            ASSERT_NO_FATAL_FAILURE(compareText(value, decimals, 2 * decimals, decimals == 5));
     }
 }
 
@@ -170,19 +157,6 @@ TEST_P(AgainstCLibrary, EdgesOfTheRange) {
                 for (const int width : {0, 1, 12, 400, 1600})
                     for (const int form : {0, 1, 2})
                         ASSERT_NO_FATAL_FAILURE(compareText(value, decimals, width, form == 1, form == 2));
-}
-
-TEST_P(AgainstCLibrary, IntegersAsText) {
-    for (int i = 0; i < count(100000); ++i) {
-        const long long value = i == 0 ? LLONG_MIN : static_cast<long long>(m_random()) >> m_random() % 64;
-        const int width = static_cast<int>(m_random() % 24);
-        const bool zeroFill = m_random() % 2;
-        char expected[40] = "-";
-        std::snprintf(expected + 1, sizeof expected - 1, zeroFill ? "%0*lld" : "%*lld", width, value);
-        std::string actual = "-";
-        fieldscan::appendInt(actual, value, width, zeroFill);
-        ASSERT_EQ(actual, expected) << value << " width " << width;
-    }
 }
 
 int saturated(long long value) { return static_cast<int>(std::clamp<long long>(value, INT_MIN, INT_MAX)); }
@@ -237,13 +211,12 @@ void compareParse(const std::string& text) {
     char* end = nullptr;
     std::size_t used = 99;
     const double number = inPlainLocale([&] { return std::strtod(begin, &end); });
-    const double actual = fieldscan::parseDouble(text, &used);
+    const double actual = parseDouble(text, &used);
     ASSERT_TRUE(agree(text, actual, number)) << shown(text) << exact(actual) << " not " << exact(number);
     ASSERT_EQ(used, static_cast<std::size_t>(end - begin)) << shown(text);
     for (const int base : {10, 16, 0, 8, 2, 36}) {
         const long long integer = inPlainLocale([&] { return std::strtoll(begin, &end, base); });
-        ASSERT_EQ(fieldscan::parseInt(text, base, &used), saturated(integer))
-            << shown(text) << " base " << base;
+        ASSERT_EQ(parseInt(text, base, &used), saturated(integer)) << shown(text) << " base " << base;
         ASSERT_EQ(used, static_cast<std::size_t>(end - begin)) << shown(text) << " base " << base;
     }
     for (const char* order : {"fff", "dfsd", "sfd", "ddf"})
@@ -262,18 +235,11 @@ const char kTexts[] =
     "0x1.000000000000080000000001p0|0x1.00000000000018p0|1.7976931348623157e308|"
     "1.7976931348623159e308|4.9e-324|2.4703282292062327e-324|2.4703282292062328e-324|"
     "2.2250738585072011e-308|9007199254740993|9007199254740993.00000000000000000000000000000001|"
-    "2147483648|-2147483649|99999999999999999999|0777|089|0b1|zz";
-
-std::vector<std::string> listTexts() {
-    std::istringstream list(kTexts);
-    std::vector<std::string> texts;
-    for (std::string text; std::getline(list, text, '|');)
-        texts.push_back(text);
-    return texts;
-}
+    "2147483648|-2147483649|0xffffffff|99999999999999999999|0777|089|0b1|zz";
 
 TEST_P(AgainstCLibrary, HostileTexts) {
-    for (const std::string& text : listTexts())
+    std::istringstream list(kTexts);
+    for (std::string text; std::getline(list, text, '|');)
         ASSERT_NO_FATAL_FAILURE(compareParse(text));
     const std::string zeros(10000, '0'), nines(10000, '9');
     // clang-format off
@@ -287,37 +253,6 @@ TEST_P(AgainstCLibrary, HostileTexts) {
           "nan(" + nines + ")", std::string(10000, ' ') + "1"})
         // clang-format on
         ASSERT_NO_FATAL_FAILURE(compareParse(text));
-}
-
-TEST_P(AgainstCLibrary, RandomTexts) {
-    const std::string alphabet = "0123456789+-.eExXpPinfaty() \t";
-    const std::vector<std::string> texts = listTexts();
-    const auto below = [this](std::size_t n) { return static_cast<std::size_t>(m_random() % n); };
-    const auto digits = [&] {
-        return std::to_string(m_random() % 1000000000 + 1000000000).substr(1 + below(10));
-    };
-    for (int i = 0; i < count(200000); ++i) {
-        // Integers of up to 64 bits: half of those between 2^53 and 2^54 need rounding to even.
-        const std::uint64_t integer = m_random() >> below(64);
-        const int power = static_cast<int>(below(700)) - 350;
-        char hexadecimal[40];
-        std::snprintf(hexadecimal, sizeof hexadecimal, "0x%jxp%d", std::uintmax_t{integer}, power * 4);
-        std::string letters;
-        std::generate_n(std::back_inserter(letters), below(12),
-                        [&] { return alphabet[below(alphabet.size())]; });
-        const std::string exponent = "e" + std::to_string(power);
-        const std::string kinds[] = {
-            // All over the range of double and beyond.
-            std::to_string(integer), std::to_string(integer) + exponent, hexadecimal, letters,
-            texts[below(texts.size())],
-            // Coordinates: up to 9 digits on either side of the point, and what may stand behind.
-            digits() + "." + digits() + letters.substr(0, 1),
-            digits() + "." + digits() + std::string(below(12), '7')};
-        std::string text = kinds[below(7)];
-        for (std::size_t edits = below(4); edits > 0; --edits)
-            text.replace(below(text.size() + 1), below(3), below(3), alphabet[below(alphabet.size())]);
-        ASSERT_NO_FATAL_FAILURE(compareParse(text));
-    }
 }
 
 #else
