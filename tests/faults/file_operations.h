@@ -2,14 +2,7 @@
 #ifndef FIELDSCAN_TESTS_FAULTS_FILE_OPERATIONS_H
 #define FIELDSCAN_TESTS_FAULTS_FILE_OPERATIONS_H
 
-#include <fieldscan/camera.h>
-#include <fieldscan/message.h>
-#include <fieldscan/panorama_files.h>
-#include <fieldscan/point_files.h>
-#include <fieldscan/range.h>
-#include <fieldscan/scan_area.h>
-#include <fieldscan/scan_result_files.h>
-#include <fieldscan/unit_settings.h>
+#include <fieldscan/fieldscan.h>
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -1,11 +1,8 @@
-// Lines that were cut off, texts that would not come back from a line, byte order marks.
+// Lines that were cut off, texts that would not come back from a line.
 #include <fieldscan/camera.h>
-#include <fieldscan/panorama_files.h>
 #include <fieldscan/point_files.h>
-#include <fieldscan/range.h>
 #include <fieldscan/scan_area.h>
 #include <fieldscan/scan_result_files.h>
-#include <fieldscan/unit_settings.h>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -37,8 +34,7 @@ protected:
 const std::string kVersion = "FIELD_SCAN_MPT_FILEVER1.0\r\n", kPlain = "N,1.000000,2.000000,3.000000\n",
                   kVersioned = "N,1.000000,2.000000,3.000000,,0,,0.0000,0.0000\n";
 
-// A last line without line feed is a point when it has its fields, else what a writer left that never
-// finished.
+// A last line without line feed is a point when it has its fields, else the rest of a call that never ended.
 TEST_F(RecordedLines, AppendingKeepsPointsAndCutsTheirRests) {
     const std::string whole = "A,1,2,3\n";
     std::string tooLong;
@@ -81,6 +77,9 @@ TEST_F(RecordedLines, AppendingKeepsVersionedPointsAndCutsTheirRests) {
         {kVersion + "B", kVersion},
         {mark + whole + "B,1,2,3", mark + whole},
         {mark + "FIELD_SCAN", mark + kVersion},
+        {kVersion.substr(0, kVersion.size() - 1), kVersion},
+        {"F", kVersion},
+        {"", kVersion},
         {"FIELD_SCAN_MPT_FILEVER1.0 \nB,1,2,3", "FIELD_SCAN_MPT_FILEVER1.0 \n"},
         {std::string(20, '\0'), kVersion},
         {"FIELD_SCAN_X", "FIELD_SCAN_X\n"},
@@ -110,102 +109,65 @@ TEST_F(RecordedLines, ReadersDropWhatWasCutOff) {
     EXPECT_EQ(points.GetSize(), 1);
 }
 
+// A text on a line of its own, or after the last field that is read, may hold a comma.
 TEST_F(RecordedLines, TextsThatWouldNotComeBackAreRefused) {
-    const CString comma(u"a,b"), feed(u"a\nb"), carriage(u"a\rb"), nul = CString('a') + CString(u"\0b", 2);
-    const auto with = [&](const CString& name, const CString& code) {
+    using Text = const CString&;
+    const auto with = [](Text name, Text code) {
         CXYZ point(name, 1, 2, 3);
         point.code = code;
         return point;
     };
-    const auto inLists = [&](const CXYZ& point, int append) {
-        Points list;
-        list.SetSize(2);
-        list[1] = point;
-        return WriteCSVFile(&file, list, append) + (point.code.IsEmpty() ? ScanFileAdd(file, list) : 0) +
-               KVX4NP_CSVFileWrite(file, list, first, second, texts, append);
+    const auto list = [&](Text name) -> Points& {
+        points.SetSize(2);
+        points[1].name = name;
+        return points;
     };
-    const auto asMark = [&](const CString& name) {
+    const auto asMark = [&](Text name) {
         CCamera camera;
         camera.marks.SetSize(1);
         camera.markNames.Add(name);
         return camera.Write(file);
     };
-    const auto asImage = [&](CString image, const CString& name) {
+    const auto asImage = [&](CString image, Text name) {
         CSize size(1, 1);
-        points[0].name = name;
-        return WriteImcFile(&file, &image, size, points);
+        return WriteImcFile(&file, &image, size, list(name));
     };
-    const auto asShot = [&](const CString& name) {
+    const auto asShot = [&](Text name) {
         CScanArea area;
         area.imageNames.Add(name);
         return area.Write(file);
     };
+    enum Kind { field, line, word };
+    const std::tuple<Kind, const char*, std::function<int(Text)>> writers[] = {
+        {field, "name", [&](Text t) { return ScanFileAdd(file, with(t, u"")); }},
+        {field, "name before text", [&](Text t) { return ScanFileAdd(file, with(t, u""), u""); }},
+        {field, "code before text", [&](Text t) { return ScanFileAdd(file, with(u"P", t), u""); }},
+        {field, "names", [&](Text t) { return ScanFileAdd(file, list(t)); }},
+        {field, "new names", [&](Text t) { return WriteCSVFile(&file, list(t), 0); }},
+        {field, "added names", [&](Text t) { return WriteCSVFile(&file, list(t), 1); }},
+        {field, "versioned name", [&](Text t) { return KVX4NP_CSVFileAdd(file, with(t, u""), 0, 0, u""); }},
+        {field, "versioned code", [&](Text t) { return KVX4NP_CSVFileAdd(file, with(u"P", t), 0, 0, u""); }},
+        {field, "versioned text", [&](Text t) { return KVX4NP_CSVFileAdd(file, with(u"P", u""), 0, 0, t); }},
+        {field, "versioned names",
+         [&](Text t) { return KVX4NP_CSVFileWrite(file, list(t), first, second, texts, 0); }},
+        {line, "code", [&](Text t) { return ScanFileAdd(file, with(u"P", t)); }},
+        {line, "text", [&](Text t) { return ScanFileAdd(file, with(u"P", u""), t); }},
+        {line, "image", [&](Text t) { return asImage(t, u"P"); }},
+        {line, "shot", asShot},
+        {word, "mark", asMark},
+        {word, "image point", [&](Text t) { return asImage(u"image", t); }}};
     put("file", "kept\n");
-    for (const CString& word : {CString(), CString(u"a b"), CString(u"a\tb")}) {
-        EXPECT_EQ(asMark(word), 0);
-        EXPECT_EQ(asImage(u"image", word), 0);
-    }
-    for (const CString& text : {comma, feed, carriage, nul, CString(u"\uFEFFa")}) {
-        EXPECT_EQ(ScanFileAdd(file, with(text, u"")), 0);
-        EXPECT_EQ(ScanFileAdd(file, with(text, u""), u""), 0);
-        EXPECT_EQ(ScanFileAdd(file, with(u"P", text), u""), 0);
-        EXPECT_EQ(KVX4NP_CSVFileAdd(file, with(text, u""), 0, 0, u""), 0);
-        EXPECT_EQ(KVX4NP_CSVFileAdd(file, with(u"P", text), 0, 0, u""), 0);
-        EXPECT_EQ(KVX4NP_CSVFileAdd(file, with(u"P", u""), 0, 0, text), 0);
-        EXPECT_EQ(inLists(with(text, u""), 0), 0);
-        EXPECT_EQ(inLists(with(text, u""), 1), 0);
-        if (text == comma)
-            continue;
-        EXPECT_EQ(ScanFileAdd(file, with(u"P", text)), 0);
-        EXPECT_EQ(ScanFileAdd(file, with(u"P", u""), text), 0);
-        EXPECT_EQ(asMark(text), 0);
-        EXPECT_EQ(asImage(text, u"P"), 0);
-        EXPECT_EQ(asImage(u"image", text), 0);
-        EXPECT_EQ(asShot(text), 0);
-    }
+    for (const CString& text : {CString(u"a\nb"), CString(u"a\rb"), CString(u"a\0b", 3), CString(u"\uFEFFa")})
+        for (const auto& [kind, what, write] : writers)
+            EXPECT_EQ(write(text), 0) << what;
+    for (const auto& [kind, what, write] : writers)
+        for (const char16_t* text : {u"", u"a b", u"a\tb"})
+            EXPECT_EQ(kind == word ? write(text) : 0, 0) << what;
+    for (const auto& [kind, what, write] : writers)
+        EXPECT_EQ(kind == field ? write(u"a,b") : 0, 0) << what;
     EXPECT_EQ(get("file"), "kept\n");
-    EXPECT_EQ(ScanFileAdd(file, with(u"P", u""), comma), 1) << "after the fields that are read";
-    EXPECT_EQ(ScanFileAdd(file, with(u"P", comma)), 1);
-    EXPECT_EQ(asMark(comma), 1);
-    EXPECT_EQ(asImage(comma, comma), 1);
-    EXPECT_EQ(asShot(comma), 1);
-}
-
-// As spreadsheets write one. Elsewhere its bytes are characters.
-TEST_F(RecordedLines, AByteOrderMarkIsPassedOver) {
-    CString name;
-    CSize size;
-    double v[6];
-    CTSUnit unit;
-    CScanArea area;
-    const std::pair<std::string, std::function<bool()>> rows[] = {
-        {"A,1,2,3\n", [&] { return ReadCSVFile(&file, points, 1) && points[0].name == u"A"; }},
-        {"A,1,2,3\n", [&] { return ReadOccInfoFile(&file, points, 1) && points[0].name == u"A"; }},
-        {"i\n1 2\n0\n", [&] { return ReadImcFile(&file, &name, size, points, 1) && name == u"i"; }},
-        {kVersion + "A,1,2,3,c,4,t,5,6\n", [&] { return readVersioned() && points.GetSize() == 1; }},
-        {"1\n2\n3\n0\n0\n4\n5\n0\n",
-         [&] {
-             CCamera camera;
-             return camera.Read(file) && camera.focal == 1.0;
-         }},
-        {"3 4\n1 2\n1 2\n", [&] { return area.Read(file) && area.columnCount == 3; }},
-        {"WQ_FSCAN_AREA_FORMAT_V2\n",
-         [&] { return !area.Read2(file) && area.headerLine == u"WQ_FSCAN_AREA_FORMAT_V2"; }},
-        {"KVX4NP_PANORAMAINFO_FILEVER1.0\n1\n2\n3\n4\n",
-         [&] { return KVX4NP_ReadPanoramaInfo(file, v[0], v[1], v[2], v[3]) == 1; }},
-        {"KZ5_EXT_FILEVER1.0\n1\n2\n3\n4\n5\n6\n",
-         [&] { return ReadExtFile(file, v[0], v[1], v[2], v[3], v[4], v[5]) == 1; }},
-        {"FIELD_SCAN_UNI_FILEVER1.1\n1\n2\n3\n", [&] { return unit.Read(file) && unit.angle == 3; }},
-        {"FIELD_SCAN_RNG_FILEVER1.0\n0\n0\n1\n1 2 3\n1 2 3\n", [&] { return CRange().Read(file) == 1; }}};
-    for (const auto& [bytes, reads] : rows) {
-        put("file", "\xEF\xBB\xBF" + bytes);
-        if (usePage(65001)) {
-            EXPECT_TRUE(reads()) << bytes;
-        }
-        if (usePage(1252)) {
-            EXPECT_FALSE(reads()) << bytes;
-        }
-    }
+    for (const auto& [kind, what, write] : writers)
+        EXPECT_EQ(write(u"a,b"), kind != field) << what;
 }
 
 }  // namespace

@@ -1,9 +1,10 @@
-// A sample of each file format, docs/samples, is read and written again byte for byte; docs/file_formats.md
-// shows the same lines.
+// A sample of each file format, docs/samples, is read and written again byte for byte, also with other line
+// ends and a byte order mark; docs/file_formats.md shows the same lines.
 #include <fieldscan/fieldscan.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <vector>
 
 #include "tests/temp_folder.h"
 
@@ -43,7 +44,7 @@ int rewrite(const std::string& name, CString from, CString to) {
     if (name == "exterior_orientation.ext")
         return ReadExtFile(from, v[0], v[1], v[2], v[3], v[4], v[5]) &&
                WriteExtFile(to, v[0], v[1], v[2], v[3], v[4], v[5]);
-    // What lies behind the four fields of a point is not read in these two.
+    // What follows the four fields of a point is not read in these two.
     if (name == "occupied_points.csv" && ReadOccInfoFile(&from, points, 1) && points.GetSize() == 1) {
         points[0].code = u"1.525";
         return ScanFileAdd(to, points);
@@ -69,17 +70,28 @@ TEST_F(Samples, AreWrittenAsTheyWereRead) {
         ++samples;
         std::string lines = bytes;
         lines.erase(std::remove(lines.begin(), lines.end(), '\r'), lines.end());
-        const std::string variants[] = {bytes, withLineEnds(lines, "\r\n"),
-                                        lines.substr(0, lines.size() - 1)};
+        std::vector<std::string> variants = {lines.substr(0, lines.size() - 1), bytes,
+                                             withLineEnds(lines, "\r\n")};
+        const std::string marked = "\xEF\xBB\xBF" + bytes;  // as spreadsheets write it
+        if (usePage(65001))
+            variants.push_back(marked);
         for (const std::string& variant : variants) {
             put("in", variant);
             std::filesystem::remove(folder / name);
             // A last line without an end tells the second version of the scan-area file that it was cut off.
-            const bool cut = name == "scan_area_v2.txt" && &variant == &variants[2];
+            const bool cut = name == "scan_area_v2.txt" && variant == variants[0];
             EXPECT_EQ(rewrite(name, path("in"), path(name)), !cut) << name;
             EXPECT_EQ(get(name), cut ? "" : bytes) << name;
         }
-        const std::string shown = withLineEnds("\n" + variants[2], "\n    ") + "\n";
+        // In other code pages the mark is three characters. Unit settings of no version are the same as the
+        // sample's.
+        if (usePage(1252) && name != "unit_settings.txt") {
+            put("in", marked);
+            std::filesystem::remove(folder / name);
+            rewrite(name, path("in"), path(name));
+            EXPECT_NE(get(name), bytes) << name;
+        }
+        const std::string shown = withLineEnds("\n" + variants[0], "\n    ") + "\n";
         EXPECT_NE(page.find(shown), std::string::npos) << name << " in file_formats.md";
     }
     EXPECT_EQ(samples, 12);

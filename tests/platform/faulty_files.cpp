@@ -162,20 +162,12 @@ int __wrap_ftruncate64(int file, off64_t length) {
 }  // extern "C"
 // NOLINTEND(bugprone-reserved-identifier)
 
+// The forms for arrays and without exceptions come down to these.
 void* operator new(std::size_t size) {
     void* const storage = memoryEnds() ? nullptr : std::malloc(size);
     if (!storage)
         throw std::bad_alloc();
     return storage;
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return memoryEnds() ? nullptr : std::malloc(size);
-}
-void* operator new[](std::size_t size) { return operator new(size); }
-void* operator new[](std::size_t size, const std::nothrow_t& none) noexcept {
-    return operator new(size, none);
-}
 void operator delete(void* storage) noexcept { std::free(storage); }
 void operator delete(void* storage, std::size_t) noexcept { std::free(storage); }
-void operator delete[](void* storage) noexcept { std::free(storage); }
-void operator delete[](void* storage, std::size_t) noexcept { std::free(storage); }

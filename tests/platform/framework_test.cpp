@@ -13,7 +13,6 @@
 
 #include "platform/framework/angle_wrap.h"
 #include "platform/framework/calendar.h"
-#include "platform/framework/line_text.h"
 #include "platform/framework/truncation.h"
 #include "platform/system.h"
 #include "tests/print_text.h"
@@ -256,17 +255,6 @@ TEST(Arithmetic, TruncatesToTheNearestInteger) {
     EXPECT_EQ(fieldscan::truncated(2147483647.5), std::numeric_limits<int>::max());
     EXPECT_EQ(fieldscan::truncated(-2147483647.9), -2147483647);
     EXPECT_EQ(fieldscan::truncated(std::nan("")), 0);
-}
-
-TEST(Lines, SplitAndTrim) {
-    std::string_view fields[3];
-    EXPECT_EQ(fieldscan::splitAtCommas("a, b ,c,d", fields, 3), 3);
-    EXPECT_EQ(fields[0], "a");
-    EXPECT_EQ(fieldscan::trimmed(fields[1]), "b");
-    EXPECT_EQ(fields[2], "c");
-    EXPECT_EQ(fieldscan::splitAtCommas("", fields, 3), 1);
-    EXPECT_EQ(fieldscan::splitAtCommas(",", fields, 3), 2);
-    EXPECT_EQ(fieldscan::trimmed(" \r\n"), "");
 }
 
 TEST(Card, GivesTheTitleOfAPath) {

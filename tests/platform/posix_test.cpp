@@ -1,5 +1,6 @@
 // What replaces the device's system on POSIX systems.
 #include <fieldscan/framework/file.h>
+#include <fieldscan/unit_settings.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -7,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/framework/rewritten_file.h"
 #include "platform/system.h"
 #include "tests/temp_folder.h"
 
@@ -40,17 +40,8 @@ TEST_F(Posix, ReplacesInTheCurrentFolder) {
     const fs::path before = fs::current_path();
     fs::current_path(folder);
     put("name", "old");
-    CFile::Cause cause;
-    {
-        fieldscan::RewrittenFile file;
-        ASSERT_TRUE(file.open(u"name", cause));
-        file.lines().text() = "new";
-        EXPECT_TRUE(file.finish());
-        EXPECT_EQ(get("name"), "new");
-        ASSERT_TRUE(file.open(u"name", cause));
-        file.lines().text() = "given up";
-    }
-    EXPECT_EQ(get("name"), "new");
+    EXPECT_EQ(CTSUnit().Write(u"name"), 1);
+    EXPECT_EQ(get("name").substr(0, 10), "FIELD_SCAN");
     EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1);
     fs::current_path(before);
 }

@@ -14,40 +14,33 @@ namespace {
 
 using StringUtilities = TempFolder;  // clears the code page
 
-TEST_F(StringUtilities, NamesCount) {
-    const auto counted = [](CString text, int step) {
-        return CString(IncrStr(text, step) ? u"|" : u"|refused ") + text;
-    };
-    EXPECT_EQ(counted(u"P009", 1) + counted(u"P999", 1) + counted(u"99", 901) + counted(u"AB9", 2147483647),
-              CString(u"|P010|P1000|1000|AB2147483656"));
-    EXPECT_EQ(counted(u"A1B07", -7) + counted(u"A1B07", -8) + counted(u"", -1),
-              CString(u"|A1B00|refused A1B07|refused "));
-    EXPECT_EQ(counted(CString('9', 40), 1), CString(u"|1") + CString('0', 40));
-    CString text(u"9");
-    EXPECT_TRUE(StrPlusOne(text) && text == u"10" && StrMinusOne(text) && text == u"09");
-}
-
-// As an operator types them with a Japanese keyboard.
-TEST_F(StringUtilities, FullWidthDigitsCountInTheirWidth) {
-    const std::tuple<const char16_t*, int, const char16_t*> rows[] = {{u"測点００９", 1, u"測点０１０"},
-                                                                      {u"Ｐ９９", 1, u"Ｐ１００"},
-                                                                      {u"Ｐ１０", -1, u"Ｐ０９"},
-                                                                      {u"P９9", 1, u"P１０0"},
-                                                                      {u"P9９", 1, u"P10０"},
-                                                                      {u"Ｐ", 1, u"Ｐ1"},
-                                                                      {u"/：", 1, u"/：1"},
-                                                                      {u"P９／", 1, u"P９／1"}};
+TEST_F(StringUtilities, NamesCountInTheWidthOfTheirDigits) {
+    // clang-format off
+    const std::tuple<const char16_t*, int, const char16_t*> rows[] = {
+        {u"P009", 1, u"P010"}, {u"P999", 1, u"P1000"}, {u"99", 901, u"1000"}, {u"10", -1, u"09"},
+        {u"AB9", 2147483647, u"AB2147483656"}, {u"A1B07", -7, u"A1B00"},
+        // As an operator types them with a Japanese keyboard.
+        {u"測点００９", 1, u"測点０１０"}, {u"Ｐ９９", 1, u"Ｐ１００"}, {u"Ｐ１０", -1, u"Ｐ０９"}, {u"P９9", 1, u"P１０0"},
+        {u"P9９", 1, u"P10０"}, {u"Ｐ", 1, u"Ｐ1"}, {u"/：", 1, u"/：1"}, {u"P９／", 1, u"P９／1"}};
+    // clang-format on
     for (const auto& [before, step, after] : rows) {
         CString text(before);
-        EXPECT_EQ(IncrStr(text, step), 1);
+        EXPECT_EQ(IncrStr(text, step), 1) << step;
         EXPECT_EQ(text, CString(after));
     }
-    CString nought(u"Ｐ０");
-    EXPECT_EQ(StrMinusOne(nought), 0);
+    for (const char16_t* nought : {u"", u"A0", u"Ｐ０"}) {
+        CString text(nought);
+        EXPECT_EQ(StrMinusOne(text), 0);
+        EXPECT_EQ(text, CString(nought));
+    }
+    CString nines('9', 40);
+    EXPECT_EQ(StrPlusOne(nines), 1);
+    EXPECT_EQ(nines, u'1' + CString('0', 40));
 }
 
 TEST_F(StringUtilities, CodesAndItems) {
-    EXPECT_EQ(IsSameCode(u" WALL\t\u3000", u"\u3000WALL") * 10 + IsSameCode(u"WALL", u"Wall"), 10);
+    EXPECT_EQ(IsSameCode(u" WALL\t\u3000", u"\u3000WALL"), 1);
+    EXPECT_EQ(IsSameCode(u"WALL", u"Wall"), 0);
     const char16_t* const items[] = {nullptr, u"a", u"b", u"d", u"", nullptr};
     for (int i = 0; i < 6; ++i) {
         CString item = u"a, b\u3000,d,";
@@ -55,11 +48,14 @@ TEST_F(StringUtilities, CodesAndItems) {
         EXPECT_EQ(item, CString(items[i])) << i;
     }
     CString item;
-    EXPECT_TRUE(CutItemInStr(u"", 0, item) && CutItemInStr(u"a,b;c", 1, item, ';') && item == u"c");
-    EXPECT_TRUE(CStringToInt(u" -12.5x") == -12 && CStringToInt(u"99999999999") == 2147483647);
+    EXPECT_EQ(CutItemInStr(u"", 0, item), 1);
+    EXPECT_EQ(CutItemInStr(u"a,b;c", 1, item, ';'), 1);
+    EXPECT_EQ(item, u"c");
+    EXPECT_EQ(CStringToInt(u" -12.5x"), -12);
+    EXPECT_EQ(CStringToInt(u"99999999999"), 2147483647);
 }
 
-// The result and the text of `call` in width + 1 bytes, behind which it must not write.
+// The result and the text of `call` in width + 1 bytes, beyond which it must not write.
 template <class Call>
 std::string filled(int width, Call call) {
     std::string bytes(static_cast<std::size_t>(width) + 5, '#');
@@ -93,12 +89,20 @@ TEST_F(StringUtilities, FieldsHoldWholeCharacters) {
         EXPECT_EQ(filled(w, [&](char* out) { return CStringToChar(text, out, w + 1); }), narrow);
     }
     EXPECT_EQ(filled(3, [](char* out) { return ScopyPad(out, nullptr, 3); }), "3   ");
-    EXPECT_EQ(Scopy(nullptr, "abc", 3) + ConvUniToAscii(CString(u"a"), nullptr, 9), 0);
+    EXPECT_EQ(Scopy(nullptr, "abc", 3), 0);
+    EXPECT_EQ(ConvUniToAscii(CString(u"a"), nullptr, 9), 0);
+}
 
+TEST_F(StringUtilities, WideFieldsHoldWholeCharacters) {
     unsigned short wide[8];
-    EXPECT_TRUE(TScopy(wide, CString(u"P \u3000Q"), 3) == 1 && CString(wide) == u"P");
-    EXPECT_TRUE(TScopy(wide, CString(u"a\U0001F600"), 2) == 1 && CString(wide) == u"a") << "half a pair";
-    EXPECT_TRUE(TScopyPad(wide, wide, 3) == 3 && CString(wide) == u"a  ") << "in place";
+    EXPECT_EQ(TScopy(wide, CString(u"P \u3000Q"), 3), 1);
+    EXPECT_EQ(CString(wide), u"P");
+    EXPECT_EQ(TScopy(wide, CString(u"a\U0001F600"), 2), 1);
+    EXPECT_EQ(CString(wide), u"a") << "half a pair";
+    EXPECT_EQ(TScopyPad(wide, wide, 3), 3);
+    EXPECT_EQ(CString(wide), u"a  ") << "in place";
+    const unsigned short half[] = {'P', 0xD83D};
+    EXPECT_EQ(TScopy(wide, half, 2), 1);
 }
 
 // A field of a record has no zero byte: the next one begins right after it.
@@ -118,13 +122,16 @@ TEST_F(StringUtilities, WhatFollowsAFieldChangesNothing) {
         const std::vector<char> alone(field.begin(), field.end());
         EXPECT_EQ(Scopy(out, alone.data(), width), length) << "the end of what may be read";
     }
-    const unsigned short half[] = {'P', 0xD83D};
-    unsigned short wide[3];
-    EXPECT_EQ(TScopy(wide, half, 2), 1);
 }
 
 TEST_F(StringUtilities, DoubleByteCharacters) {
-    EXPECT_EQ(IsDbcsLead(0x81) + IsDbcsTrail(0x40) + IsDbcsTrailAt("\x81\x40", 1), ansiPage() == 932 ? 3 : 0);
+    for (const unsigned int page : {65001u, 1252u, 932u}) {
+        if (!usePage(page))
+            continue;
+        EXPECT_EQ(IsDbcsLead(0x81), page == 932) << page;
+        EXPECT_EQ(IsDbcsTrail(0x40), page == 932) << page;
+        EXPECT_EQ(IsDbcsTrailAt("\x81\x40", 1), page == 932) << page;
+    }
     if (!usePage(932))
         return;
     std::string edges, seconds;
@@ -132,8 +139,10 @@ TEST_F(StringUtilities, DoubleByteCharacters) {
         for (const auto& [name, test] : {std::make_pair("L", IsDbcsLead), std::make_pair("T", IsDbcsTrail)})
             edges += test(byte) != test(byte + 1) ? name + std::to_string(byte) : "";
     EXPECT_EQ(edges, "T63T126T127L128L159L223L252T252");
-    EXPECT_EQ(IsDbcsLead('\x81') + IsDbcsTrail('\x80') + IsDbcsTrailAt(nullptr, 1), 2);
-    // A second byte in the range of first ones, a first one alone before a blank, half-width, the end.
+    EXPECT_EQ(IsDbcsLead('\x81'), 1);
+    EXPECT_EQ(IsDbcsTrail('\x80'), 1);
+    EXPECT_EQ(IsDbcsTrailAt(nullptr, 1), 0);
+    // A second byte in the range of first ones, a first one before a blank, half-width, the end.
     for (int i = -1; i < 10; ++i)
         seconds += std::to_string(IsDbcsTrailAt("\x83\x83\x83\x5C\x81 \xB1\x83", i));
     EXPECT_EQ(seconds, "00101000000");
@@ -142,14 +151,13 @@ TEST_F(StringUtilities, DoubleByteCharacters) {
 
 TEST(FileNames, ThatACardTakes) {
     for (const char16_t* good : {u"JOB 1.csv", u"CONE.txt", u"COM0", u"COMA", u"COM10", u"ABC1", u"x.CON"})
-        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(good), 1) << CString(good)[0];
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(good), 1) << testing::PrintToString(CString(good));
     for (const char16_t* bad : {u"", u"a ", u"..", u"con", u"Nul.a.b", u"PRN .x", u"aux", u"lpt9", u"COM1"})
-        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(bad), 0) << CString(bad)[0];
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(bad), 0) << testing::PrintToString(CString(bad));
     EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString('n', 255)), 1);
     EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString('n', 256)), 0);
     for (const char letter : std::string("\\/:*?\"<>|\x1F\0", 11))
-        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString(u"a") + static_cast<unsigned short>(letter) + u"b"),
-                  0);
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(u'a' + CString(letter) + u"b"), 0) << letter;
 }
 
 }  // namespace
