@@ -80,8 +80,8 @@ TEST_F(ValueFiles, UnitSettingsOfBothVersions) {
     set = unit;
     EXPECT_EQ(set.version, u"FIELD_SCAN_UNI_FILEVER1.0");
     EXPECT_EQ(CTSUnit(unit).version, u"");
-    EXPECT_EQ(CTSUnit(set).Write(path("u")), 1);
     const std::string v11 = "FIELD_SCAN_UNI_FILEVER1.1\n2\t\t\t// meter-feet\n-1\t\t\t// feet\n";
+    EXPECT_EQ(CTSUnit(set).Write(path("u")), 1);
     EXPECT_EQ(get("u"), v11 + "0\t\t\t// angle\n");
 
     const std::tuple<std::string, int, const char*> rows[] = {
