@@ -42,7 +42,7 @@ protected:
         CKTImgMsg::SetHandler(nullptr);
         TempFolder::TearDown();
     }
-    // A file of each operation, in its place as "file", or none there.
+    // Makes a file of the operation, or removes it.
     void prepare(const Operation& operation, bool present) {
         faults::arm(faults::none, 0);
         std::filesystem::remove(folder / "file");
@@ -66,7 +66,7 @@ protected:
         return wholeLines && ((operation.kind == overwrites && (present || !after.empty())) ||
                               (operation.kind == appendsMany && after.size() > before.size()));
     }
-    // Nothing lies beside the file, and none is open.
+    // No other file is left in the folder, and no file is open.
     bool tidy() const {
         for (const auto& entry : std::filesystem::directory_iterator(folder))
             if (entry.path().filename() != "file")

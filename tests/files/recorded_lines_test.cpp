@@ -9,6 +9,7 @@
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "tests/temp_folder.h"
 
@@ -160,11 +161,15 @@ TEST_F(RecordedLines, TextsThatWouldNotComeBackAreRefused) {
     for (const CString& text : {CString(u"a\nb"), CString(u"a\rb"), CString(u"a\0b", 3), CString(u"\uFEFFa")})
         for (const auto& [kind, what, write] : writers)
             EXPECT_EQ(write(text), 0) << what;
-    for (const auto& [kind, what, write] : writers)
-        for (const char16_t* text : {u"", u"a b", u"a\tb"})
-            EXPECT_EQ(kind == word ? write(text) : 0, 0) << what;
-    for (const auto& [kind, what, write] : writers)
-        EXPECT_EQ(kind == field ? write(u"a,b") : 0, 0) << what;
+    for (const auto& [kind, what, write] : writers) {
+        std::vector<const char16_t*> refused;
+        if (kind == word)
+            refused = {u"", u"a b", u"a\tb"};
+        if (kind == field)
+            refused = {u"a,b"};
+        for (const char16_t* text : refused)
+            EXPECT_EQ(write(text), 0) << what;
+    }
     EXPECT_EQ(get("file"), "kept\n");
     for (const auto& [kind, what, write] : writers)
         EXPECT_EQ(write(u"a,b"), kind != field) << what;

@@ -78,7 +78,7 @@ TEST_F(Samples, AreWrittenAsTheyWereRead) {
         for (const std::string& variant : variants) {
             put("in", variant);
             std::filesystem::remove(folder / name);
-            // A last line without an end tells the second version of the scan-area file that it was cut off.
+            // The second version of the scan-area file takes a last line without an end for a cut-off one.
             const bool cut = name == "scan_area_v2.txt" && variant == variants[0];
             EXPECT_EQ(rewrite(name, path("in"), path(name)), !cut) << name;
             EXPECT_EQ(get(name), cut ? "" : bytes) << name;
