@@ -37,8 +37,8 @@ TEST_F(Places, ThatNoSystemHasOrEverySystemRefuses) {
 // owner cannot be given to one; nothing else is touched.
 TEST_F(Places, FilesAndFoldersOfOthers) {
     // Rights of the folder and of the file (0: none), the result.
-    const std::tuple<int, int, int> rows[] = {
-        {0555, 0666, 1}, {0555, 0444, 0}, {0555, 0, 0}, {0777, 0666, 1}, {01777, 0666, 1}};
+    const std::tuple<int, int, int> rows[] = {{0555, 0666, 1}, {0555, 0222, 1}, {0555, 0444, 0},
+                                              {0555, 0, 0},    {0777, 0666, 1}, {01777, 0666, 1}};
     if (geteuid() != 0 || seteuid(65534) != 0 || seteuid(0) != 0)
         GTEST_SKIP() << "another user's rights are needed";
     for (const Operation& operation : operations()) {
@@ -72,7 +72,9 @@ TEST_F(Places, OwnerAndRightsStay) {
         put("file", old);
         setRights(folder / "file", static_cast<int>(rights));
         const bool given = chown((folder / "file").c_str(), 65534, 65534) == 0;
+        const ino_t inode = statusOf(folder / "file").st_ino;
         EXPECT_EQ(units.Write(file), 1);
+        EXPECT_NE(statusOf(folder / "file").st_ino, inode) << "replaced, not written in place";
         EXPECT_EQ(statusOf(folder / "file").st_mode & 07777, rights);
         EXPECT_EQ(statusOf(folder / "file").st_uid, given ? 65534u : geteuid());
     }

@@ -124,6 +124,16 @@ TEST(CodePage, WritesOneReplacementForACharacterThatThePageLacks) {
     EXPECT_EQ(write(system::kUtf8, text), u8"a\U0001F600b\u26F0\uFFFDc\uFFFD\uFFFD\U0001F600\uFFFD");
 }
 
+// They are converted piece by piece. The first and the last character of each length.
+TEST(CodePage, LongTextsComeBack) {
+    for (std::size_t shift = 0; shift < 8; ++shift) {
+        std::u16string text(shift, u'~');
+        while (text.size() < 1000)
+            text += u"\u007F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF";
+        EXPECT_EQ(read(system::kUtf8, write(system::kUtf8, text)), text) << shift;
+    }
+}
+
 TEST(CodePage, AppendsAfterWhatIsThereAndKeepsZeroes) {
     const std::string bytes("A\0\xE3\x81\x82", 5);
     CString wide(u"X");

@@ -226,6 +226,8 @@ TEST(Calendar, CountsEveryDay) {
     EXPECT_EQ(fieldsOf(0, -1), (std::vector<int>{1600, 12, 31, 23, 59, 59, 0}));
     EXPECT_EQ(fieldsOf(~0ULL, 0)[0], 60056);
     EXPECT_GE(fieldsOf(fieldscan::system::fileTimeNow(), 0)[0], 2020);
+    EXPECT_NEAR(static_cast<double>(fieldscan::system::fileTimeOfLastTick()),
+                static_cast<double>(fieldscan::system::fileTimeNow()), 1e8);
 }
 
 TEST(Arithmetic, WrapsIntoOneTurn) {
