@@ -7,10 +7,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <exception>
 #include <memory>
 #include <numeric>
 #include <utility>
+
+#include "platform/framework/out_of_memory.h"
 
 namespace {
 
@@ -161,13 +162,14 @@ void sortKeys(double* keys, int* order, int n, MayPrecede mayPrecede, MayFollow 
 
 void QuickSortKey(CArray<double, double>& keys, CArray<int, int>& order, int ascending) {
     const int n = keys.GetSize();
-    try {
+    const int sorted = fieldscan::zeroIfOutOfMemory([&] {
         order.SetSize(n);
         if (ascending)
             sortKeys(keys.GetData(), order.GetData(), n, Ascending(), Descending(), 0);
         else
             sortKeys(keys.GetData(), order.GetData(), n, Descending(), Ascending(), ~std::uint64_t{0});
-    } catch (const std::exception&) {  // no memory, or no address space
+        return 1;
+    });
+    if (sorted == 0)
         order.SetSize(0);
-    }
 }

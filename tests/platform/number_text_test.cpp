@@ -1,3 +1,4 @@
+// Numbers written as printf does and read as the C library does, whatever the locale.
 #include "platform/framework/number_text.h"
 
 #include <gtest/gtest.h>

@@ -124,7 +124,7 @@ TEST(InstrumentStrings, Format) {
         EXPECT_EQ(written(recordAngle, row.a, row.mode), row.decimal);
         EXPECT_EQ(written(CvtAnglStr, row.a, row.mode), row.instrument);
     }
-    const auto emptied =  // what the 8-bit function leaves alone
+    const auto emptied =  // where the 8-bit function leaves the buffer as it is
         [](const std::string& text) { return text == "~" ? std::string() : text; };
     for (const auto& row : kDistanceFormats) {
         EXPECT_EQ(written(CvtDist, row.d, row.cut), row.decimal);

@@ -119,8 +119,8 @@ TEST_F(StringUtilities, WhatFollowsAFieldChangesNothing) {
         char out[8];
         EXPECT_EQ(Scopy(out, record.data(), width), length) << record;
         EXPECT_EQ(out, field.substr(0, static_cast<std::size_t>(length)));
-        const std::vector<char> alone(field.begin(), field.end());
-        EXPECT_EQ(Scopy(out, alone.data(), width), length) << "the end of what may be read";
+        const std::vector<char> unterminated(field.begin(), field.end());
+        EXPECT_EQ(Scopy(out, unterminated.data(), width), length) << "the end of what may be read";
     }
 }
 
