@@ -21,7 +21,7 @@ std::vector<Residual> residualsOf(const TextFile& file) {
         if (fields[0] != "residual")
             continue;
         double values[4] = {};
-        bool good = fields.size() == 6;
+        bool good = fields.size() >= 6;
         for (std::size_t k = 0; good && k < 4; ++k) {
             const auto value = numberOf(fields[k + 2]);
             good = value.has_value();

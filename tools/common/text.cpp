@@ -23,6 +23,11 @@ std::string format(const char* pattern, ...) {
     return text;
 }
 
+std::string fixedText(double value, int decimals) {
+    const std::string text = format("%.*f", decimals, value);
+    return text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos ? text.substr(1) : text;
+}
+
 int lettersIn(const std::string& text) {
     return static_cast<int>(std::count_if(
         text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));

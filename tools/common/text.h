@@ -14,6 +14,9 @@ __attribute__((format(printf, 1, 2)))
 std::string
 format(const char* pattern, ...);
 
+// The number with so many decimals; 0 for -0, which rounding errors give.
+std::string fixedText(double value, int decimals);
+
 int lettersIn(const std::string& text);
 // The text, filled with blanks up to so many letters; %-*s would count bytes.
 std::string padded(std::string text, int letters);

@@ -1,0 +1,12 @@
+// The example in the help of a subcommand.
+#ifndef TOOLS_OPTIONS_EXAMPLE_H
+#define TOOLS_OPTIONS_EXAMPLE_H
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+// Adds "Example: fieldscan WORDS" to the help. Words that begin with @ are files of the sample data; the help
+// has their place on this computer, so that the line runs as it stands.
+void addExample(CLI::App& command, const std::string& words);
+
+#endif
