@@ -38,8 +38,8 @@ int main(int argc, char** argv) {
             "FIELDSCAN_ANSI_CODEPAGE, else UTF-8. Exit codes: 0 fine, 1 the data are wrong or a file cannot "
             "be\n"
             "read or written, 2 wrong use. \"fieldscan SUBCOMMAND --help\" lists its options.");
-        for (const auto add :
-             {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw})
+        for (const auto add : {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside,
+                               addHelmert, addDraw, addAngle, addDistance})
             add(program, exitCode);
         try {
             program.parse(argc, argv);
