@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
             "be\n"
             "read or written, 2 wrong use. \"fieldscan SUBCOMMAND --help\" lists its options.");
         for (const auto add : {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside,
-                               addHelmert, addDraw, addPolar, addAngle, addDistance})
+                               addHelmert, addDraw, addPolar, addResect, addAngle, addDistance})
             add(program, exitCode);
         try {
             program.parse(argc, argv);

@@ -34,6 +34,7 @@ void addInside(CLI::App& program, ExitCode& exitCode);
 void addHelmert(CLI::App& program, ExitCode& exitCode);
 void addDraw(CLI::App& program, ExitCode& exitCode);
 void addPolar(CLI::App& program, ExitCode& exitCode);
+void addResect(CLI::App& program, ExitCode& exitCode);
 void addAngle(CLI::App& program, ExitCode& exitCode);
 void addDistance(CLI::App& program, ExitCode& exitCode);
 
