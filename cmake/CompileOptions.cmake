@@ -1,3 +1,11 @@
+# The kernels have two forms with the same bits (numerics/lanes.h): vectors, an extension of clang and, from version
+# 12 on, GCC, for several instruction sets; and standard C++, for one.
+set(fieldscan_portable ${FIELDSCAN_PORTABLE})
+if(MSVC OR NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang"
+                OR (CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 12)))
+    set(fieldscan_portable ON)
+endif()
+
 # fieldscan_compile_options(TARGET): language, visibility and the options that fix the arithmetic, for every target
 # except the peers of the benchmarks.
 function(fieldscan_compile_options target)
@@ -9,7 +17,32 @@ function(fieldscan_compile_options target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
 
-    # Fused multiply-add would change the last bit of results, differently on each processor.
+    if(fieldscan_portable)
+        target_compile_definitions(${target} PRIVATE FIELDSCAN_PORTABLE)
+    endif()
+
+    if(MSVC)
+        # Visual Studio 2022 and later fuse nothing with /fp:precise; clang-cl does.
+        target_compile_options(${target} PRIVATE
+            /fp:precise /utf-8 /permissive- /Zc:__cplusplus
+            $<$<CXX_COMPILER_ID:Clang>:/clang:-ffp-contract=off>)
+        target_compile_definitions(${target} PRIVATE NOMINMAX _CRT_SECURE_NO_WARNINGS)
+        if(FIELDSCAN_DEVELOPER)
+            target_compile_options(${target} PRIVATE /W4 /WX)
+        endif()
+        return()
+    endif()
+
+    # After CMAKE_CXX_FLAGS, which may have -ffast-math: then a NaN would be solved, and sorted first. When linking,
+    # GCC adds start-up code to a program or shared library that sets denormals to 0 in the whole process.
+    target_compile_options(${target} PRIVATE -fno-fast-math)
+    target_link_options(${target} PRIVATE -fno-fast-math -fno-unsafe-math-optimizations)
+
+    # Square roots are one instruction each; nothing reads errno after them.
+    target_compile_options(${target} PRIVATE -fno-math-errno)
+
+    # Fused multiply-add would change the last bit of results, differently on each processor. (After -fno-fast-math,
+    # which allows it in clang.)
     target_compile_options(${target} PRIVATE -ffp-contract=off)
 
     # With -mfma GCC 12's vectorizer of straight-line code fuses nevertheless: neighbouring a*b-c and a*b+c become

@@ -1,14 +1,14 @@
 # fieldscan_kernels(OBJECTS FILE...): compiles the files once for each instruction set that the library chooses from
-# at run time (numerics/instruction_set.h) and appends the object files to the list OBJECTS.
+# at run time (numerics/instruction_set.h; the portable form only for one) and appends the object files to the list OBJECTS.
 function(fieldscan_kernels objects)
     set(sets baseline)
-    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|i[3-6]86|x86_64|AMD64)$")
+    if(NOT fieldscan_portable AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86|i[3-6]86|x86_64|AMD64)$")
         list(APPEND sets avx2 avx512)
     endif()
     set(flags_baseline "")
     set(flags_avx2 -mavx2 -mfma)
     set(flags_avx512 -mavx2 -mfma -mavx512f -mavx512dq -mavx512vl -mprefer-vector-width=512)
-    if(WIN32)
+    if(WIN32 AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         # GCC spills wide registers with aligned moves, but the stack of Windows is aligned to 16 bytes only.
         list(APPEND flags_avx2 -Wa,-muse-unaligned-vector-move)
         list(APPEND flags_avx512 -Wa,-muse-unaligned-vector-move)

@@ -25,12 +25,12 @@ constexpr int kBlock = 64;  // rows
 // a b - c, rounded once, where c is a b rounded to fewer digits. (Fused: 0.8 of the time of refining
 // 5000 x 30.)
 Lanes multiplySubtract(Lanes a, Lanes b, Lanes c) {
-#if defined(__FMA__)
-    return productError(a, b, c);
-#else
-    const Exact product = twoProduct(a, b);
-    return (product.hi - c) + product.lo;  // the difference is exact
-#endif
+    if constexpr (kFused) {
+        return productError(a, b, c);
+    } else {
+        const Exact product = twoProduct(a, b);
+        return (product.hi - c) + product.lo;  // the difference is exact
+    }
 }
 
 // Adds the products of column `left` with each of `count` columns from `right` on. A pair of columns has

@@ -1,5 +1,7 @@
 // Kernels of gram.h. Few columns: all sums stay in registers. More: tiles (tiles.h), with the rows of A as
 // rows k; short rows are read in place, longer ones are packed into panels.
+#include <cmath>
+
 #include "numerics/gram.h"
 #include "numerics/tiles.h"
 
@@ -9,16 +11,14 @@ namespace FIELDSCAN_KERNELS {
 // Compares kLanes weights at a time: a plain loop takes half as long as forming 2000 x 4.
 bool weightsAreOne(const WeightedRows& a) {
     const Lanes one = broadcast(1.0);
-    decltype(Lanes{} != one) others = {};
+    Mask others = {};
     int k = 0;
     for (; k + kLanes <= a.m; k += kLanes)
-        others |= load(a.weights + k) != one;
-    long long any = 0;
-    for (int lane = 0; lane < kLanes; ++lane)
-        any |= others[lane];
+        others |= differing(load(a.weights + k), one);
+    bool unit = !anyLane(others);
     for (; k < a.m; ++k)
-        any |= a.weights[k] != 1.0;
-    return any == 0;
+        unit &= a.weights[k] == 1.0;
+    return unit;
 }
 
 namespace {
@@ -86,7 +86,7 @@ double addInRegisters(const double* rows, const double* weights, int m, double* 
     for (int k = 0; k < m; ++k, rows += kLength) {
         const double* row = kShort > 0 && k >= whole ? last + (k - whole) * kLength : rows;
         const double square = row[n] * row[n];
-        squares += weighted ? square * __builtin_fabs(weights[k]) : square;
+        squares += weighted ? square * std::fabs(weights[k]) : square;
         Lanes columns[kMost];
         for (int v = 0; v < kMost; ++v)
             columns[v] = load(row + begin(v));
@@ -138,7 +138,7 @@ double addGram(const WeightedRows& a, double* room, double* gram) {
         unit ? addInTiles<Update::add>(a, room, gram) : addInTiles<Update::addWeighted>(a, room, gram);
         for (int k = 0; k < a.m; ++k) {
             const double l = a.rows[k * (a.n + 1LL) + a.n];
-            squares += l * l * __builtin_fabs(a.weights[k]);
+            squares += l * l * std::fabs(a.weights[k]);
         }
     }
     return negative > 0 ? -squares : squares;

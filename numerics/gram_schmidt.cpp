@@ -2,6 +2,7 @@
 #include "numerics/gram_schmidt.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <numeric>
 #include <utility>
@@ -40,7 +41,7 @@ double innerProduct(const Column& a, const Column& b, std::ptrdiff_t m) {
 
 GramSchmidt::GramSchmidt(std::vector<Column> matrix, std::ptrdiff_t m) : columns(std::move(matrix)) {
     const std::size_t n = columns.size();
-    const double dependent = std::max(1e-13, 16.0 * static_cast<double>(n) * __DBL_EPSILON__);
+    const double dependent = std::max(1e-13, 16.0 * static_cast<double>(n) * DBL_EPSILON);
     for (Column& column : columns) {
         lengths.push_back(length(column, m));
         if (lengths.back() > 0.0)

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "numerics/triangle.h"
+#include "platform/framework/unroll.h"
 
 namespace fieldscan {
 
@@ -24,38 +25,39 @@ bool sweepCompiled(const double* normal, int unknowns, double tolerance, double*
     const std::ptrdiff_t length = n + 1;
     double local[compiled * (compiled + 1) + 1];
     double* const a = compiled > 0 ? local : work;
-#pragma GCC unroll 8
-    for (int i = 0; i < n; ++i)
-#pragma GCC unroll 8
+    FIELDSCAN_UNROLL(8)
+    for (int i = 0; i < n; ++i) {
+        FIELDSCAN_UNROLL(8)
         for (int j = i; j <= n; ++j)
             a[i * length + j] = normal[i * length + j];
-#pragma GCC unroll 8
+    }
+    FIELDSCAN_UNROLL(8)
     for (int k = 0; k < n; ++k) {
         const double pivot = a[k * length + k];
         if (isSingularPivot(pivot, normal[k * length + k], n, tolerance))
             return false;
         const double reciprocal = 1.0 / pivot;
-#pragma GCC unroll 8
+        FIELDSCAN_UNROLL(8)
         for (int i = 0; i < n; ++i) {
             if (i == k)
                 continue;
             const double multiple = (i < k ? a[i * length + k] : a[k * length + i]) * reciprocal;
-#pragma GCC unroll 8
+            FIELDSCAN_UNROLL(8)
             for (int j = i; j <= n; ++j)
                 if (j != k)
                     a[i * length + j] -= multiple * (j < k ? a[j * length + k] : a[k * length + j]);
         }
-#pragma GCC unroll 8
+        FIELDSCAN_UNROLL(8)
         for (int i = 0; i < k; ++i)
             a[i * length + k] *= reciprocal;
-#pragma GCC unroll 8
+        FIELDSCAN_UNROLL(8)
         for (int j = k + 1; j <= n; ++j)
             a[k * length + j] *= reciprocal;
         a[k * length + k] = -reciprocal;
     }
-#pragma GCC unroll 8
+    FIELDSCAN_UNROLL(8)
     for (int i = 0; i < n; ++i) {
-#pragma GCC unroll 8
+        FIELDSCAN_UNROLL(8)
         for (int j = i; j < n; ++j)
             inverse[i * length + j] = inverse[j * length + i] = -a[i * length + j];
         inverse[i * length + n] = 0.0;

@@ -3,25 +3,16 @@
 #ifndef FIELDSCAN_NUMERICS_TRANSPOSE_H
 #define FIELDSCAN_NUMERICS_TRANSPOSE_H
 
-#include <utility>
-
 #include "numerics/lanes.h"
 
 namespace fieldscan {
 namespace FIELDSCAN_KERNELS {
 
-template <int step, int... lanes>
-static inline void exchange(Lanes& a, Lanes& b, std::integer_sequence<int, lanes...>) {
-    const Lanes first = a;
-    a = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes - step : lanes)...);
-    b = __builtin_shufflevector(first, b, ((lanes & step) ? kLanes + lanes : lanes + step)...);
-}
-
 template <int step>
 static inline void exchangeAll(Lanes* tile) {
     for (int k = 0; k < kLanes; ++k)
         if (!(k & step))
-            exchange<step>(tile[k], tile[k + step], std::make_integer_sequence<int, kLanes>{});
+            exchange<step>(tile[k], tile[k + step]);
     if constexpr (2 * step < kLanes)
         exchangeAll<2 * step>(tile);
 }

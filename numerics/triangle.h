@@ -3,13 +3,15 @@
 #ifndef FIELDSCAN_NUMERICS_TRIANGLE_H
 #define FIELDSCAN_NUMERICS_TRIANGLE_H
 
+#include <cfloat>
+
 #include "numerics/instruction_set.h"
 
 namespace fieldscan {
 
 // Pivot k is N_kk less k squares whose sum is at most N_kk, so computing it errs by up to n eps N_kk. 64
 // times that is refused, since the squares err, too.
-constexpr double kSingular = 64.0 * __DBL_EPSILON__;
+constexpr double kSingular = 64.0 * DBL_EPSILON;
 
 // True when a pivot may be only rounding: at or below max(tolerance, kSingular n diagonal), or NaN.
 // (Inline: a call would move the matrix of a sweep from registers to memory.)

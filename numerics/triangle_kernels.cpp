@@ -1,5 +1,7 @@
 // Kernels of triangle.h. Cholesky by blocks of rows: multiples of the finished rows of U are subtracted from
 // the block in tiles (tiles.h). Z Z^T is summed in tiles, too.
+#include <cmath>
+
 #include "numerics/tiles.h"
 #include "numerics/triangle.h"
 
@@ -35,7 +37,7 @@ bool factorize(const double* matrix, int n, double tolerance, double* room, doub
             double* pivotRow = buffer.sums + k * buffer.length;
             if (isSingularPivot(pivotRow[k], matrix[k * (n + 1LL) + k], n, tolerance))
                 return false;
-            const double root = __builtin_sqrt(pivotRow[k]);
+            const double root = std::sqrt(pivotRow[k]);
             pivotRow[k] = root;
             for (int j = k + 1; j < n; ++j)
                 pivotRow[j] /= root;

@@ -5,6 +5,8 @@
 
 #include <fieldscan/distortion.h>
 
+#include <cmath>
+
 namespace fieldscan {
 
 // Distortion (dx, dy) at (x, y) with parameters `p`.
@@ -48,7 +50,7 @@ static inline void distortionAt(DIST_MODEL model, const double* p, Number x, Num
 // by at most this times their distance. It is the sum of the terms' constants: (2 k + 1) r^2k of r^2k (x, y),
 // 6 r of a decentering term.
 static inline double distortionSlope(DIST_MODEL model, const double* p, double x, double y) {
-    const auto size = [p](int i) { return __builtin_fabs(p[i]); };
+    const auto size = [p](int i) { return std::fabs(p[i]); };
     const double r2 = x * x + y * y, r = x + y;  // or a little more
     switch (model) {
         case DIST_RADIAL4:

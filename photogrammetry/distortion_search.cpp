@@ -14,6 +14,9 @@
 // cell.) So only a corner can be taken.
 #include "photogrammetry/distortion_search.h"
 
+#include <cmath>
+#include <limits>
+
 #include "numerics/lanes.h"
 #include "photogrammetry/distortion_model.h"
 
@@ -22,6 +25,7 @@ namespace FIELDSCAN_KERNELS {
 
 namespace {
 
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr int kMostPasses = 100;
 constexpr double kSlope = 0.125;  // the greatest L for which four points are enough
 constexpr int kGridSide = 5;      // s / 2 apart: the grid reaches s to every side
@@ -88,14 +92,14 @@ struct Search {
     bool improve(Best& best, const GridSteps<side>& columns, const GridSteps<side>& rows) const {
         constexpr int registers = GridSteps<side>::kRegisters;
         Lanes ex[registers], ey[registers], errors[registers];
-        const double s = __builtin_sqrt(best.e);
+        const double s = std::sqrt(best.e);
         const double h = s * 0.5;
         const double left = best.u - s, bottom = best.v - s;
         Lanes smallest = broadcast(best.e);
         for (int r = 0; r < registers; ++r) {
             errors[r] = errorAt(left + load(columns.column + r * kLanes) * h,
                                 bottom + load(rows.row + r * kLanes) * h, ex[r], ey[r]);
-            smallest = errors[r] < smallest ? errors[r] : smallest;
+            smallest = smaller(errors[r], smallest);
         }
         const double e = least(smallest);
         if (!(e < best.e))
@@ -105,7 +109,7 @@ struct Search {
             acceptable |= atMost(errors[r], accepted) << r * kLanes;
             smallestOnes |= atMost(errors[r], e) << r * kLanes;
         }
-        const int taken = __builtin_ctz(acceptable != 0 ? acceptable : smallestOnes);
+        const int taken = lowestOne(acceptable != 0 ? acceptable : smallestOnes);
         best = {left + columns.column[taken] * h, bottom + rows.row[taken] * h, e, 0, 0};
         if (side == kCellSide) {
             best.column = cellOf(ex, errors, taken);
@@ -119,10 +123,10 @@ struct Search {
         // No best point misses by more than the first one. So all are within 2 s / (1 - L) = 2.3 s of it, and
         // the grid reaches sqrt(2) s further.
         static_assert(2.0 / (1.0 - kSlope) + 1.4143 < 4.0);
-        const double s = __builtin_sqrt(first.e);
-        const double u = __builtin_fabs(first.u) + 4.0 * s, v = __builtin_fabs(first.v) + 4.0 * s;
+        const double s = std::sqrt(first.e);
+        const double u = std::fabs(first.u) + 4.0 * s, v = std::fabs(first.v) + 4.0 * s;
         if (!(distortionSlope(model, parameters, u, v) <= kSlope))
-            return __builtin_inf();
+            return kInfinity;
         // Rounding changes the misses by less than 20 x 2^-53 of the coordinates: 0.04 s for the least s
         // here, less than 0.067 s. 1e-280: denormal squares have lost digits.
         static_assert(20.0 * 0x1p-53 < 0.04 * 0x1p-44);

@@ -9,6 +9,7 @@
 
 #include "platform/framework/array_growth.h"
 #include "platform/framework/out_of_memory.h"
+#include "platform/framework/unroll.h"
 #include "polyline/edge_bands.h"
 
 namespace {
@@ -109,7 +110,7 @@ int CPolyline::PtInPolyline(double x, double y) const {
     int crossings = 0;
     const CVertex* p = &vertices[n - 1];
     bool pBelow = p->y <= y;
-#pragma GCC unroll 4  // 0.75 to 0.9 of the time
+    FIELDSCAN_UNROLL(4)  // 0.75 to 0.9 of the time
     for (int i = 0; i < n; ++i) {
         const CVertex* q = &vertices[i];
         const bool qBelow = q->y <= y;
