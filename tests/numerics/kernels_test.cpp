@@ -173,6 +173,22 @@ void expectExactGram(int m, int n) {
     }
 }
 
+TEST(InstructionSets, AreOnlyLoweredByName) {
+    const InstructionSet baseline = InstructionSet::baseline, avx2 = InstructionSet::avx2,
+                         avx512 = InstructionSet::avx512;
+    EXPECT_EQ(instructionSetNamed("baseline", avx512), baseline);
+    EXPECT_EQ(instructionSetNamed("avx2", avx512), avx2);
+    EXPECT_EQ(instructionSetNamed("avx512", avx512), avx512);
+    EXPECT_EQ(instructionSetNamed("avx512", baseline), baseline);
+    EXPECT_EQ(instructionSetNamed("avx512", avx2), avx2);
+}
+
+TEST(InstructionSets, StayWhereNoSetHasTheName) {
+    for (const char* name : {"", "sse", "AVX2", "avx", "avx2 ", "1"})
+        EXPECT_EQ(instructionSetNamed(name, InstructionSet::avx512), InstructionSet::avx512) << name;
+    EXPECT_EQ(instructionSetNamed(nullptr, InstructionSet::avx512), InstructionSet::avx512);
+}
+
 bool sameBits(const Vector& a, const Vector& b) {
     return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }
