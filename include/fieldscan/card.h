@@ -22,12 +22,14 @@ public:
 
     void Trace();  // a hook for debugging, does nothing
 
-    // 1 when `path` names an existing file; 0 when it names a folder or nothing.
+    // 1 when `path` names an existing file; 0 when it names a folder or nothing, on Windows also for a device
+    // ("NUL", "COM1").
     int IsFile(CString path);
 
     // The file name without the folder and without its last "." and what follows it: "\Card\A.B.csv" gives
-    // "A.B". A name that begins with its only "." is kept whole. Returns 1; 0 with an empty title when the
-    // path is empty or ends with a separator.
+    // "A.B". A name that begins with its only "." is kept whole. On Windows the colon of a drive ends the
+    // folder too: "C:x.csv" gives "x". Returns 1; 0 with an empty title when the path is empty or ends with a
+    // separator.
     int GetFileTitle(CString path, CString& title);
 #if defined(_WIN32)
     int GetFileTitleA(CString path, CString& title) { return GetFileTitle(path, title); }

@@ -24,7 +24,11 @@ int CRTCard::IsFile(CString path) {
 }
 
 int CRTCard::GetFileTitle(CString path, CString& title) {
-    const int separator = std::max(path.ReverseFind('\\'), path.ReverseFind('/'));
+    int separator = std::max(path.ReverseFind('\\'), path.ReverseFind('/'));
+#if defined(_WIN32)
+    if (path.Find(':') == 1)  // of a drive; "C:x.csv" is in its current folder
+        separator = std::max(separator, 1);
+#endif
     return fieldscan::zeroIfOutOfMemory([&] {
         title = path.Mid(separator + 1);
         const int dot = title.ReverseFind('.');

@@ -1,6 +1,7 @@
 // Files on Windows. Share modes are the lock of a writer: others may only read what is open for writing. What
 // is open for reading may be replaced, and its reader goes on with the old contents.
 #include <algorithm>
+#include <string>
 
 #include "platform/framework/name_hash.h"
 #include "platform/system.h"
@@ -27,6 +28,21 @@ CFile::Cause prepare(HANDLE handle, unsigned int mode) {
         return CFile::causeOther;
     const bool empties = (mode & CFile::modeCreate) && !(mode & CFile::modeNoTruncate);
     return empties && !SetEndOfFile(handle) ? causeOf(GetLastError()) : CFile::causeNone;
+}
+
+// A path in the folder of `path`: `start` and the hash of its name.
+CString hiddenBeside(const CString& path, const char16_t* start) {
+    const int drive = path.Find(':') == 1 ? 2 : 0;
+    const int folder = std::max({drive, path.ReverseFind('\\') + 1, path.ReverseFind('/') + 1});
+    CString name = path.Mid(folder);
+    name.MakeLower();  // names that differ in case are one file
+    return path.Left(folder) + hashedName(start, name);
+}
+
+// Names of devices are files for GetFileAttributesW. "\\\\.\\C:\\name" is a file, not a device.
+bool isDevice(const CString& path) {
+    const CString whole = fullPath(path);
+    return whole.Left(4) == CString(u"\\\\.\\") && whole.ReverseFind('\\') == 3;
 }
 
 }  // namespace
@@ -64,11 +80,20 @@ CString hashedName(const char16_t* start, const CString& name) {
     return hashed;
 }
 
-CString temporaryFor(const CString& path) {
-    const int folder = std::max(path.ReverseFind('\\'), path.ReverseFind('/')) + 1;
-    CString name = path.Mid(folder);
-    name.MakeLower();  // names that differ in case are one file
-    return path.Left(folder) + hashedName(u".fieldscan-", name);
+CString temporaryFor(const CString& path) { return hiddenBeside(path, u".fieldscan-"); }
+
+CString oldPathFor(const CString& path, int number) {
+    static const char16_t* const starts[kOldPaths] = {u".fieldscan0", u".fieldscan1", u".fieldscan2",
+                                                      u".fieldscan3"};
+    return hiddenBeside(path, starts[number]);
+}
+
+CString fullPath(const CString& path) {
+    const DWORD length = GetFullPathNameW(wideUnits(path), 0, nullptr, nullptr);  // with the final zero
+    std::wstring whole(length + 1, L'\0');
+    return CString(length > 0 && GetFullPathNameW(wideUnits(path), length + 1, whole.data(), nullptr) > 0
+                       ? whole.c_str()
+                       : L"");
 }
 
 bool isHeld(DWORD error, const CString& path) {
@@ -99,6 +124,8 @@ FileHandle openFile(const CString& path, unsigned int mode, CFile::Cause& cause,
     const DWORD access = accessOf(mode);
     const DWORD share = access & GENERIC_WRITE ? FILE_SHARE_READ : FILE_SHARE_READ | FILE_SHARE_DELETE;
     HANDLE handle = openWhenFree(path, access, share, OPEN_EXISTING);
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND && restoreOld(path))
+        handle = openWhenFree(path, access, share, OPEN_EXISTING);
     if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_NOT_FOUND &&
         (mode & CFile::modeCreate))
         handle = openWhenFree(path, access, share, OPEN_ALWAYS);
@@ -175,7 +202,8 @@ bool closeFile(FileHandle file) { return CloseHandle(handleOf(file)) != 0; }
 
 bool isFile(const CString& path) {
     const DWORD attributes = path.IsEmpty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(wideUnits(path));
-    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+    return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY) &&
+           !isDevice(path);
 }
 
 void removeFile(const CString& path) { DeleteFileW(wideUnits(path)); }

@@ -12,8 +12,16 @@ HANDLE handleOf(FileHandle file);
 FileHandle fileOf(HANDLE handle);
 CFile::Cause causeOf(DWORD error);
 
+// The absolute path; a device is "\\\\.\\" and its name. Empty when the path is none.
+CString fullPath(const CString& path);
 // The path of the new file that is to replace `path`.
 CString temporaryFor(const CString& path);
+// A path of the old file while the new one takes its place. A deleted file keeps its path as long as a reader
+// has it open (not on newer systems), so there are kOldPaths of them, numbered from 0.
+constexpr int kOldPaths = 4;
+CString oldPathFor(const CString& path, int number);
+// Where a program was killed after it had moved the old file away, moves it back. Returns true if it did.
+bool restoreOld(const CString& path);
 // `start` and the hash of `name` (nameHash).
 CString hashedName(const char16_t* start, const CString& name);
 

@@ -1,6 +1,7 @@
-// Replacing whole files on Windows: write a temporary file, flush it, ReplaceFileW over the old one.
-#include <string>
-
+// Replacing whole files on Windows: write a temporary file, flush it, give it the place of the old one by
+// ReplaceFileW. That takes two renames: for a moment the old file has another name (oldPathFor) and `path` is
+// missing. A program that is killed then loses nothing: the next one that opens or replaces the file moves
+// the old one back.
 #include "platform/windows/handles.h"
 
 namespace fieldscan {
@@ -24,10 +25,12 @@ public:
             CloseHandle(m_mutex);
         }
     }
-    // False when another writer has it for more than about a second. Where no mutex can be made, nobody
-    // waits.
-    bool take(const CString& name) {
-        HANDLE mutex = CreateMutexW(nullptr, FALSE, wideUnits(name));
+    // False when another writer of `path` has it for more than about a second. Where no mutex can be made,
+    // nobody waits.
+    bool take(const CString& path) {
+        CString whole = fullPath(path);
+        whole.MakeLower();  // paths that differ in case name one file
+        HANDLE mutex = CreateMutexW(nullptr, FALSE, wideUnits(hashedName(u"fieldscan-", whole)));
         if (mutex && WaitForSingleObject(mutex, 1000) == WAIT_TIMEOUT) {
             CloseHandle(mutex);
             return false;
@@ -40,13 +43,47 @@ private:
     HANDLE m_mutex = nullptr;
 };
 
-// Opens the old file, to find out whether it may be replaced: only if it may be written. A file that is being
-// read cannot be opened for writing but can be replaced, which takes the right to delete it; one that is
-// being written can not.
+// ERROR_SUCCESS if the file exists. GetFileAttributesW finds deleted files too that a reader still has open.
+DWORD errorAt(const CString& path) {
+    const HANDLE file = CreateFileW(
+        wideUnits(path), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    if (file == INVALID_HANDLE_VALUE)
+        return GetLastError();
+    CloseHandle(file);
+    return ERROR_SUCCESS;
+}
+
+// Removes the old file that was replaced; moves it back where its path is missing. False when another program
+// holds it.
+bool settleOld(const CString& path) {
+    for (int number = 0; number < kOldPaths; ++number) {
+        const CString old = oldPathFor(path, number);
+        if (errorAt(old) != ERROR_SUCCESS)
+            continue;
+        const bool settled = errorAt(path) == ERROR_FILE_NOT_FOUND
+                                 ? MoveFileExW(wideUnits(old), wideUnits(path), MOVEFILE_WRITE_THROUGH) != 0
+                                 : DeleteFileW(wideUnits(old)) != 0;
+        if (!settled)
+            return false;
+    }
+    return true;
+}
+
+CString freeOldPath(const CString& path) {
+    int number = 0;
+    while (number < kOldPaths - 1 && errorAt(oldPathFor(path, number)) != ERROR_FILE_NOT_FOUND)
+        ++number;
+    return oldPathFor(path, number);
+}
+
+// Opens the old file, to find out whether it may be replaced: only if it may be written and deleted. A file
+// that is being read cannot be opened for writing but can be replaced if its reader shares deletion; one that
+// is being written can not.
 HANDLE openOld(const CString& path) {
     for (int tries = 0;; ++tries) {
-        HANDLE old = CreateFileW(wideUnits(path), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr);
+        HANDLE old = CreateFileW(wideUnits(path), GENERIC_WRITE | DELETE, FILE_SHARE_READ, nullptr,
+                                 OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         const DWORD error = GetLastError();
         if (old == INVALID_HANDLE_VALUE && error == ERROR_SHARING_VIOLATION)
             old = CreateFileW(wideUnits(path), DELETE | FILE_READ_ATTRIBUTES,
@@ -61,6 +98,13 @@ HANDLE openOld(const CString& path) {
     }
 }
 
+// True if a replacement that failed so may succeed in a moment: another program has one of the files open,
+// for a search or a backup.
+bool mayPass(DWORD error, const CString& path) {
+    return error == ERROR_UNABLE_TO_REMOVE_REPLACED || error == ERROR_UNABLE_TO_MOVE_REPLACEMENT ||
+           error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2 || isHeld(error, path);
+}
+
 class WindowsReplacement : public Replacement {
 public:
     ~WindowsReplacement() override;
@@ -72,6 +116,7 @@ private:
     bool beginNew();
     bool beginInPlace(CFile::Cause& cause);
     bool replace() const;
+    bool replaceOnce() const;
     void close();
 
     CString m_target;
@@ -101,13 +146,10 @@ bool WindowsReplacement::beginInPlace(CFile::Cause& cause) {
 
 bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     m_target = path;
-    CString whole;
-    const DWORD length = GetFullPathNameW(wideUnits(path), 0, nullptr, nullptr);
-    std::wstring buffer(length + 1, L'\0');
-    if (length > 0 && GetFullPathNameW(wideUnits(path), length + 1, buffer.data(), nullptr) > 0)
-        whole = buffer.c_str();
-    whole.MakeLower();  // paths that differ in case name one file
-    if (!m_writer.take(hashedName(u"fieldscan-", whole))) {
+    bool free = m_writer.take(path);
+    for (int tries = 0; free && !settleOld(path); ++tries)
+        free = waitForFile(tries);
+    if (!free) {
         cause = CFile::causeSharingViolation;
         return false;
     }
@@ -140,20 +182,29 @@ bool WindowsReplacement::begin(const CString& path, CFile::Cause& cause) {
     return mayWriteInPlace(refusal) && beginInPlace(cause);
 }
 
-// ReplaceFileW keeps the rights and streams of the old file; file systems without it get a rename.
 bool WindowsReplacement::replace() const {
-    for (int tries = 0;; ++tries) {
-        if (m_exists && ReplaceFileW(wideUnits(m_target), wideUnits(m_temporary), nullptr,
-                                     REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr))
-            return true;
-        if (m_exists && isHeld(GetLastError(), m_target) && waitForFile(tries))
-            continue;
-        if (MoveFileExW(wideUnits(m_temporary), wideUnits(m_target),
-                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-            return true;
-        if (!isHeld(GetLastError(), m_target) || !waitForFile(tries))
-            return false;
+    bool done = false;
+    for (int tries = 0; !(done = replaceOnce()) && mayPass(GetLastError(), m_target) && waitForFile(tries);)
+        ++tries;
+    settleOld(m_target);
+    return done;
+}
+
+// ReplaceFileW keeps the rights and streams of the old file; file systems without it get a rename. So does a
+// path that is missing, because there was no old file, or because only the second rename of ReplaceFileW
+// failed: the new file has the rights and streams by then.
+bool WindowsReplacement::replaceOnce() const {
+    if (ReplaceFileW(wideUnits(m_target), wideUnits(m_temporary), wideUnits(freeOldPath(m_target)),
+                     REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr))
+        return true;
+    const DWORD error = GetLastError();
+    const bool missing = error == ERROR_FILE_NOT_FOUND || error == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2;
+    if (!missing && mayPass(error, m_target)) {
+        SetLastError(error);
+        return false;
     }
+    return MoveFileExW(wideUnits(m_temporary), wideUnits(m_target),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
 void WindowsReplacement::close() {
@@ -185,6 +236,14 @@ WindowsReplacement::~WindowsReplacement() {
 }
 
 }  // namespace
+
+bool restoreOld(const CString& path) {
+    bool found = false;
+    for (int number = 0; number < kOldPaths; ++number)
+        found = found || isFile(oldPathFor(path, number));
+    WriterMutex writer;
+    return found && writer.take(path) && settleOld(path) && isFile(path);
+}
 
 std::unique_ptr<Replacement> beginReplacement(const CString& path, CFile::Cause& cause) {
     auto replacement = std::make_unique<WindowsReplacement>();

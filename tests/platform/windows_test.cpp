@@ -1,4 +1,5 @@
 // What only Windows has: its own registry and code page, files that other programs hold.
+#include <fieldscan/card.h>
 #include <fieldscan/framework/file.h>
 #include <fieldscan/scan_result_files.h>
 #include <fieldscan/unit_settings.h>
@@ -13,7 +14,7 @@
 #include <tuple>
 #include <vector>
 
-#include "platform/system.h"
+#include "platform/windows/handles.h"
 #include "tests/temp_folder.h"
 
 using namespace fieldscan;
@@ -21,6 +22,51 @@ using namespace fieldscan;
 namespace {
 
 using Windows = TempFolder;
+
+// The system's calls for the library under test, which fail to order.
+struct Orders {
+    DWORD replaceError = ERROR_SUCCESS;
+    int replaceFailures = 0;  // how many calls fail
+    bool movesFail = false;
+} orders;
+
+template <class Call>
+Call systemCall(const char* name) {
+    return reinterpret_cast<Call>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32"), name)));
+}
+
+BOOL WINAPI moveToOrder(LPCWSTR from, LPCWSTR to, DWORD flags) {
+    SetLastError(ERROR_SHARING_VIOLATION);
+    return !orders.movesFail && systemCall<decltype(&MoveFileExW)>("MoveFileExW")(from, to, flags);
+}
+
+// ERROR_UNABLE_TO_MOVE_REPLACEMENT_2 comes after the first of two renames.
+BOOL WINAPI replaceToOrder(LPCWSTR file, LPCWSTR by, LPCWSTR old, DWORD flags, LPVOID, LPVOID) {
+    if (orders.replaceFailures == 0)
+        return systemCall<decltype(&ReplaceFileW)>("ReplaceFileW")(file, by, old, flags, nullptr, nullptr);
+    --orders.replaceFailures;
+    if (GetFileAttributesW(file) == INVALID_FILE_ATTRIBUTES) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return FALSE;
+    }
+    if (orders.replaceError == ERROR_UNABLE_TO_MOVE_REPLACEMENT_2)
+        systemCall<decltype(&MoveFileExW)>("MoveFileExW")(file, old, 0);
+    SetLastError(orders.replaceError);
+    return FALSE;
+}
+
+}  // namespace
+
+// Calls go through these pointers; where a program defines them, the linker does not take the system's.
+extern "C" {
+extern const decltype(&MoveFileExW) __imp_MoveFileExW;
+extern const decltype(&ReplaceFileW) __imp_ReplaceFileW;
+const decltype(&MoveFileExW) __imp_MoveFileExW = moveToOrder;
+const decltype(&ReplaceFileW) __imp_ReplaceFileW = replaceToOrder;
+}
+
+namespace {
 
 // A file held open by another program.
 class Held {
@@ -33,6 +79,10 @@ public:
 private:
     HANDLE m_handle;
 };
+
+std::ptrdiff_t filesInFolder(const std::filesystem::path& folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+}
 
 TEST_F(Windows, FilesThatOthersHold) {
     put("file", "kept");
@@ -98,7 +148,7 @@ TEST_F(Windows, ReplacesAFileThatIsBeingRead) {
     EXPECT_STREQ(bytes, "old");
     reader.Close();
     EXPECT_EQ(get("file").substr(0, 10), "FIELD_SCAN");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 2);
+    EXPECT_EQ(filesInFolder(folder), 2);
     std::atomic<int> reads{0};
     const int writes = goodCalls(3, [&](int thread) {
         if (thread > 0)
@@ -108,6 +158,121 @@ TEST_F(Windows, ReplacesAFileThatIsBeingRead) {
     });
     EXPECT_EQ(reads, 50);
     EXPECT_GT(writes, 50);
+}
+
+TEST_F(Windows, ReplacesAFileTwiceUnderOneReader) {
+    put("file", "old");
+    CFile reader;
+    ASSERT_EQ(reader.Open(path("file"), CFile::modeRead), 1);
+    EXPECT_EQ(CTSUnit().Write(path("file")), 1);
+    EXPECT_EQ(CTSUnit().Write(path("file")), 1);
+    char bytes[4] = {};
+    EXPECT_EQ(reader.Read(bytes, 3), 3u);
+    EXPECT_STREQ(bytes, "old");
+    reader.Close();
+    EXPECT_EQ(CTSUnit().Write(path("file")), 1);
+    EXPECT_EQ(filesInFolder(folder), 1);
+}
+
+// ReplaceFileW would fail when the new file is written already, with no cause for a message.
+TEST_F(Windows, ReplacesNoFileWhoseReaderForbidsItsDeletion) {
+    put("file", "old");
+    for (const DWORD share : {FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_WRITE}) {
+        const Held held(folder / "file", GENERIC_READ, share);
+        ASSERT_TRUE(held.open());
+        CFile::Cause cause = CFile::causeNone;
+        EXPECT_EQ(system::beginReplacement(path("file"), cause), nullptr) << share;
+        EXPECT_EQ(cause, CFile::causeSharingViolation) << share;
+    }
+    EXPECT_EQ(get("file"), "old");
+    EXPECT_EQ(CTSUnit().Write(path("file")), 1) << "after the reader has closed it";
+}
+
+TEST_F(Windows, AnExchangeThatFailsOnceIsTriedAgain) {
+    for (const DWORD error : {ERROR_UNABLE_TO_REMOVE_REPLACED, ERROR_UNABLE_TO_MOVE_REPLACEMENT,
+                              ERROR_UNABLE_TO_MOVE_REPLACEMENT_2, ERROR_NOT_SUPPORTED}) {
+        put("file", "old");
+        orders = {error, 1, false};
+        EXPECT_EQ(CTSUnit().Write(path("file")), 1) << error;
+        EXPECT_EQ(orders.replaceFailures, 0) << error;
+        EXPECT_EQ(get("file").substr(0, 10), "FIELD_SCAN") << error;
+        EXPECT_EQ(filesInFolder(folder), 1) << error;
+    }
+    orders = {};
+}
+
+TEST_F(Windows, AnExchangeThatFailsKeepsTheOldFile) {
+    put("file", "old");
+    for (const DWORD error : {ERROR_UNABLE_TO_REMOVE_REPLACED, ERROR_UNABLE_TO_MOVE_REPLACEMENT}) {
+        orders = {error, 1000, false};
+        EXPECT_EQ(CTSUnit().Write(path("file")), 0) << error;
+        EXPECT_EQ(get("file"), "old") << error;
+        EXPECT_EQ(filesInFolder(folder), 1) << error;
+    }
+    orders = {ERROR_UNABLE_TO_MOVE_REPLACEMENT_2, 1000, true};
+    EXPECT_EQ(CTSUnit().Write(path("file")), 0);
+    EXPECT_FALSE(exists("file")) << "nor could it be moved back";
+    orders = {};
+    CFile reader;
+    EXPECT_EQ(reader.Open(path("file"), CFile::modeRead), 1);
+    reader.Close();
+    EXPECT_EQ(get("file"), "old");
+    EXPECT_EQ(filesInFolder(folder), 1);
+}
+
+TEST_F(Windows, AKillBetweenTheRenamesOfAnExchangeLosesNothing) {
+    const std::string old = "A,1.000000,2.000000,3.000000\n";
+    const auto kill = [&](int number) {
+        std::filesystem::remove(folder / "file");
+        put("old", old);
+        std::filesystem::rename(folder / "old", wideUnits(system::oldPathFor(path("file"), number)));
+        put("new", "half a li");
+        std::filesystem::rename(folder / "new", wideUnits(system::temporaryFor(path("file"))));
+    };
+    for (const int number : {0, system::kOldPaths - 1}) {
+        kill(number);
+        EXPECT_EQ(ScanFileAdd(path("file"), CXYZ(u"B", 1, 2, 3)), 1);
+        EXPECT_EQ(get("file"), old + "B,1.000000,2.000000,3.000000\n");
+        kill(number);
+        CFile reader;
+        EXPECT_EQ(reader.Open(path("file"), CFile::modeRead), 1);
+        EXPECT_EQ(reader.GetLength(), old.size());
+        reader.Close();
+        kill(number);
+        EXPECT_EQ(CTSUnit().Write(path("file")), 1);
+        EXPECT_EQ(get("file").substr(0, 10), "FIELD_SCAN");
+        EXPECT_EQ(filesInFolder(folder), 1);
+    }
+}
+
+// Where the file system has them; wine's has not.
+TEST_F(Windows, StreamsOfAReplacedFileStay) {
+    put("file", "old");
+    {
+        std::ofstream note(folder / "file:note");
+        note << "kept";
+    }
+    if (filesInFolder(folder) != 1 || get("file:note") != "kept")
+        GTEST_SKIP() << "no streams";
+    EXPECT_EQ(CTSUnit().Write(path("file")), 1);
+    EXPECT_EQ(get("file:note"), "kept");
+}
+
+TEST_F(Windows, CardsTakeNoDeviceForAFileAndNoDriveForATitle) {
+    put("file", "");
+    CRTCard card;
+    EXPECT_EQ(card.IsFile(path("file")), 1);
+    EXPECT_EQ(card.IsFile(CString(u"\\\\.\\") + path("file")), 1);
+    EXPECT_EQ(card.IsFile(u"NUL"), 0);
+    EXPECT_EQ(card.IsFile(u"nul"), 0);
+    EXPECT_EQ(card.IsFile(u"COM1"), 0);
+    EXPECT_EQ(card.IsFile(path("NUL")), 0);
+    CString title;
+    EXPECT_EQ(card.GetFileTitle(u"C:x.csv", title), 1);
+    EXPECT_EQ(title, CString(u"x"));
+    EXPECT_EQ(card.GetFileTitle(u"C:\\a\\x.csv", title), 1);
+    EXPECT_EQ(title, CString(u"x"));
+    EXPECT_EQ(card.GetFileTitle(u"C:", title), 0);
 }
 
 TEST_F(Windows, FilesThatAreProtectedHiddenOrDevices) {
