@@ -51,7 +51,7 @@ void requireEncodable(const TextFile& file, const CArray<CXYZ, CXYZ&>& points) {
 void write(CArray<CXYZ, CXYZ&>& points, const std::string& out) {
     const bool toStream = out == "-";
     std::optional<TemporaryFolder> folder;
-    const std::filesystem::path place = toStream ? folder.emplace().file() : std::filesystem::path(out);
+    const std::filesystem::path place = toStream ? folder.emplace().file() : pathOf(out);
     CString path = libraryPath(place);
     if (WriteCSVFile(&path, points, 0) != 1)
         throw DataError(out + ": cannot be written");

@@ -1,4 +1,5 @@
 // draw: a scan area, or the residuals of helmert, as a picture.
+#include "common/files.h"
 #include "common/text.h"
 #include "options/file_options.h"
 #include "pictures/residual_picture.h"
@@ -40,11 +41,11 @@ ExitCode run(const Options& options) {
     useCodePage(options.page);
     const TextFile file(options.file);
     if (isResidualTable(file)) {
-        drawResiduals(residualsOf(file), options.out);
+        drawResiduals(residualsOf(file), pathOf(options.out));
     } else {
         ScanJob job;
         readArea(file, job, false);
-        drawScanJob(job, options.out);
+        drawScanJob(job, pathOf(options.out));
     }
     return kFine;
 }

@@ -168,7 +168,7 @@ ExitCode run(const Options& options) {
     projectPoints(m);
     printControlPoints(m);
     printNewPoints(m);
-    recordMeasurement(m, options.out);
+    recordMeasurement(m, pathOf(options.out));
     return kFine;
 }
 

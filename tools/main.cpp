@@ -1,33 +1,15 @@
 // The program fieldscan: the library's files and computations at a desk. Reads the command line by CLI11 and
 // turns every outcome into an exit code.
-#include <csignal>
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 
+#include "command_line.h"
 #include "subcommands.h"
 
-#if defined(_WIN32)
-#include <fcntl.h>
-#include <io.h>
-#endif
-
-namespace {
-
-volatile std::sig_atomic_t readerIsGone = 0;
-
-}  // namespace
-
 int main(int argc, char** argv) {
-#if defined(_WIN32)
-    // Files through the standard streams are bytes.
-    _setmode(_fileno(stdin), _O_BINARY);
-    _setmode(_fileno(stdout), _O_BINARY);
-#else
-    // A reader that has seen enough, such as head, ends the program, but its temporary files are removed
-    // first.
-    std::signal(SIGPIPE, [](int) { readerIsGone = 1; });
-#endif
+    const StandardStreams streams;
     ExitCode exitCode = kFine;
     try {
         CLI::App program("Files and computations of a scanning total station.", "fieldscan");
@@ -42,7 +24,9 @@ int main(int argc, char** argv) {
                                addHelmert, addDraw, addPolar, addResect, addAngle, addDistance})
             add(program, exitCode);
         try {
-            program.parse(argc, argv);
+            std::vector<std::string> words = commandLineWords(argc, argv);
+            std::reverse(words.begin(), words.end());  // CLI11 takes them from the end
+            program.parse(words);
             if (program.get_subcommands().empty())  // require_subcommand would not name a misspelt one
                 throw CLI::RequiredError("SUBCOMMAND");
         } catch (const CLI::ParseError& error) {
@@ -53,7 +37,7 @@ int main(int argc, char** argv) {
         exitCode = kDataAreWrong;
     }
     if (!std::cout.flush() || std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        if (!readerIsGone)
+        if (!streams.readerIsGone())
             std::fprintf(stderr, "(standard output): cannot be written\n");
         exitCode = kDataAreWrong;
     }

@@ -133,7 +133,7 @@ ExitCode run(const Options& options) {
         sightPoints(job, std::ref(line));
     }
     printCounts(job);
-    recordJob(job, options.out);
+    recordJob(job, pathOf(options.out));
     return kFine;
 }
 

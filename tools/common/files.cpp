@@ -7,6 +7,8 @@
 
 namespace fs = std::filesystem;
 
+fs::path pathOf(const std::string& word) { return fs::u8path(word); }
+
 CString libraryPath(const fs::path& path) { return CString(path.u16string().c_str()); }
 
 fs::path systemPath(const CString& path) {
@@ -25,7 +27,7 @@ void makeFolder(const fs::path& path) {
 
 fs::path fileOrSample(const std::string& named, const char* sample) {
     if (!named.empty())
-        return named;
+        return pathOf(named);
     const fs::path folder = systemPath(CGetAppPath().GetExePath()).parent_path() / FIELDSCAN_WAY_TO_SAMPLES;
     std::error_code error;
     const fs::path file = fs::canonical(folder / sample, error);

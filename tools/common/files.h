@@ -7,6 +7,10 @@
 #include <filesystem>
 #include <string>
 
+// A path of the command line, which is UTF-8. (The constructor of std::filesystem::path takes 8-bit text in
+// another encoding on Windows.)
+std::filesystem::path pathOf(const std::string& word);
+
 // A path as the library takes it, and as it gives it.
 CString libraryPath(const std::filesystem::path& path);
 std::filesystem::path systemPath(const CString& path);

@@ -7,6 +7,8 @@
 #include <initializer_list>
 #include <limits>
 
+#include "common/text.h"
+
 namespace {
 
 // Reads the line in the code page and writes it again. A byte that is no character of the page is read as the
@@ -19,6 +21,8 @@ bool isInCodePage(const std::string& line) {
     const int length = CStringToChar(text, back.data(), static_cast<int>(back.size()));
     return length == static_cast<int>(line.size()) && CString(back.c_str()) == text;
 }
+
+std::string quoted(std::string_view field) { return "\"" + utf8(CString(std::string(field).c_str())) + "\""; }
 
 class Rules {
 public:
@@ -77,13 +81,12 @@ private:
 
     void requireNumber(std::size_t i, const std::vector<std::string_view>& fields, std::size_t k) {
         if (!numberOf(fields[k]))
-            fault(i, "expected a number as field " + std::to_string(k + 1) + ", found \"" +
-                         std::string(fields[k]) + "\"");
+            fault(i, "expected a number as field " + std::to_string(k + 1) + ", found " + quoted(fields[k]));
     }
     void requireInteger(std::size_t i, const std::vector<std::string_view>& fields, std::size_t k) {
         if (!integerOf(fields[k]))
-            fault(i, "expected an integer as field " + std::to_string(k + 1) + ", found \"" +
-                         std::string(fields[k]) + "\"");
+            fault(i,
+                  "expected an integer as field " + std::to_string(k + 1) + ", found " + quoted(fields[k]));
     }
     void points(Format format, const char* expected);
     void pointLine(std::size_t i, std::string_view line, Format format, const char* expected);

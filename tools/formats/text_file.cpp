@@ -27,7 +27,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 }  // namespace
 
-TextFile::TextFile(const std::string& argument) : m_name(argument), m_path(argument) {
+TextFile::TextFile(const std::string& argument) : m_name(argument), m_path(pathOf(argument)) {
     std::string text;
     if (argument == "-") {
         static bool isTaken = false;
