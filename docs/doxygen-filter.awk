@@ -95,7 +95,7 @@ function indentOf(line) {
 # The implementation of templates follows.
 /^\/\/ -------/ { exit }
 
-# Internal names that a public header needs.
+# Internal names that a public header needs. Private members are left out too.
 /^namespace fieldscan/ {
     count = 0
     hidden = 1
@@ -163,6 +163,14 @@ body > 0 {
         }
         if (line ~ /^};/)
             depth = 0
+        if (within_private && line !~ /^#/) {
+            print "/// \\endcond"
+            within_private = 0
+        }
+        if (line ~ /^ *private:/) {
+            print "/// \\cond"
+            within_private = 1
+        }
         repeated = ""
     }
     if (title != "" && !continued) {

@@ -9,7 +9,7 @@
 // the same name, by least squares with equal weights (CLeastSq), and keep the residuals of the pairs. Heights
 // z are ignored. Use: SetPoints, CalPara, then Transform. Operations return 1 for success and 0 for failure.
 
-// Rotation with scale, and translation (four parameters, Helmert):
+// Plane similarity transformation (Helmert), four parameters: rotation with scale, and translation.
 //
 //   x' = a x - b y + tx
 //   y' = b x + a y + ty
@@ -61,7 +61,7 @@ private:
     int CalResiduals();
 };
 
-// Six parameters, each axis with its own direction and scale:
+// Plane affine transformation, six parameters: each axis has its own direction and scale.
 //
 //   x' = a x + b y + tx
 //   y' = c x + d y + ty

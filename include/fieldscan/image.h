@@ -17,6 +17,8 @@ enum INNORI_TYPE : int {
     INNORI_FIDUCIAL_HELMERT = 2  // CHelmert, at least 2 marks
 };
 
+// An image with its camera and exterior orientation.
+//
 // Image coordinates: pixels, x to the right, y downward, origin at the top-left pixel.
 // Photo coordinates: millimetres in the image plane from the principal point, x to the right, y upward.
 // Object coordinates: metres in right-handed axes, x east, y north, z up. Surveying coordinates (survey.h: x

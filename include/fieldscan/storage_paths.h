@@ -5,8 +5,8 @@
 #include <fieldscan/export.h>
 #include <fieldscan/framework/string.h>
 
-// Keeps the answers of the system: a member that is not empty is returned as it is, an empty one is looked up
-// on every call. Use each object in one thread.
+// Where the storage cards and the program lie. Keeps the answers of the system: a member that is not empty is
+// returned as it is, an empty one is looked up on every call. Use each object in one thread.
 class FIELDSCAN_API CGetAppPath {
 public:
     CGetAppPath();

@@ -9,6 +9,8 @@
 
 class CPolyline;
 
+// Units, angles and observations of surveying.
+//
 // Angles are in degrees unless the name says gon (400 to the circle) or mil (6400). A packed angle holds
 // degrees, minutes and seconds as ddd.mmss in one double. Every function computes in IEEE double, in the
 // order given here. Conversions to int cut the fraction off; what does not fit gives the nearest int, NaN 0,

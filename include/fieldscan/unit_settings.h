@@ -5,7 +5,8 @@
 #include <fieldscan/export.h>
 #include <fieldscan/framework/string.h>
 
-// The codes are the application's own: they are stored, never interpreted. File: docs/file_formats.md.
+// The display units that the operator chose. The codes are the application's own: they are stored, never
+// interpreted. File: docs/file_formats.md.
 class FIELDSCAN_API CTSUnit {
 public:
     CTSUnit();
