@@ -1,4 +1,5 @@
-# Debian packages by cpack, one a component: libfieldscan0.1, libfieldscan-dev and fieldscan.
+# Debian packages by cpack, one a component: libfieldscan0.1, libfieldscan-dev and fieldscan. They install into /usr/lib,
+# not into the folder of the processor below it, since the same build makes the archives.
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
