@@ -1,10 +1,11 @@
 // direction: directions and zenith angles from a station, by XYZToHV.
-#include <cmath>
-#include <cstdio>
+#include <fieldscan/instrument_strings.h>
+#include <fieldscan/survey.h>
 
-#include "common/progress.h"
+#include <cmath>
+
 #include "common/text.h"
-#include "formats/checked_files.h"
+#include "formats/point_stream.h"
 #include "options/file_options.h"
 #include "options/station_options.h"
 #include "subcommands.h"
@@ -39,31 +40,31 @@ ExitCode run(const Options& options) {
     if (!options.station.given())
         throw CLI::RequiredError("--station or --station-file");
     useCodePage(options.page);
-    const TextFile file(options.points);
-    CArray<CXYZ, CXYZ&> points;
-    readCheckedPoints(file, points);
+    PointStream stream(options.points);
     const CXYZ station = options.station.station();
-    std::string lines, faults;  // printed after the progress line is cleared
-    {
-        ProgressLine progress("Computing directions");
-        for (int i = 0; i < points.GetSize(); ++i) {
+    bool allHaveDirections = true;
+    const auto put = [&](const PointBlock& block, PointStream::Pass pass) {
+        if (pass == PointStream::Pass::check)
+            return true;
+        std::string lines;
+        for (int i = 0; i < block.points.GetSize(); ++i) {
+            const CXYZ& point = block.points[i];
             double direction, zenith;
-            const std::string name = utf8(points[i].name);
-            if (CCalcXYZHV::XYZToHV(station, points[i], options.station.height(), zenith, direction) == 1) {
+            const std::string name = utf8(point.name);
+            if (CCalcXYZHV::XYZToHV(station, point, options.station.height(), zenith, direction) == 1) {
                 lines += name + "," + angleText(direction, options.unit) + "," +
                          angleText(zenith, options.unit) + "\n";
             } else {
                 lines += name + ",,\n";
-                faults += file.message(0, "point " + name +
-                                              ": expected one that is not straight above or below "
-                                              "the station\n");
+                stream.warn("point " + name +
+                            ": expected one that is not straight above or below the station");
+                allHaveDirections = false;
             }
-            progress(i + 1, points.GetSize());
         }
-    }
-    std::fputs(lines.c_str(), stdout);
-    std::fputs(faults.c_str(), stderr);
-    return faults.empty() ? kFine : kDataAreWrong;
+        return print(lines);
+    };
+    stream.read("Computing directions", true, put);
+    return allHaveDirections ? kFine : kDataAreWrong;
 }
 
 }  // namespace

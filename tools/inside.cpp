@@ -1,11 +1,11 @@
 // inside: which points or directions lie inside the outline of a scan area.
 #include <cmath>
-#include <cstdio>
-#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
-#include "common/progress.h"
 #include "common/text.h"
-#include "formats/checked_files.h"
+#include "formats/point_stream.h"
 #include "options/file_options.h"
 #include "options/station_options.h"
 #include "scan/scan_input.h"
@@ -20,16 +20,23 @@ struct Options {
 
 constexpr char kDirection[] = "expected name,horizontal angle,zenith angle,0 in degrees (or --station)";
 
-void sightDirections(const TextFile& file, ScanJob& job) {
-    for (int i = 0; i < job.points.GetSize(); ++i) {
-        const CXYZ& point = job.points[i];
-        if (std::fabs(point.x) > 360.0 || point.y < 0.0 || point.y > 180.0 || point.z != 0.0)
-            file.fail(i + 1, kDirection);
-        Sight sight = {point.x, point.y, 0.0, SightPlace::outside};
-        CCalcXYZHV::Angle0To360(sight.direction);
-        placeSight(job, sight);
-        job.sights.push_back(sight);
-    }
+// The sight of a direction in degrees; nothing when it is none.
+std::optional<Sight> directionOf(const CXYZ& point) {
+    if (std::fabs(point.x) > 360.0 || point.y < 0.0 || point.y > 180.0 || point.z != 0.0)
+        return std::nullopt;
+    Sight sight = {point.x, point.y, 0.0, SightPlace::outside};
+    CCalcXYZHV::Angle0To360(sight.direction);
+    return sight;
+}
+
+std::string placesOf(const ScanJob& job, const PointBlock& block, std::vector<Sight>& sights) {
+    static const char* const kPlaces[] = {"inside", "outside", "at station"};
+    placeSights(job, sights);
+    std::string lines;
+    for (std::size_t i = 0; i < sights.size(); ++i)
+        lines += utf8(block.points[static_cast<int>(i)].name) + "," +
+                 kPlaces[static_cast<int>(sights[i].place)] + "\n";
+    return lines;
 }
 
 ExitCode run(const Options& options) {
@@ -38,22 +45,32 @@ ExitCode run(const Options& options) {
     useCodePage(options.page);
     ScanJob job;
     readArea(TextFile(options.area), job, true);
-    const TextFile file(options.points);
-    const Format format = readCheckedPoints(file, job.points);
-    if (options.station.given()) {
+    PointStream stream(options.points);
+    const bool areDirections = !options.station.given();
+    if (!areDirections) {
         job.station = options.station.station();
         job.instrumentHeight = options.station.height();
-        ProgressLine progress("Sighting the points");
-        sightPoints(job, std::ref(progress));
-    } else if (format == Format::occupied) {  // a line of which may hold several points
-        file.fail(0, kDirection);
-    } else {
-        sightDirections(file, job);
     }
-    static const char* const kPlaces[] = {"inside", "outside", "at station"};
-    for (int i = 0; i < job.points.GetSize(); ++i)
-        std::printf("%s,%s\n", utf8(job.points[i].name).c_str(),
-                    kPlaces[static_cast<int>(job.sights[static_cast<std::size_t>(i)].place)]);
+    const auto put = [&](const PointBlock& block, PointStream::Pass pass) {
+        if (areDirections && stream.format() == Format::occupied)  // a line of which may hold several points
+            stream.fail(0, kDirection);
+        std::vector<Sight> sights;
+        const int count = block.points.GetSize();
+        int faulty = -1;
+        for (int i = 0; i < count && faulty < 0; ++i) {
+            const CXYZ& point = block.points[i];
+            const auto sight = areDirections ? directionOf(point) : sightOf(job, point);
+            if (sight)
+                sights.push_back(*sight);
+            else
+                faulty = block.lines[static_cast<std::size_t>(i)];
+        }
+        const bool goesOn = pass == PointStream::Pass::check || print(placesOf(job, block, sights));
+        if (faulty >= 0)
+            stream.fail(faulty, kDirection);
+        return goesOn;
+    };
+    stream.read("Sighting the points", true, put);
     return kFine;
 }
 

@@ -29,12 +29,12 @@ bool haveCodes(const CArray<CXYZ, CXYZ&>& points) {
 void writePoints(CArray<CXYZ, CXYZ&>& points, const std::string& out) {
     const bool toStream = out == "-", withCodes = haveCodes(points);
     std::optional<TemporaryFolder> folder;
-    const fs::path place = toStream || withCodes ? folder.emplace().file() : fs::path(out);
+    const fs::path place = toStream || withCodes ? folder.emplace().file() : pathOf(out);
     CString path = libraryPath(place);
     bool isWritten = (withCodes ? ScanFileAdd(path, points) : WriteCSVFile(&path, points, 0)) == 1;
     if (isWritten && withCodes && !toStream) {
         std::error_code error;
-        isWritten = fs::copy_file(place, out, fs::copy_options::overwrite_existing, error);
+        isWritten = fs::copy_file(place, pathOf(out), fs::copy_options::overwrite_existing, error);
     }
     if (!isWritten)
         throw DataError(out + ": cannot be written");

@@ -38,6 +38,10 @@ std::string padded(std::string text, int letters) {
     return text;
 }
 
+bool print(const std::string& text) {
+    return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+}
+
 void printEntry(const char* title, const std::string& text) {
     std::printf("  %-17s  %s\n", title, text.c_str());
 }

@@ -21,6 +21,9 @@ int lettersIn(const std::string& text);
 // The text, filled with blanks up to so many letters; %-*s would count bytes.
 std::string padded(std::string text, int letters);
 
+// Prints at once; false where standard output takes no more, as after head has ended.
+bool print(const std::string& text);
+
 // Prints an entry of a report: a title and what it says.
 void printEntry(const char* title, const std::string& text);
 

@@ -1,6 +1,7 @@
 // The rules for lines first, then the library's reader, which takes what is no number for 0.
 #include "formats/checked_files.h"
 
+#include "formats/cells.h"
 #include "formats/line_rules.h"
 
 void readChecked(const TextFile& file, Format format, Contents& contents) {
@@ -13,8 +14,8 @@ void readChecked(const TextFile& file, Format format, Contents& contents) {
 
 Format readCheckedPoints(const TextFile& file, CArray<CXYZ, CXYZ&>& points) {
     const Format format = formatOf(file);
-    if (format != Format::point && format != Format::occupied && format != Format::scanResult)
-        file.fail(1, "expected lines name,x,y,z");
+    if (!hasPointLines(format))
+        file.fail(1, kExpectedPoints + foundInstead(file.lines()));
     Contents contents;
     readChecked(file, format, contents);
     points.Swap(contents.points);

@@ -1,9 +1,12 @@
 // Fields, words and whole numbers of a line, independent of the locale (std::from_chars).
 #include "formats/fields.h"
 
+#include <fieldscan/string_utilities.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <string>
 
 namespace {
 
@@ -31,12 +34,44 @@ std::string_view trimmed(std::string_view text) {
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {
     std::vector<std::string_view> fields;
+    fieldsOf(line, fields);
+    return fields;
+}
+
+void fieldsOf(std::string_view line, std::vector<std::string_view>& fields) {
+    fields.clear();
     for (std::size_t comma = 0; comma != std::string_view::npos;) {
         comma = line.find(',');
         fields.push_back(trimmed(line.substr(0, comma)));
         line.remove_prefix(comma == std::string_view::npos ? line.size() : comma + 1);
     }
-    return fields;
+}
+
+bool isBlank(std::string_view text) {
+    text = trimmed(text);
+    // The bytes of an ideographic blank are none of these in any code page.
+    const auto isOther = [](char c) { return c > ' ' && c < '@'; };
+    return text.empty() || (static_cast<signed char>(text[0]) < 0 &&
+                            std::none_of(text.begin(), text.end(), isOther) && pointName(text).IsEmpty());
+}
+
+std::string_view withoutByteOrderMark(std::string_view text) {
+    constexpr char kMark[] = "\xEF\xBB\xBF";
+    constexpr std::size_t kLength = sizeof kMark - 1;
+    return text.substr(0, kLength) == kMark && CString(kMark).GetLength() == 1 ? text.substr(kLength) : text;
+}
+
+CString pointName(std::string_view field) { return CString(std::string(trimmed(field)).c_str()).Trim(); }
+
+// Reads the text in the code page and writes it again. A byte that is no character of the page is read as the
+// Latin-1 character of that number, and written as other bytes.
+bool isInCodePage(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) > 0; }))
+        return true;
+    const CString wide(std::string(text).c_str());
+    std::string back(2 * text.size() + 1, '\0');
+    const int length = CStringToChar(wide, back.data(), static_cast<int>(back.size()));
+    return length == static_cast<int>(text.size()) && CString(back.c_str()) == wide;
 }
 
 std::vector<std::string_view> wordsOf(std::string_view line) {

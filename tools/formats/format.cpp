@@ -17,6 +17,8 @@ constexpr Version kVersions[] = {
     {"FIELD_SCAN_RNG_FILEVER1.0", Format::range},
 };
 
+constexpr std::size_t kFirstLines = 5;  // that a camera file is known by
+
 // True if the first `count` words of the line pass the test.
 template <class Test>
 bool beginsWith(const std::string& line, std::size_t count, Test test) {
@@ -28,26 +30,6 @@ bool beginsWith(const std::string& line, std::size_t count, Test test) {
 
 bool isPoint(const std::vector<std::string_view>& fields) {
     return fields.size() >= 4 && numberOf(fields[1]) && numberOf(fields[2]) && numberOf(fields[3]);
-}
-
-Format formatOfPoints(const TextFile& file) {
-    bool more = false, onlyNumbers = true, gap = false, blank = false;
-    for (const std::string& line : file.lines()) {
-        if (line.find('\r') != std::string::npos)
-            return Format::occupied;
-        const auto fields = fieldsOf(line);
-        if (fields.size() == 1 && fields[0].empty()) {
-            blank = true;
-            continue;
-        }
-        gap = gap || blank;
-        more = more || fields.size() > 4;
-        for (std::size_t i = 4; i < fields.size(); ++i)
-            onlyNumbers = onlyNumbers && numberOf(fields[i]);
-    }
-    if (more)
-        return onlyNumbers ? Format::occupied : Format::scanResult;
-    return gap ? Format::occupied : Format::point;
 }
 
 }  // namespace
@@ -74,28 +56,73 @@ const char* nameOf(Format format) {
     return "unknown";
 }
 
-Format formatOf(const TextFile& file) {
-    const auto& lines = file.lines();
-    const std::string_view first = trimmed(file.line(0));
+void FormatFinder::keepFirst(std::string_view line) {
+    if (m_first.size() == kFirstLines)
+        return;
+    m_first.emplace_back(line);
+    m_formatOfFirst = formatOfFirst();
+}
+
+void FormatFinder::takePoint(std::string_view line) {
+    keepFirst(line);
+    m_allBlank = false;
+    m_hasPoint = true;
+}
+
+void FormatFinder::take(std::string_view line) {
+    keepFirst(line);
+    m_allBlank = m_allBlank && isBlank(line);
+    fieldsOf(line, m_fields);
+    for (std::size_t i = 4; i < m_fields.size(); ++i)
+        m_onlyNumbers = m_onlyNumbers && numberOf(m_fields[i]);
+    m_hasMore = m_hasMore || m_fields.size() > 4;
+    const std::size_t end = line.find('\r');
+    if (end != std::string_view::npos) {
+        m_hasReturn = true;
+        fieldsOf(line.substr(0, end), m_fields);
+    }
+    m_hasPoint = m_hasPoint || isPoint(m_fields);
+}
+
+Format FormatFinder::formatOfFirst() const {
+    const auto line = [this](std::size_t i) { return i < m_first.size() ? m_first[i] : std::string(); };
+    const std::string first(trimmed(line(0)));
     for (const Version& version : kVersions)
         if (first == version.line)
             return version.format;
-    if (std::all_of(lines.begin(), lines.end(),
-                    [](const std::string& line) { return trimmed(line).empty(); }))
-        return Format::point;
-    if (beginsWith(file.line(0), 2, integerOf) && beginsWith(file.line(1), 2, numberOf) &&
-        beginsWith(file.line(2), 2, numberOf))
+    if (beginsWith(line(0), 2, integerOf) && beginsWith(line(1), 2, numberOf) &&
+        beginsWith(line(2), 2, numberOf))
         return Format::scanArea;
-    if (lines.size() >= 5 && std::all_of(lines.begin(), lines.begin() + 5, [](const std::string& line) {
-            return line.find(',') == std::string::npos && beginsWith(line, 1, numberOf);
+    if (m_first.size() == kFirstLines &&
+        std::all_of(m_first.begin(), m_first.end(), [](const std::string& each) {
+            return each.find(',') == std::string::npos && beginsWith(each, 1, numberOf);
         }))
         return Format::camera;
-    if (lines.size() >= 3 && beginsWith(file.line(1), 2, integerOf) && beginsWith(file.line(2), 1, integerOf))
+    if (beginsWith(line(1), 2, integerOf) && beginsWith(line(2), 1, integerOf))
         return Format::imageCoordinate;
-    // Also with a header or a damaged first line: the rules for points then name the fault.
-    if (std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
-            return isPoint(fieldsOf(line.substr(0, line.find('\r'))));
-        }))
-        return formatOfPoints(file);
     return Format::unknown;
+}
+
+Format FormatFinder::format() const {
+    if (m_formatOfFirst != Format::unknown)
+        return m_formatOfFirst;
+    if (m_allBlank)
+        return Format::point;
+    if (!m_hasPoint)
+        return Format::unknown;
+    // Also with a header or a damaged first line: the rules for points then name the fault.
+    if (m_hasReturn || (m_hasMore && m_onlyNumbers))
+        return Format::occupied;
+    return m_hasMore ? Format::scanResult : Format::point;
+}
+
+Format formatOf(const TextFile& file) {
+    FormatFinder finder;
+    for (const std::string& line : file.lines())
+        finder.take(line);
+    return finder.format();
+}
+
+bool hasPointLines(Format format) {
+    return format == Format::point || format == Format::occupied || format == Format::scanResult;
 }

@@ -1,28 +1,53 @@
 // One function for each format with several sorts of lines; the others are lists of values, in apply.
 #include "formats/line_rules.h"
 
-#include <fieldscan/string_utilities.h>
-
 #include <algorithm>
 #include <initializer_list>
 #include <limits>
 
 #include "common/text.h"
+#include "formats/cells.h"
 
 namespace {
 
-// Reads the line in the code page and writes it again. A byte that is no character of the page is read as the
-// Latin-1 character of that number, and written as other bytes.
-bool isInCodePage(const std::string& line) {
-    if (std::all_of(line.begin(), line.end(), [](char c) { return static_cast<signed char>(c) > 0; }))
-        return true;
-    const CString text(line.c_str());
-    std::string back(2 * line.size() + 1, '\0');
-    const int length = CStringToChar(text, back.data(), static_cast<int>(back.size()));
-    return length == static_cast<int>(line.size()) && CString(back.c_str()) == text;
+const char* expectedPoint(Format format) {
+    return format == Format::point      ? "name,x,y,z"
+           : format == Format::occupied ? "name,x,y,z and more"
+                                        : "name,x,y,z or these with code, or with code,word,text";
 }
 
 std::string quoted(std::string_view field) { return "\"" + utf8(CString(std::string(field).c_str())) + "\""; }
+
+void requireNumber(int number, const std::vector<std::string_view>& fields, std::size_t k,
+                   std::vector<Fault>& faults) {
+    if (!numberOf(fields[k]))
+        faults.push_back(
+            {number, "expected a number as field " + std::to_string(k + 1) + ", found " + quoted(fields[k])});
+}
+
+void requireInteger(int number, const std::vector<std::string_view>& fields, std::size_t k,
+                    std::vector<Fault>& faults) {
+    if (!integerOf(fields[k]))
+        faults.push_back({number, "expected an integer as field " + std::to_string(k + 1) + ", found " +
+                                      quoted(fields[k])});
+}
+
+// Name and three numbers. An occupied-point file may have more fields, a scan result file a code, or code,
+// word and text.
+void addFieldFaults(int number, std::string_view line, Format format, std::vector<Fault>& faults) {
+    const auto fields = fieldsOf(line);
+    const std::size_t n = fields.size();
+    if (n != 4 && !(format == Format::occupied && n > 4) &&
+        !(format == Format::scanResult && (n == 5 || n == 7))) {
+        faults.push_back({number, std::string("expected ") + expectedPoint(format) + ", found " +
+                                      std::to_string(n) + (n == 1 ? " field" : " fields")});
+        return;
+    }
+    for (std::size_t k = 1; k < 4; ++k)
+        requireNumber(number, fields, k, faults);
+    if (format == Format::scanResult && n == 7)
+        requireInteger(number, fields, 5, faults);
+}
 
 class Rules {
 public:
@@ -34,7 +59,7 @@ public:
 
 private:
     void fault(std::size_t i, const std::string& what) { faults.push_back({static_cast<int>(i) + 1, what}); }
-    bool isBlank(std::size_t i) const { return trimmed(m_file.line(i)).empty(); }
+    bool isBlank(std::size_t i) const { return ::isBlank(m_file.line(i)); }
     std::size_t size() const { return m_file.lines().size(); }
 
     // Goes to the next line; false with a fault where it is blank or the file ends.
@@ -79,18 +104,7 @@ private:
                 return fault(i, std::string("expected the end of the file: ") + what);
     }
 
-    void requireNumber(std::size_t i, const std::vector<std::string_view>& fields, std::size_t k) {
-        if (!numberOf(fields[k]))
-            fault(i, "expected a number as field " + std::to_string(k + 1) + ", found " + quoted(fields[k]));
-    }
-    void requireInteger(std::size_t i, const std::vector<std::string_view>& fields, std::size_t k) {
-        if (!integerOf(fields[k]))
-            fault(i,
-                  "expected an integer as field " + std::to_string(k + 1) + ", found " + quoted(fields[k]));
-    }
-    void points(Format format, const char* expected);
-    void pointLine(std::size_t i, std::string_view line, Format format, const char* expected);
-    void versionedScan();
+    void points(Format format);
     void imageCoordinates();
     void camera();
     void scanArea();
@@ -101,54 +115,16 @@ private:
     std::size_t m_next = 0;
 };
 
-// In an occupied-point file blank lines are skipped and a carriage return ends a line too.
-void Rules::points(Format format, const char* expected) {
+void Rules::points(Format format) {
     for (std::size_t i = 0; i < size(); ++i) {
-        if (isBlank(i)) {
-            const auto holdsSomething = [](const std::string& line) { return !trimmed(line).empty(); };
-            const auto here = m_file.lines().begin() + static_cast<int>(i);
-            if (format != Format::occupied && std::any_of(here, m_file.lines().end(), holdsSomething))
-                return fault(i, "expected a point: the file ends for its readers with this blank line");
+        if (!isBlank(i)) {
+            addPointFaults(static_cast<int>(i) + 1, m_file.line(i), format, faults);
             continue;
         }
-        if (format != Format::occupied) {
-            pointLine(i, m_file.line(i), format, expected);
-            continue;
-        }
-        for (std::string_view rest = m_file.line(i); !rest.empty();) {
-            const std::size_t end = std::min(rest.find('\r'), rest.size());
-            if (!trimmed(rest.substr(0, end)).empty())
-                pointLine(i, rest.substr(0, end), format, expected);
-            rest.remove_prefix(std::min(end + 1, rest.size()));
-        }
-    }
-}
-
-// Name and three numbers. An occupied-point file may have more fields, a scan result file a code, or code,
-// word and text.
-void Rules::pointLine(std::size_t i, std::string_view line, Format format, const char* expected) {
-    const auto fields = fieldsOf(line);
-    const std::size_t n = fields.size();
-    if (n != 4 && !(format == Format::occupied && n > 4) &&
-        !(format == Format::scanResult && (n == 5 || n == 7)))
-        return fault(i, std::string("expected ") + expected + ", found " + std::to_string(n) +
-                            (n == 1 ? " field" : " fields"));
-    for (std::size_t k = 1; k < 4; ++k)
-        requireNumber(i, fields, k);
-    if (format == Format::scanResult && n == 7)
-        requireInteger(i, fields, 5);
-}
-
-void Rules::versionedScan() {
-    for (std::size_t i = 1; i < size(); ++i) {
-        const auto fields = fieldsOf(m_file.line(i));
-        if (fields.size() < 9) {
-            fault(i, "expected name,x,y,z,code,word,text,first,second: readers skip the line");
-            continue;
-        }
-        for (const std::size_t k : std::initializer_list<std::size_t>{1, 2, 3, 7, 8})
-            requireNumber(i, fields, k);
-        requireInteger(i, fields, 5);
+        const auto here = m_file.lines().begin() + static_cast<int>(i);
+        const auto holdsSomething = [](const std::string& line) { return !::isBlank(line); };
+        if (format != Format::occupied && std::any_of(here, m_file.lines().end(), holdsSomething))
+            return fault(i, kBlankWithin);
     }
 }
 
@@ -223,19 +199,18 @@ void Rules::apply(Format format) {
     m_next = 1;  // after a version line
     switch (format) {
         case Format::unknown:
-            fault(0, "expected one of the known formats (--as says which)");
+            fault(0, kUnknownFormat + foundInstead(m_file.lines()));
+            if (isUtf16(m_file.lines()))
+                return;  // the bytes of every line form no text
             break;
         case Format::point:
-            points(format, "name,x,y,z");
-            break;
         case Format::occupied:
-            points(format, "name,x,y,z and more");
-            break;
         case Format::scanResult:
-            points(format, "name,x,y,z or these with code, or with code,word,text");
+            points(format);
             break;
         case Format::versionedScan:
-            versionedScan();
+            for (std::size_t i = 1; i < size(); ++i)
+                addVersionedFaults(static_cast<int>(i) + 1, m_file.line(i), faults);
             break;
         case Format::imageCoordinate:
             imageCoordinates();
@@ -273,19 +248,61 @@ void Rules::apply(Format format) {
             break;
     }
     if (m_file.line(0).rfind("\xEF\xBB\xBF", 0) == 0)  // TextFile drops it in UTF-8
-        fault(0, "expected no byte order mark: it is read as a part of the first word");
-    std::size_t foreign = 0, first = 0;
-    for (std::size_t i = 0; i < size(); ++i)
-        if (!isInCodePage(m_file.line(i)) && foreign++ == 0)
-            first = i;
-    if (foreign > 0)
-        fault(first, "expected text in the code page (--page); bytes of " + std::to_string(foreign) +
-                         (foreign == 1 ? " line form" : " lines form") + " no character of it");
+        fault(0, kByteOrderMark);
+    if (const auto foreign = foreignBytes(m_file))
+        faults.push_back(*foreign);
     std::stable_sort(faults.begin(), faults.end(),
                      [](const Fault& a, const Fault& b) { return a.line < b.line; });
 }
 
 }  // namespace
+
+const char kUnknownFormat[] = "expected one of the known formats (--as says which)";
+const char kExpectedPoints[] = "expected lines name,x,y,z";
+const char kBlankWithin[] = "expected a point: the file ends for its readers with this blank line";
+const char kByteOrderMark[] = "expected no byte order mark: it is read as a part of the first word";
+
+void ForeignLines::take(int number, std::string_view line) {
+    if (!isInCodePage(line) && m_count++ == 0)
+        m_first = number;
+}
+
+std::optional<Fault> ForeignLines::fault() const {
+    if (m_count == 0)
+        return std::nullopt;
+    return Fault{m_first, "expected text in the code page (--page); bytes of " + std::to_string(m_count) +
+                              (m_count == 1 ? " line form" : " lines form") + " no character of it"};
+}
+
+std::optional<Fault> foreignBytes(const TextFile& file) {
+    ForeignLines foreign;
+    for (std::size_t i = 0; i < file.lines().size(); ++i)
+        foreign.take(static_cast<int>(i) + 1, file.line(i));
+    return foreign.fault();
+}
+
+// In an occupied-point file a carriage return ends a line too.
+void addPointFaults(int number, std::string_view line, Format format, std::vector<Fault>& faults) {
+    if (format != Format::occupied)
+        return addFieldFaults(number, line, format, faults);
+    while (!line.empty()) {
+        const std::size_t end = std::min(line.find('\r'), line.size());
+        if (!isBlank(line.substr(0, end)))
+            addFieldFaults(number, line.substr(0, end), format, faults);
+        line.remove_prefix(std::min(end + 1, line.size()));
+    }
+}
+
+void addVersionedFaults(int number, std::string_view line, std::vector<Fault>& faults) {
+    const auto fields = fieldsOf(line);
+    if (fields.size() < 9) {
+        faults.push_back({number, "expected name,x,y,z,code,word,text,first,second: readers skip the line"});
+        return;
+    }
+    for (const std::size_t k : std::initializer_list<std::size_t>{1, 2, 3, 7, 8})
+        requireNumber(number, fields, k, faults);
+    requireInteger(number, fields, 5, faults);
+}
 
 std::vector<Fault> lineFaults(const TextFile& file, Format format) {
     Rules rules(file);

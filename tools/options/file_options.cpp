@@ -8,9 +8,13 @@
 void addPageOption(CLI::App& command, std::string& page, const char* name, const char* help) {
     // The library takes a name it does not know for UTF-8, so only these are passed on.
     static const std::map<std::string, std::string> pages = {
-        {"932", "CP932"},      {"cp932", "CP932"},   {"1252", "CP1252"},
-        {"cp1252", "CP1252"},  {"utf-8", "UTF-8"},   {"utf8", "UTF-8"},
-        {"latin-1", "LATIN1"}, {"latin1", "LATIN1"}, {"iso-8859-1", "LATIN1"}};
+        {"932", "CP932"},           {"cp932", "CP932"},       {"shift_jis", "CP932"},
+        {"shift-jis", "CP932"},     {"sjis", "CP932"},        {"ms932", "CP932"},
+        {"windows-31j", "CP932"},   {"1252", "CP1252"},       {"cp1252", "CP1252"},
+        {"windows-1252", "CP1252"}, {"utf-8", "UTF-8"},       {"utf8", "UTF-8"},
+        {"cp65001", "UTF-8"},       {"65001", "UTF-8"},       {"latin-1", "LATIN1"},
+        {"latin1", "LATIN1"},       {"iso-8859-1", "LATIN1"}, {"cp28591", "LATIN1"},
+        {"28591", "LATIN1"}};
     command
         .add_option_function<std::string>(
             name,

@@ -40,9 +40,10 @@ CXYZ StationOptions::station() const {
     if (m_coordinates)
         return *m_coordinates;
     const TextFile file(m_file);
-    CArray<CXYZ, CXYZ&> points;
-    readCheckedPoints(file, points);
-    if (points.IsEmpty())
+    Contents contents;
+    // Read as an occupied-point file even where it looks like a point file: blank lines do not end it.
+    readChecked(file, Format::occupied, contents);
+    if (contents.points.IsEmpty())
         file.fail(1, "expected the station: name,x,y,z");
-    return points[0];
+    return contents.points[0];
 }

@@ -74,7 +74,9 @@ void readArea(const TextFile& file, ScanJob& job, bool needsOutline) {
     }
     const int vertices = job.area.outlineAngles.GetSize();
     if (vertices == 0 && needsOutline)
-        file.fail(0, "expected an outline of three vertices at least, found none");
+        file.fail(0,
+                  std::string("expected an outline of three vertices at least, found none") +
+                      (format == Format::scanArea ? "; this version of the scan-area file holds none" : ""));
     job.area.CalHVPolyline1();
     try {
         if (vertices > 0)

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <string>
 
 #include "common/angles.h"
@@ -83,27 +84,46 @@ void planShots(ScanJob& job) {
     requireSoundArea(area);
 }
 
-void placeSight(const ScanJob& job, Sight& sight) {
-    sight.elevation = CCalcXYZHV::AngleZ0toH0(sight.zenith);
-    double horizontal = sight.direction;
-    if (job.fullCircle) {  // its seam belongs to the right edge
-        const double fromLeft = CCalcXYZHV::AngleDifference_Over0(job.left(), horizontal);
-        if (fromLeft == 0.0 || fromLeft > job.width())
-            horizontal = job.right();
+Sight sightOf(const ScanJob& job, const CXYZ& point) {
+    Sight sight = {0.0, 0.0, 0.0, SightPlace::atStation};
+    if (CCalcXYZHV::XYZToHV(job.station, point, job.instrumentHeight, sight.zenith, sight.direction) == 1)
+        sight.place = SightPlace::outside;
+    return sight;
+}
+
+void placeSights(const ScanJob& job, std::vector<Sight>& sights) {
+    CArray<double, double> horizontal, elevation;
+    CArray<int, int> inside;
+    const int count = static_cast<int>(sights.size());
+    horizontal.SetSize(count);
+    elevation.SetSize(count);
+    for (int i = 0; i < count; ++i) {
+        Sight& sight = sights[static_cast<std::size_t>(i)];
+        if (sight.place != SightPlace::atStation)
+            sight.elevation = CCalcXYZHV::AngleZ0toH0(sight.zenith);
+        horizontal[i] = sight.direction;
+        elevation[i] = sight.elevation;
+        if (job.fullCircle) {  // its seam belongs to the right edge
+            const double fromLeft = CCalcXYZHV::AngleDifference_Over0(job.left(), sight.direction);
+            if (fromLeft == 0.0 || fromLeft > job.width())
+                horizontal[i] = job.right();
+        }
     }
-    const int inside = CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, horizontal, sight.elevation);
-    sight.place = inside == 1 ? SightPlace::inside : SightPlace::outside;
+    if (CCalcXYZHV::IsPolyInside(job.area.outlinePolyline, horizontal, elevation, inside) != 1)
+        throw std::bad_alloc();
+    for (int i = 0; i < count; ++i) {
+        Sight& sight = sights[static_cast<std::size_t>(i)];
+        if (sight.place != SightPlace::atStation)
+            sight.place = inside[i] == 1 ? SightPlace::inside : SightPlace::outside;
+    }
 }
 
 void sightPoints(ScanJob& job, const Progress& progress) {
     job.sights.clear();
     const int total = job.points.GetSize();
     for (int i = 0; i < total; ++i) {
-        Sight sight = {0.0, 0.0, 0.0, SightPlace::atStation};
-        if (CCalcXYZHV::XYZToHV(job.station, job.points[i], job.instrumentHeight, sight.zenith,
-                                sight.direction) == 1)
-            placeSight(job, sight);
-        job.sights.push_back(sight);
+        job.sights.push_back(sightOf(job, job.points[i]));
         progress(i + 1, total);
     }
+    placeSights(job, job.sights);
 }

@@ -54,8 +54,11 @@ void measureArea(ScanJob& job);
 // The shots over the area. Throws DataError.
 void planShots(ScanJob& job);
 
-// Sets elevation and place of a sight from its direction and zenith angle.
-void placeSight(const ScanJob& job, Sight& sight);
+// A point as seen from the station; inside or outside is left to placeSights.
+Sight sightOf(const ScanJob& job, const CXYZ& point);
+
+// Sets elevation and place of sights from their direction and zenith angle; those at the station stay.
+void placeSights(const ScanJob& job, std::vector<Sight>& sights);
 
 // Called with how much is done and how much there is to do.
 using Progress = std::function<void(int done, int total)>;
