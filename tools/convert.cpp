@@ -2,7 +2,6 @@
 #include <fieldscan/string_utilities.h>
 #include <fieldscan/survey.h>
 
-#include <charconv>
 #include <cstdlib>
 #include <functional>
 #include <optional>
@@ -41,26 +40,32 @@ void convert(CXYZ& point, const Options& options) {
     }
 }
 
-// Appends "name,x,y,z" as the library's writer has it, in the code page that is in use. Returns what is wrong
-// with the name instead: the library writes "?" for a character that the page lacks, which would change it.
-std::string addLine(std::string& lines, const CXYZ& point, bool replace) {
+// The name in the code page that is in use.
+std::string encoded(const CString& name) {
+    std::string bytes(static_cast<std::size_t>(name.GetLength()) * 4 + 1, '\0');
+    bytes.resize(static_cast<std::size_t>(CStringToChar(name, bytes.data(), static_cast<int>(bytes.size()))));
+    return bytes;
+}
+
+// The library writes "?" for a character that the page lacks, which would change the name.
+std::string faultOf(const CString& name, const std::string& bytes, bool replace) {
     constexpr unsigned short kByteOrderMark = 0xFEFF;
-    std::string name(static_cast<std::size_t>(point.name.GetLength()) * 4 + 1, '\0');
-    name.resize(
-        static_cast<std::size_t>(CStringToChar(point.name, name.data(), static_cast<int>(name.size()))));
-    if (!replace && CString(name.c_str()) != point.name)
-        return "expected a name that the code page can hold, found \"" + utf8(point.name) +
+    if (!replace && CString(bytes.c_str()) != name)
+        return "expected a name that the code page can hold, found \"" + utf8(name) +
                "\" (--replace writes ? for what it lacks)";
-    if (point.name[0] == kByteOrderMark)
+    if (name[0] == kByteOrderMark)
         return "expected a name that does not begin with a byte order mark";
+    return "";
+}
+
+// Appends "name,x,y,z" as the library's writer has it.
+void addLine(std::string& lines, const std::string& name, const CXYZ& point) {
     lines += name;
     for (const double value : {point.x, point.y, point.z}) {
-        char text[330];  // a double has up to 309 digits before its point
         lines += ',';
-        lines.append(text, std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 6).ptr);
+        addFixed(lines, value, 6);
     }
     lines += '\n';
-    return "";
 }
 
 std::optional<char> separatorNamed(const std::string& name) {
@@ -95,17 +100,21 @@ ExitCode run(const Options& options) {
     if (options.out != "-")
         file.emplace(options.out);
     {
-        PointRows rows(options.in == "-" ? "(standard input)" : options.in, separatorNamed(options.separator),
-                       options.header);
+        PointRows rows(separatorNamed(options.separator), options.header);
         PointStream stream(options.in, std::ref(rows));
         const auto put = [&](PointBlock& block, PointStream::Pass pass) {
             std::string lines, fault;
             int line = 0;
             pages.useOut();
             for (int i = 0; i < block.points.GetSize() && fault.empty(); ++i) {
-                convert(block.points[i], options);
-                fault = addLine(lines, block.points[i], options.replace);
+                CXYZ& point = block.points[i];
+                const std::string name = encoded(point.name);
+                fault = faultOf(point.name, name, options.replace);
                 line = block.lines[static_cast<std::size_t>(i)];
+                if (fault.empty() && pass == PointStream::Pass::results) {
+                    convert(point, options);
+                    addLine(lines, name, point);
+                }
             }
             pages.useIn();
             bool goesOn = true;
@@ -117,8 +126,10 @@ ExitCode run(const Options& options) {
                 stream.fail(line, fault);
             return goesOn;
         };
-        stream.read("Converting the points", !file, put);
-        if (rows.shortened() > 0)
+        const bool isWhole =
+            stream.read("Converting the points",
+                        file ? PointStream::CheckFirst::nothing : PointStream::CheckFirst::points, put);
+        if (isWhole && rows.shortened() > 0)
             stream.warn("note: a point file holds name,x,y,z; " + std::to_string(rows.shortened()) +
                         (rows.shortened() == 1 ? " line had more" : " lines had more"));
     }
@@ -136,7 +147,9 @@ void addConvert(CLI::App& program, ExitCode& exitCode) {
         "spreadsheet writes, with commas, semicolons or tabs, quotation marks, and decimal commas where\n"
         "another separator is used. What follows z is left out. OUT is replaced when all is right.\n"
         "Units: m, ft (international foot), usft (US survey foot). Axes: survey (x north, y east) or\n"
-        "mathematical (x east, y north, in millimetres). Six decimals are written.",
+        "mathematical (x east, y north, in millimetres). Six decimals are written.\n"
+        "Example, in the folder of the sample data:\n"
+        "  fieldscan convert facade_points.csv --to-unit ft",
         run);
     command->add_option("IN", options->in, "a file of points, \"-\" for standard input")->required();
     command->add_option("OUT", options->out, "the point file to write, \"-\" for standard output")

@@ -20,7 +20,9 @@ struct Options {
 // Rounds to the decimals shown before it closes the circle, so that 359.9999999 is 0.000000, not 360.000000.
 std::string decimalText(double angle, double circle) {
     const double rounded = std::round(angle * 1e6) / 1e6;
-    return format("%.6f", rounded < circle ? rounded : 0.0);
+    std::string text;
+    addFixed(text, rounded < circle ? rounded : 0.0, 6);
+    return text;
 }
 
 std::string angleText(double degrees, const std::string& unit) {
@@ -63,7 +65,7 @@ ExitCode run(const Options& options) {
         }
         return print(lines);
     };
-    stream.read("Computing directions", true, put);
+    stream.read("Computing directions", PointStream::CheckFirst::lines, put);
     return allHaveDirections ? kFine : kDataAreWrong;
 }
 
@@ -74,7 +76,9 @@ void addDirection(CLI::App& program, ExitCode& exitCode) {
         program, exitCode, "direction", "Computes directions and zenith angles from a station",
         "Standard output: lines name,direction,zenith angle in UTF-8. Coordinates are x north, y east, z "
         "up.\n"
-        "packed: ddd.mmsst, degrees, minutes, seconds and tenths.",
+        "packed: ddd.mmsst, degrees, minutes, seconds and tenths.\n"
+        "Example, in the folder of the sample data:\n"
+        "  fieldscan direction facade_points.csv --station-file facade_station.csv --height 1.5",
         run);
     command->add_option("POINTS", options->points, "a point, occupied-point or scan result file")->required();
     options->station.addTo(*command);

@@ -70,7 +70,8 @@ ExitCode run(const Options& options) {
             stream.fail(faulty, kDirection);
         return goesOn;
     };
-    stream.read("Sighting the points", true, put);
+    stream.read("Sighting the points",
+                areDirections ? PointStream::CheckFirst::points : PointStream::CheckFirst::lines, put);
     return kFine;
 }
 
@@ -81,7 +82,10 @@ void addInside(CLI::App& program, ExitCode& exitCode) {
         addSubcommand(program, exitCode, "inside", "Finds the points inside the outline of a scan area",
                       "Standard output: lines name,inside or name,outside in UTF-8; name,at station straight "
                       "above or below\n"
-                      "it.",
+                      "it.\n"
+                      "Example, in the folder of the sample data:\n"
+                      "  fieldscan inside facade_outline.csv facade_points.csv --station-file "
+                      "facade_station.csv --height 1.5",
                       run);
     command
         ->add_option("AREA", options->area,

@@ -4,7 +4,9 @@
 
 #include "common/angles.h"
 #include "common/text.h"
+#include "formats/cells.h"
 #include "formats/checked_files.h"
+#include "formats/line_rules.h"
 #include "options/file_options.h"
 #include "scan/area_faults.h"
 #include "subcommands.h"
@@ -113,10 +115,12 @@ void showContents(const Contents& c, Format format) {
 
 void showFile(const TextFile& file, Format format) {
     if (format == Format::unknown)
-        file.fail(0, "expected one of the known formats (--as says which)");
+        file.fail(0, kUnknownFormat + foundInstead(file.lines()));
     Contents contents;
     if (!readContents(file, format, contents))
         readChecked(file, format, contents);  // fails too, and names the line
+    if (const auto foreign = foreignBytes(file))
+        std::fprintf(stderr, "%s\n", file.message(foreign->line, "note: " + foreign->what).c_str());
     put("file", file.name());
     put("format", nameOf(format));
     showContents(contents, format);
@@ -136,7 +140,9 @@ void addShow(CLI::App& program, ExitCode& exitCode) {
     const auto [command, files] = addSubcommand(
         program, exitCode, "show", "Says what files are and what they hold",
         "Standard output: lines \"key: value\" in UTF-8, \"file\" first. x, y, z are the smallest and the\n"
-        "largest of the points; angles are horizontal and zenith angle.",
+        "largest of the points; angles are horizontal and zenith angle.\n"
+        "Example, in the folder of the sample data:\n"
+        "  fieldscan show facade_points.csv facade_outline.csv",
         run);
     files->addTo(*command);
 }

@@ -2,12 +2,17 @@
 #include "common/text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstdio>
 
 #include "common/files.h"
 
 std::string utf8(const CString& text) {
+    const unsigned short* const units = text.GetString();
+    const auto end = units + text.GetLength();
+    if (std::all_of(units, end, [](unsigned short unit) { return unit < 0x80; }))
+        return std::string(units, end);
     return systemPath(text).u8string();  // a path converts between the encodings; nothing is opened
 }
 
@@ -26,6 +31,12 @@ std::string format(const char* pattern, ...) {
 std::string fixedText(double value, int decimals) {
     const std::string text = format("%.*f", decimals, value);
     return text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos ? text.substr(1) : text;
+}
+
+void addFixed(std::string& text, double value, int decimals) {
+    char digits[400];  // a double has up to 309 before its point
+    text.append(digits,
+                std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals).ptr);
 }
 
 int lettersIn(const std::string& text) {

@@ -16,6 +16,8 @@ format(const char* pattern, ...);
 
 // The number with so many decimals; 0 for -0, which rounding errors give.
 std::string fixedText(double value, int decimals);
+// Appends the number as "%.Nf" has it. Several times as fast, which files of millions of points need.
+void addFixed(std::string& text, double value, int decimals);
 
 int lettersIn(const std::string& text);
 // The text, filled with blanks up to so many letters; %-*s would count bytes.

@@ -12,6 +12,16 @@ namespace {
 
 constexpr char kBlanks[] = " \t\v\f\r\n";
 
+bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+// Neither NUL nor beyond ASCII.
+bool isPlainText(std::string_view text) {
+    bool isPlain = true;
+    for (const char c : text)  // to the end, which the compiler does for many bytes at once
+        isPlain &= static_cast<signed char>(c) > 0;
+    return isPlain;
+}
+
 template <class Number>
 std::optional<Number> wholeNumber(std::string_view text) {
     if (text.size() > 1 && text[0] == '+' && text[1] != '-')  // as the library's readers do
@@ -26,10 +36,11 @@ std::optional<Number> wholeNumber(std::string_view text) {
 }  // namespace
 
 std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {
@@ -66,7 +77,7 @@ CString pointName(std::string_view field) { return CString(std::string(trimmed(f
 // Reads the text in the code page and writes it again. A byte that is no character of the page is read as the
 // Latin-1 character of that number, and written as other bytes.
 bool isInCodePage(std::string_view text) {
-    if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) > 0; }))
+    if (isPlainText(text))
         return true;
     const CString wide(std::string(text).c_str());
     std::string back(2 * text.size() + 1, '\0');

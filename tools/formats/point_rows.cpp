@@ -3,9 +3,7 @@
 #include "formats/point_rows.h"
 
 #include <algorithm>
-#include <utility>
 
-#include "common/data_error.h"
 #include "formats/cells.h"
 #include "formats/line_rules.h"
 
@@ -34,14 +32,14 @@ char likelySeparator(std::string_view row) {
 
 }  // namespace
 
-PointRows::PointRows(std::string name, std::optional<char> separator, bool hasHeader)
-    : m_name(std::move(name)), m_givenSeparator(separator), m_hasHeader(hasHeader) {}
+PointRows::PointRows(std::optional<char> separator, bool hasHeader)
+    : m_givenSeparator(separator), m_hasHeader(hasHeader) {}
 
 std::string_view PointRows::versioned(std::string_view line, int number) {
     std::vector<Fault> faults;
     addVersionedFaults(number, line, faults);
     if (!faults.empty())
-        throw DataError(messageFor(m_name, number, faults[0].what));
+        throw faults[0];
     ++m_shortened;
     return line.substr(0, lengthOfPoint(line));
 }
@@ -50,15 +48,13 @@ std::string PointRows::number(std::size_t cell, int number) {
     const std::string& text = m_cells[cell];
     const auto plain = numberText(text, *m_separator);
     if (!plain)
-        throw DataError(messageFor(m_name, number,
-                                   "expected a number as field " + std::to_string(cell + 1) + ", found \"" +
-                                       text + "\"" + (number == 1 ? " (--header if these are titles)" : "")));
+        throw Fault{number, "expected a number as field " + std::to_string(cell + 1) + ", found \"" + text +
+                                "\"" + (number == 1 ? " (--header if these are titles)" : "")};
     const std::size_t at = text.find_first_of(".,");
     const char sign = at == std::string::npos ? m_decimalSign : text[at];
     if (m_decimalSign != 0 && sign != m_decimalSign)
-        throw DataError(messageFor(m_name, number,
-                                   std::string("expected one decimal sign in all numbers, found \"") + text +
-                                       "\" after numbers with \"" + m_decimalSign + "\""));
+        throw Fault{number, std::string("expected one decimal sign in all numbers, found \"") + text +
+                                "\" after numbers with \"" + m_decimalSign + "\""};
     m_decimalSign = sign;
     return *plain;
 }
@@ -74,12 +70,10 @@ std::optional<std::string_view> PointRows::cells(std::string_view line, int numb
     if (std::all_of(m_cells.begin(), m_cells.end(), [](const std::string& cell) { return isBlank(cell); }))
         return std::nullopt;
     if (m_cells.size() < 4)
-        throw DataError(messageFor(m_name, number,
-                                   "expected name, x, y and z, found " + std::to_string(m_cells.size()) +
-                                       (m_cells.size() == 1 ? " field" : " fields")));
+        throw Fault{number, "expected name, x, y and z, found " + std::to_string(m_cells.size()) +
+                                (m_cells.size() == 1 ? " field" : " fields")};
     if (m_cells[0].find(',') != std::string::npos)
-        throw DataError(
-            messageFor(m_name, number, "expected a name without comma, found \"" + m_cells[0] + "\""));
+        throw Fault{number, "expected a name without comma, found \"" + m_cells[0] + "\""};
     m_row = m_cells[0];
     for (std::size_t k = 1; k < 4; ++k)
         m_row += "," + this->number(k, number);
@@ -94,7 +88,9 @@ std::optional<std::string_view> PointRows::operator()(std::string_view line, int
         m_separator = m_givenSeparator;
         m_decimalSign = 0;
         m_shortened = 0;
-        m_isVersioned = trimmed(line) == "FIELD_SCAN_MPT_FILEVER1.0";
+        FormatFinder first;
+        first.take(line);
+        m_isVersioned = first.format() == Format::versionedScan;
         if (m_isVersioned || m_hasHeader)
             return std::nullopt;
     }

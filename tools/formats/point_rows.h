@@ -11,11 +11,11 @@
 // without quotation marks stay as they are, those of a file with a version line lose what follows z.
 class PointRows {
 public:
-    // `name` is that of the file for messages; hasHeader: its first line holds titles.
-    PointRows(std::string name, std::optional<char> separator, bool hasHeader);
+    // hasHeader: the first line of the file holds titles.
+    PointRows(std::optional<char> separator, bool hasHeader);
 
     // Nothing for a line to be left out: the version line, the titles, a row of empty cells. The number of
-    // the first line is 1, with which a reading begins. Throws DataError.
+    // the first line is 1, with which a reading begins. Throws Fault.
     std::optional<std::string_view> operator()(std::string_view line, int number);
 
     int shortened() const { return m_shortened; }  // lines with more than name,x,y,z
@@ -25,7 +25,6 @@ private:
     std::optional<std::string_view> cells(std::string_view line, int number);
     std::string number(std::size_t cell, int number);
 
-    std::string m_name;
     std::optional<char> m_givenSeparator, m_separator;
     bool m_hasHeader;
     bool m_isVersioned = false;

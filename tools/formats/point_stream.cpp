@@ -122,12 +122,12 @@ void PointStream::takeLine(std::string_view line, PointBlock& block) {
     double xyz[3];
     if (isPlain(line, name, xyz)) {
         m_faults.takePoint(number, line);
-        if (!m_faults.isFaulty())
+        if (m_wantsPoints && !m_faults.isFaulty())
             add(name, xyz);
         return;
     }
     m_faults.takeOther(number, line);
-    if (m_faults.isFaulty())
+    if (!m_wantsPoints || m_faults.isFaulty())
         return;
     for (; !line.empty(); line.remove_prefix(std::min(line.find('\r'), line.size() - 1) + 1)) {
         const auto fields = fieldsOf(line.substr(0, line.find('\r')));
@@ -142,47 +142,52 @@ void PointStream::takeLine(std::string_view line, PointBlock& block) {
 bool PointStream::next(PointBlock& block, Pass pass) {
     block.points.SetSize(0);
     block.lines.clear();
+    bool atEnd = false, isTaken = false;
     const auto mayGoOn = [&] {
-        return !m_failureOfForm && (pass == Pass::check || !m_faults.isFaulty()) &&
-               (block.lines.empty() || m_reader.hasLine());
+        return !atEnd && !m_faultOfForm && (pass == Pass::check || !m_faults.isFaulty()) &&
+               (!isTaken || m_reader.hasLine());
     };
-    bool atEnd = false;
-    for (std::string_view line; !atEnd && mayGoOn();) {
+    for (std::string_view line; mayGoOn();) {
         atEnd = !m_reader.next(line);
+        isTaken = isTaken || !atEnd;
         try {
             if (!atEnd)
                 takeLine(withoutEnd(line), block);
-        } catch (const DataError&) {
-            m_failureOfForm = std::current_exception();  // after the points before it
+        } catch (const Fault& fault) {
+            m_faultOfForm = fault;  // for the next call, after the points before it
         }
     }
-    if (!block.lines.empty())
+    if (isTaken)
         return true;
-    if (m_failureOfForm)
-        std::rethrow_exception(m_failureOfForm);
-    if (const auto fault = atEnd ? m_faults.ofFile() : m_faults.soFar())
+    if (const auto fault = m_faultOfForm ? m_faultOfForm : atEnd ? m_faults.ofFile() : m_faults.soFar())
         m_reader.fail(fault->line, fault->what);
     return false;
 }
 
-void PointStream::readOnce(const char* what, Pass pass, const Take& take) {
+bool PointStream::readOnce(const char* what, Pass pass, const Take& take) {
     // Results that scroll by are progress themselves.
     ProgressLine progress(what, pass == Pass::check || !resultsGoToTerminal());
     m_progress = &progress;
-    for (PointBlock block; next(block, pass) && take(block, pass);)
+    bool goesOn = true;
+    for (PointBlock block; goesOn && next(block, pass);) {
+        goesOn = take(block, pass);
         progress.reading(m_reader.position(), m_reader.length());
+    }
     m_progress = nullptr;
+    return goesOn;
 }
 
-void PointStream::read(const char* what, bool checkFirst, const Take& take) {
-    if (checkFirst && m_reader.canRewind()) {
+bool PointStream::read(const char* what, CheckFirst checkFirst, const Take& take) {
+    if (checkFirst != CheckFirst::nothing && m_reader.canRewind()) {
+        m_wantsPoints = checkFirst == CheckFirst::points;
         readOnce("Checking the points", Pass::check, take);
+        m_wantsPoints = true;
         m_reader.rewind();
         const Format format = m_faults.format();
         m_faults = PointFaults();
         m_faults.setFormat(format);
     }
-    readOnce(what, Pass::results, take);
+    return readOnce(what, Pass::results, take);
 }
 
 void PointStream::warn(const std::string& what) {

@@ -5,7 +5,6 @@
 #include <fieldscan/framework/array.h>
 #include <fieldscan/points.h>
 
-#include <exception>
 #include <functional>
 #include <optional>
 #include <string>
@@ -52,20 +51,22 @@ private:
 class PointStream {
 public:
     // Makes "name,x,y,z", or a line of the formats below, of a line of another format; nothing of a line to
-    // be left out. Line numbers begin with 1 in each reading. May throw DataError.
+    // be left out. Line numbers begin with 1 in each reading. May throw Fault.
     using LineForm = std::function<std::optional<std::string_view>(std::string_view line, int number)>;
 
     enum class Pass { check, results };
+    enum class CheckFirst { nothing, lines, points };  // lines: `take` gets blocks without points
     // Takes a block of points and returns false when it wants no more.
     using Take = std::function<bool(PointBlock& block, Pass pass)>;
 
     // Throws as LineReader does.
     explicit PointStream(const std::string& argument, LineForm form = nullptr);
 
-    // Calls `take` with the points of a point, occupied-point or scan result file, block after block. With
-    // checkFirst a file is read twice, so that nothing is printed of one with a fault; standard input and
-    // pipes are read once, and their points before a fault are taken. Throws DataError with the first fault.
-    void read(const char* what, bool checkFirst, const Take& take);
+    // Calls `take` with the points of a point, occupied-point or scan result file, block after block. A file
+    // that is to be checked first is read twice, so that nothing is printed of one with a fault. Standard
+    // input and pipes are read once, and their points before a fault are taken. Throws DataError with the
+    // first fault. False if `take` wanted no more.
+    bool read(const char* what, CheckFirst checkFirst, const Take& take);
 
     Format format() const { return m_faults.format(); }  // of the lines so far
     void warn(const std::string& what);                  // a message on standard error, between the progress
@@ -74,12 +75,13 @@ public:
 private:
     bool next(PointBlock& block, Pass pass);
     void takeLine(std::string_view line, PointBlock& block);
-    void readOnce(const char* what, Pass pass, const Take& take);
+    bool readOnce(const char* what, Pass pass, const Take& take);
 
     LineReader m_reader;
     LineForm m_form;
+    bool m_wantsPoints = true;
     PointFaults m_faults;
-    std::exception_ptr m_failureOfForm;
+    std::optional<Fault> m_faultOfForm;
     ProgressLine* m_progress = nullptr;
 };
 
