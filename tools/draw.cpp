@@ -1,4 +1,6 @@
 // draw: a scan area, or the residuals of helmert, as a picture.
+#include <cmath>
+
 #include "common/files.h"
 #include "common/text.h"
 #include "options/file_options.h"
@@ -10,10 +12,14 @@
 namespace {
 
 struct Options {
-    std::string file, out = "-", page;
+    std::string file, out = "-", page, axes = "survey";
+    ResidualView view;
 };
 
-bool isResidualTable(const TextFile& file) { return file.line(0).rfind("pairs,", 0) == 0; }
+bool isResidualTable(const TextFile& file) {
+    const auto fields = fieldsOf(file.line(0));
+    return fields[0] == "pairs" && fields.size() == 2;
+}
 
 std::vector<Residual> residualsOf(const TextFile& file) {
     std::vector<Residual> residuals;
@@ -21,15 +27,15 @@ std::vector<Residual> residualsOf(const TextFile& file) {
         const auto fields = fieldsOf(file.line(i));
         if (fields[0] != "residual")
             continue;
+        constexpr double kMost = 1e12;  // squares and sums of more points than fit a file stay finite
         double values[4] = {};
-        bool good = fields.size() >= 6;
+        bool good = fields.size() >= 6;  // further fields are not drawn
         for (std::size_t k = 0; good && k < 4; ++k) {
-            const auto value = numberOf(fields[k + 2]);
-            good = value.has_value();
-            values[k] = value.value_or(0.0);
+            values[k] = numberOf(fields[k + 2]).value_or(HUGE_VAL);
+            good = std::fabs(values[k]) <= kMost;
         }
         if (!good)
-            file.fail(static_cast<int>(i) + 1, "expected residual,NAME,X,Y,VX,VY");
+            file.fail(static_cast<int>(i) + 1, "expected residual,NAME,X,Y,VX,VY, numbers up to 1e12");
         residuals.push_back({std::string(fields[1]), values[0], values[1], values[2], values[3]});
     }
     if (residuals.empty())
@@ -37,11 +43,20 @@ std::vector<Residual> residualsOf(const TextFile& file) {
     return residuals;
 }
 
+// Why a picture cannot have this name; empty where it can. A name without an end is as the user wants it.
+std::string refusalOf(const std::string& out) {
+    const std::string end = CLI::detail::to_lower(pathOf(out).extension().u8string());
+    return end.empty() || end == ".svg" ? ""
+                                        : "expected NAME.svg, found \"" + out + "\" (pictures are SVG only)";
+}
+
 ExitCode run(const Options& options) {
     useCodePage(options.page);
     const TextFile file(options.file);
     if (isResidualTable(file)) {
-        drawResiduals(residualsOf(file), pathOf(options.out));
+        ResidualView view = options.view;
+        view.xIsUpward = options.axes == "survey";
+        drawResiduals(residualsOf(file), view, pathOf(options.out));
     } else {
         ScanJob job;
         readArea(file, job, false);
@@ -55,13 +70,27 @@ ExitCode run(const Options& options) {
 void addDraw(CLI::App& program, ExitCode& exitCode) {
     const auto [command, options] = addSubcommand(
         program, exitCode, "draw", "Draws a scan area, or the residuals of helmert",
-        "The picture is SVG. \"fieldscan helmert FROM TO | fieldscan draw -\" draws residuals.", run);
+        "The picture is SVG. Residuals are enlarged; those longer than 3 times their RMS are marked.\n"
+        "Examples, in the folder of the sample data:\n"
+        "  fieldscan draw facade_outline.csv --out outline.svg\n"
+        "  fieldscan helmert FROM TO | fieldscan draw - --out residuals.svg",
+        run);
     command
         ->add_option("FILE", options->file,
                      "a scan-area file, an outline (lines name,horizontal angle,zenith angle,0 in degrees),\n"
                      "or the output of helmert")
         ->required();
-    command->add_option("--out", options->out, "the picture, \"-\" for standard output")
-        ->capture_default_str();
+    command->add_option("--out", options->out, "the picture, NAME.svg; \"-\" for standard output")
+        ->capture_default_str()
+        ->type_name("FILE")
+        ->check(CLI::Validator(refusalOf, ""));
+    command
+        ->add_option("--axes", options->axes,
+                     "of residuals: survey (x upward, y to the right) or mathematical (x to the right)")
+        ->capture_default_str()
+        ->check(CLI::IsMember({"survey", "mathematical"}));
+    command->add_option("--unit", options->view.unit, "of residuals and their coordinates")
+        ->capture_default_str()
+        ->check(CLI::IsMember({"m", "mm", "ft"}));
     addPageOption(*command, options->page);
 }

@@ -21,7 +21,8 @@ int main(int argc, char** argv) {
             "be\n"
             "read or written, 2 wrong use. \"fieldscan SUBCOMMAND --help\" lists its options.");
         for (const auto add : {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside,
-                               addHelmert, addDraw, addPolar, addResect, addAngle, addDistance})
+                               addHelmert, addDraw, addPolar, addResect, addAngle, addDistance, addPlan,
+                               addPhoto, addProject})
             add(program, exitCode);
         try {
             std::vector<std::string> words = commandLineWords(argc, argv);

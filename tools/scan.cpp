@@ -106,7 +106,7 @@ void readJob(const InputFiles& files, const Options& options, ScanJob& job) {
 void recordJob(const ScanJob& job, const fs::path& folder) {
     makeFolder(folder);
     std::printf("Written to %s and read back\n", folder.u8string().c_str());
-    const double areaDifference = recordArea(job.area, folder / "scan_area.txt");
+    const double areaDifference = recordArea(job.area, folder / "scan_area.txt", 1);
     printEntry("scan_area.txt", format("%d shots; angles within %.2g degrees", job.area.shootAngles.GetSize(),
                                        areaDifference));
     SightsBack back;
@@ -126,7 +126,7 @@ ExitCode run(const Options& options) {
     readJob(files, options, job);
     printInput(files, job);
     measureArea(job);
-    planShots(job);
+    planShots(job, imageGrid(job), false);
     printArea(job);
     {
         ProgressLine line("Sighting the points");

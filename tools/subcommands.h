@@ -37,5 +37,8 @@ void addPolar(CLI::App& program, ExitCode& exitCode);
 void addResect(CLI::App& program, ExitCode& exitCode);
 void addAngle(CLI::App& program, ExitCode& exitCode);
 void addDistance(CLI::App& program, ExitCode& exitCode);
+void addPlan(CLI::App& program, ExitCode& exitCode);
+void addPhoto(CLI::App& program, ExitCode& exitCode);
+void addProject(CLI::App& program, ExitCode& exitCode);
 
 #endif

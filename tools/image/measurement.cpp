@@ -56,15 +56,35 @@ void compareWithMeasured(Measurement& m) {
 
 double Projection::length() const { return std::sqrt(dx * dx + dy * dy); }
 
-void readCamera(const fs::path& path, Measurement& m) {
-    CCamera& camera = m.image.camera;
-    if (camera.Read(libraryPath(path)) != 1)
-        fail(path, "the camera file cannot be opened, or lines of it are missing");
+void setCamera(const CCamera& camera, const fs::path& name, Measurement& m) {
     // A value that is no number reads as 0, so a file of another format gives zeros.
     const auto isLength = [](double value) { return std::isfinite(value) && value > 0.0; };
     if (!isLength(camera.focal) || !isLength(camera.res.x) || !isLength(camera.res.y))
-        fail(path, "no camera: focal length and pixel pitch must be greater than 0");
+        fail(name, "no camera: focal length and pixel pitch must be greater than 0");
+    m.image.camera = camera;
     m.image.SetRes(camera.res.x, camera.res.y);
+}
+
+void sortMarks(CArray<CXYZ, CXYZ&>& measured, Measurement& m) {
+    CImage& image = m.image;
+    std::set<CString> marks;
+    for (int i = 0; i < image.camera.markNames.GetSize(); ++i)
+        marks.insert(image.camera.markNames[i]);
+    for (int i = 0; i < measured.GetSize(); ++i)
+        (marks.count(measured[i].name) > 0 ? image.markImc : image.imc).Add(measured[i]);
+}
+
+void setOrientation(const CXYZ& center, const CXYZ& angles, Measurement& m) {
+    m.image.center = center;
+    m.image.wpk.SetWPK(angles.x * kRadiansPerDegree, angles.y * kRadiansPerDegree,
+                       angles.z * kRadiansPerDegree);
+}
+
+void readCamera(const fs::path& path, Measurement& m) {
+    CCamera camera;
+    if (camera.Read(libraryPath(path)) != 1)
+        fail(path, "the camera file cannot be opened, or lines of it are missing");
+    setCamera(camera, path, m);
 }
 
 void readImagePoints(const fs::path& path, Measurement& m) {
@@ -80,15 +100,10 @@ void readImagePoints(const fs::path& path, Measurement& m) {
         fail(path, "the image has no size; expected are width and height in pixels on the second line");
     image.width = size.cx;
     image.height = size.cy;
-
-    std::set<CString> marks;
-    for (int i = 0; i < image.camera.markNames.GetSize(); ++i)
-        marks.insert(image.camera.markNames[i]);
-    for (int i = 0; i < measured.GetSize(); ++i) {
+    for (int i = 0; i < measured.GetSize(); ++i)
         if (image.PtInImage(measured[i]) != 1)
             fail(path, "line " + std::to_string(i + 4) + " holds a point that is not in the image");
-        (marks.count(measured[i].name) > 0 ? image.markImc : image.imc).Add(measured[i]);
-    }
+    sortMarks(measured, m);
     if (image.imc.IsEmpty())
         fail(path, "no point is measured in the image" +
                        std::string(image.markImc.IsEmpty() ? "" : " besides the fiducial marks"));
@@ -96,8 +111,7 @@ void readImagePoints(const fs::path& path, Measurement& m) {
 
 void readOrientation(const fs::path& path, Measurement& m) {
     const char expected[] = "the projection centre in metres, then \"name,omega,phi,kappa\" in degrees";
-    CXYZ& center = m.image.center;
-    CXYZ angles;
+    CXYZ center, angles;
     if (ReadExtFile(libraryPath(path), center.x, center.y, center.z, angles.x, angles.y, angles.z) != 1) {
         CArray<CXYZ, CXYZ&> lines;
         readPointFile(path, lines, expected);
@@ -107,8 +121,7 @@ void readOrientation(const fs::path& path, Measurement& m) {
         center = lines[0];
         angles = lines[1];
     }
-    m.image.wpk.SetWPK(angles.x * kRadiansPerDegree, angles.y * kRadiansPerDegree,
-                       angles.z * kRadiansPerDegree);
+    setOrientation(center, angles, m);
 }
 
 void measurePhoto(Measurement& m) {

@@ -45,6 +45,13 @@ struct Measurement {
 // A control point is marked when its residual is longer than so many times the root mean square.
 constexpr double kMarkedFrom = 3.0;
 
+// The steps that read a file and those of other sources share. setCamera throws DataError unless focal length
+// and pixel pitch are greater than 0; `name` is that of its file. Angles in degrees.
+void setCamera(const CCamera& camera, const std::filesystem::path& name, Measurement& m);
+// Measured points to `imc`, those with the name of a fiducial mark to `markImc`.
+void sortMarks(CArray<CXYZ, CXYZ&>& measured, Measurement& m);
+void setOrientation(const CXYZ& center, const CXYZ& angles, Measurement& m);
+
 // To be called in this order. Each throws DataError with a text for the operator.
 void readCamera(const std::filesystem::path& path, Measurement& m);
 void readImagePoints(const std::filesystem::path& path, Measurement& m);

@@ -5,11 +5,22 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
+#include <vector>
 
 enum class Sign { any, positive };
 
 // What `value` holds before is the default.
 CLI::Option* addNumberOption(CLI::App& command, const char* name, double& value, Sign sign, const char* help);
+
+// How many numbers an option takes, between commas, and their range.
+struct NumberList {
+    std::size_t least, most;
+    double lowest, highest;
+    const char* expected;  // for messages: "two zenith angles TOP,BOTTOM from 0 to 180"
+};
+
+CLI::Option* addNumbersOption(CLI::App& command, const char* name, std::vector<double>& numbers,
+                              const NumberList& list, const char* help);
 
 // Adds --unit of angles, one of degrees, gon, mil and packed.
 void addAngleUnitOption(CLI::App& command, std::string& unit);

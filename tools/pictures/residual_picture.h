@@ -11,7 +11,14 @@ struct Residual {
     double x, y, vx, vy;
 };
 
+// How the picture shows x and y.
+struct ResidualView {
+    std::string unit = "m";  // of coordinates and residuals
+    bool xIsUpward = true;   // else it is to the right, and y upward
+};
+
 // Writes an SVG file; "-" is standard output. Throws DataError when it cannot be written.
-void drawResiduals(const std::vector<Residual>& residuals, const std::filesystem::path& path);
+void drawResiduals(const std::vector<Residual>& residuals, const ResidualView& view,
+                   const std::filesystem::path& path);
 
 #endif

@@ -6,8 +6,7 @@
 #include <utility>
 
 #include "common/text.h"
-#include "pictures/scan_view.h"
-#include "pictures/svg.h"
+#include "pictures/plot.h"
 
 namespace fs = std::filesystem;
 
@@ -16,40 +15,91 @@ namespace {
 // What the colours mean.
 constexpr const char *kInside = kBlue, *kOutside = kOrange, *kZero = kRed, *kShot = kGreen;
 
-int firstTick(double from, double step) { return static_cast<int>(std::ceil(from / step)); }
+constexpr double kMostWidth = 960.0, kLeastWidth = 700.0;  // of the frame
+constexpr double kMostHeight = 640.0, kLeastHeight = 300.0;
 
-std::string degrees(double value, double step) {
-    const int decimals = step >= 1.0 ? 0 : static_cast<int>(std::ceil(-std::log10(step) - 1e-9));
-    const std::string digits = format("%.*f°", decimals, std::fabs(value));
-    return value < 0.0 ? "−" + digits : digits;
+std::string degrees(double value, double step) { return stepLabel(value, step) + "°"; }
+
+// The smallest step of round numbers that keeps the ticks as many pixels apart as hasRoom wants.
+template <class HasRoom>
+double degreeStep(HasRoom hasRoom) {
+    for (double unit = 0.00001; unit < 10.0; unit *= 10.0)
+        for (const double step : {unit, 2.0 * unit, 5.0 * unit})
+            if (step < 15.0 && hasRoom(step))
+                return step;
+    for (const double step : {10.0, 15.0, 30.0, 45.0})
+        if (hasRoom(step))
+            return step;
+    return 90.0;
 }
 
-class Drawing : public Svg {
+template <class Label>
+void addTicks(Axis& axis, double step, double from, double to, double origin, Label label) {
+    for (int k = static_cast<int>(std::ceil(from / step)); k * step <= to; ++k)
+        axis.ticks.push_back({k * step - origin, label(k)});
+}
+
+// The area and a margin of 15 % around it at equal scale; a flat strip is drawn higher, so that it can be
+// read.
+struct Axes {
+    explicit Axes(const ScanJob& job) {
+        constexpr double kMargin = 0.15;
+        double width = std::min(360.0, job.width() * (1.0 + 2.0 * kMargin));
+        elevation.first = job.top() + kMargin * job.height();
+        elevation.last = job.bottom() - kMargin * job.height();
+        const double height = elevation.first - elevation.last;
+        horizontal.scale = std::min(kMostWidth / width, kMostHeight / height);
+        width = std::min(360.0, std::max(width, kLeastWidth / horizontal.scale));
+        horizontal.first = -width / 2.0;
+        horizontal.last = width / 2.0;
+        elevation.scale = std::max(horizontal.scale, kLeastHeight / height);
+
+        const double middle = job.left() + job.width() / 2.0;
+        const double stepX = degreeStep([&](double step) {
+            return step * horizontal.scale >= std::max(64.0, widthOf(degrees(359.0, step)) + 16.0);
+        });
+        const int around = static_cast<int>(std::lround(360.0 / stepX));
+        addTicks(horizontal, stepX, middle + horizontal.first, middle + horizontal.last, middle,
+                 [&](int k) { return degrees((k + around) % around * stepX, stepX); });
+        const double stepY = degreeStep([&](double step) { return step * elevation.scale >= 36.0; });
+        addTicks(elevation, stepY, std::max(-90.0, elevation.last), std::min(90.0, elevation.first), 0.0,
+                 [&](int k) { return degrees(k * stepY, stepY); });
+
+        const double stretch = elevation.scale / horizontal.scale;
+        if (stretch > 1.0)
+            elevation.title += format(", drawn %.*f times as large", stretch < 10.0 ? 1 : 0, stretch);
+    }
+
+    Axis horizontal{"horizontal angle", 0.0, 0.0, 1.0, {}}, elevation{"elevation", 0.0, 0.0, 1.0, {}};
+};
+
+class Drawing : public Plot {
 public:
-    Drawing(const ScanJob& job, const View& view)
-        : Svg(view.paperWidth(), view.paperHeight()), m_job(job), m_view(view) {}
+    Drawing(const ScanJob& job, const Axes& axes)
+        : Plot(axes.horizontal, axes.elevation, 1),
+          m_job(job),
+          m_scaleX(axes.horizontal.scale),
+          m_scaleY(axes.elevation.scale) {}
 
     // Returns how many points lie beyond the view.
     int draw() {
         axes();
+        if (shows(0.0, 0.0))
+            line(frame().left, y(0.0), frame().right, y(0.0), kFrame, 1.0);  // the horizon
         const int beyond = points();
         cornerFrame();
         outline();
         zeroDirection();
-        shots();
         corners();
+        shots();
         title(beyond);
         legend();
         return beyond;
     }
 
 private:
-    bool showsZero() const {
-        const double zero = m_job.fromMiddle(0.0);
-        return zero >= m_view.left() && zero <= m_view.right();
-    }
+    bool showsZero() const { return shows(m_job.fromMiddle(0.0), m_job.top()); }
 
-    void axes();
     int points();
     void outline();
     void cornerFrame();
@@ -60,69 +110,33 @@ private:
     void legend();
 
     const ScanJob& m_job;
-    const View& m_view;
+    const double m_scaleX, m_scaleY;  // pixels per degree
 };
 
-void Drawing::axes() {
-    const double left = m_view.x(m_view.left()), right = m_view.x(m_view.right());
-    const double top = m_view.y(m_view.top()), bottom = m_view.y(m_view.bottom());
-
-    const double middle = m_job.left() + m_job.width() / 2.0;
-    const double stepX = tickStep(m_view.scaleX(), 64.0);
-    const int around = static_cast<int>(std::lround(360.0 / stepX));
-    for (int k = firstTick(middle + m_view.left(), stepX); k * stepX <= middle + m_view.right(); ++k) {
-        const double x = m_view.x(k * stepX - middle);
-        line(x, top, x, bottom, kGrid, 1.0);
-        line(x, bottom, x, bottom + 5.0, kLine, 1.0);
-        text(x, bottom + 20.0, "middle", degrees((k + around) % around * stepX, stepX));
-    }
-    const double stepY = tickStep(m_view.scaleY(), 36.0);
-    const double zenith = std::min(90.0, m_view.top()), nadir = std::max(-90.0, m_view.bottom());
-    for (int k = firstTick(nadir, stepY); k * stepY <= zenith; ++k) {
-        const double y = m_view.y(k * stepY);
-        line(left, y, right, y, k == 0 ? kFrame : kGrid, 1.0);
-        line(left - 5.0, y, left, y, kLine, 1.0);
-        text(left - 9.0, y + 4.0, "end", degrees(k * stepY, stepY));
-    }
-    frame(left, top, right - left, bottom - top, kLine);
-
-    text((left + right) / 2.0, bottom + 44.0, "middle", "horizontal angle", "font-size=\"13\"");
-    const double stretch = m_view.scaleY() / m_view.scaleX();
-    const std::string words =
-        stretch > 1.0 ? format("elevation, drawn %.1f times as large", stretch) : "elevation";
-    const std::string turned =
-        format("font-size=\"13\" transform=\"rotate(-90 22 %.1f)\"", (top + bottom) / 2.0);
-    text(22.0, (top + bottom) / 2.0, "middle", words, turned.c_str());
-}
-
-// Dots: lines of no length with round ends, which take less room in the file than circles.
 int Drawing::points() {
     std::string inside, outside;
     int beyond = 0;
     for (const Sight& sight : m_job.sights) {
         if (sight.place == SightPlace::atStation)
             continue;
-        const double x = m_job.fromMiddle(sight.direction), y = signedElevation(sight.elevation);
-        if (m_view.shows(x, y))
-            (sight.place == SightPlace::inside ? inside : outside) +=
-                format("M%.1f %.1fh0", m_view.x(x), m_view.y(y));
+        const double across = m_job.fromMiddle(sight.direction), up = signedElevation(sight.elevation);
+        if (shows(across, up))
+            (sight.place == SightPlace::inside ? inside : outside) += dotAt(x(across), y(up));
         else
             ++beyond;
     }
     const double size = m_job.sights.size() > 20000 ? 1.5 : 3.0;
-    for (const auto& [dots, colour] : {std::pair(outside, kOutside), std::pair(inside, kInside)})
-        if (!dots.empty())
-            add(format("<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.1f\" stroke-linecap=\"round\"/>",
-                       dots.c_str(), colour, size));
+    dots(outside, kOutside, size);
+    dots(inside, kInside, size);
     return beyond;
 }
 
 void Drawing::cornerFrame() {
-    const double left = m_view.x(m_job.width() / -2.0), top = m_view.y(m_job.top());
+    const double left = x(m_job.width() / -2.0), top = y(m_job.top());
     add(
         format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"none\" stroke=\"%s\" "
                "stroke-width=\"1.2\" stroke-dasharray=\"2 3\"/>",
-               left, top, m_job.width() * m_view.scaleX(), m_job.height() * m_view.scaleY(), kFrame));
+               left, top, m_job.width() * m_scaleX, m_job.height() * m_scaleY, kFrame));
 }
 
 void Drawing::outline() {
@@ -132,8 +146,8 @@ void Drawing::outline() {
         return;
     for (int i = 0; i < vertices.GetVertexSize(); ++i) {
         const CVertex* vertex = vertices.GetVertex(static_cast<unsigned int>(i));
-        way += format("%c%.1f %.1f", i == 0 ? 'M' : 'L', m_view.x(m_job.fromMiddle(vertex->x)),
-                      m_view.y(signedElevation(vertex->y)));
+        way += format("%c%.1f %.1f", i == 0 ? 'M' : 'L', x(m_job.fromMiddle(vertex->x)),
+                      y(signedElevation(vertex->y)));
     }
     add(
         format("<path d=\"%sZ\" fill=\"%s\" fill-opacity=\"0.05\" stroke=\"%s\" stroke-width=\"2\" "
@@ -144,79 +158,101 @@ void Drawing::outline() {
 void Drawing::zeroDirection() {
     if (!showsZero())
         return;
-    const double x = m_view.x(m_job.fromMiddle(0.0)), top = m_view.y(m_view.top());
-    line(x, top, x, m_view.y(m_view.bottom()), kZero, 1.5, "8 5");
-    text(x, top - 8.0, "middle", "zero direction", format("fill=\"%s\"", kZero).c_str());
+    const std::string words = "zero direction";
+    const double px = x(m_job.fromMiddle(0.0)), half = widthOf(words) / 2.0;
+    line(px, frame().top, px, frame().bottom, kZero, 1.5, "8 5");
+    text(std::clamp(px, frame().left + half, frame().right - half), frame().top - 8.0, "middle", words,
+         format("fill=\"%s\"", kZero).c_str());
 }
 
+// Crosses that shrink where the shots are close together.
 void Drawing::shots() {
     const CPolyline& shots = m_job.area.shootPolyline;
+    const auto half = [](double length, int count) {
+        return count > 1 ? std::clamp(0.35 * length / (count - 1), 1.0, 6.0) : 6.0;
+    };
+    const CScanArea& area = m_job.area;
+    const double size = std::min(half(m_job.width() * m_scaleX, area.columnCount),
+                                 half(m_job.height() * m_scaleY, area.rowCount));
+    std::string crosses;
     for (int i = 0; i < shots.GetVertexSize(); ++i) {
         const CVertex* shot = shots.GetVertex(static_cast<unsigned int>(i));
-        cross(m_view.x(m_job.fromMiddle(shot->x)), m_view.y(90.0 - shot->z), kShot);
+        const double px = x(m_job.fromMiddle(shot->x)), py = y(90.0 - shot->z);
+        crosses +=
+            format("M%.1f %.1fh%.1fM%.1f %.1fv%.1f", px - size, py, 2.0 * size, px, py - size, 2.0 * size);
     }
+    path(crosses, kShot, std::max(0.5, size / 3.0));
 }
 
-// Labels go outside the corner frame, on white, because points may lie below them.
+// Labels go outside the corner frame, on white, because points may lie below them. The squares leave room for
+// the shots at the corners.
 void Drawing::corners() {
     const auto label = [&](double fromMiddle, double angle, double elevation, const char* name, bool above) {
-        const double x = m_view.x(fromMiddle), y = m_view.y(elevation);
+        const double px = x(fromMiddle), py = y(elevation);
         const std::string words =
-            std::string(name) + " " + degrees(angle, 0.01) + ", " + degrees(elevation, 0.01);
+            std::string(name) + " " + degrees(angle, 0.0001) + ", " + degrees(elevation, 0.0001);
         const double width = widthOf(words) + 6.0;
         add(
             format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"16\" fill=\"white\" "
                    "fill-opacity=\"0.85\"/>",
-                   above ? x - 3.0 : x - width + 3.0, above ? y - 23.0 : y + 7.0, width));
-        text(x, above ? y - 11.0 : y + 19.0, above ? "start" : "end", words);
+                   above ? px - 3.0 : px - width + 3.0, above ? py - 29.0 : py + 13.0, width));
+        text(px, above ? py - 17.0 : py + 25.0, above ? "start" : "end", words);
         add(
-            format("<rect x=\"%.1f\" y=\"%.1f\" width=\"8\" height=\"8\" fill=\"white\" stroke=\"%s\" "
-                   "stroke-width=\"2\"/>",
-                   x - 4.0, y - 4.0, kLine));
+            format("<rect x=\"%.1f\" y=\"%.1f\" width=\"18\" height=\"18\" fill=\"none\" stroke=\"%s\" "
+                   "stroke-width=\"1.5\"/>",
+                   px - 9.0, py - 9.0, kLine));
     };
     label(m_job.width() / -2.0, m_job.left(), m_job.top(), "top left", true);
     label(m_job.width() / 2.0, m_job.right(), m_job.bottom(), "bottom right", false);
 }
 
 void Drawing::title(int beyond) {
-    const std::string station = utf8(m_job.station.name);
     if (m_job.points.IsEmpty()) {
-        text(View::kLeft, 36.0, "start", "Scan area", "font-size=\"19\" font-weight=\"bold\"");
-        text(View::kLeft, 60.0, "start",
-             format("%d shots; outline of %d vertices", m_job.area.shootAngles.GetSize(),
-                    m_job.area.outlineAngles.GetSize()),
-             "font-size=\"13\"");
+        const CScanArea& area = m_job.area;
+        std::vector<std::string> parts;
+        if (!area.outlineAngles.IsEmpty())
+            parts.push_back(format("outline of %d vertices", area.outlineAngles.GetSize()));
+        if (!area.shootAngles.IsEmpty())
+            parts.push_back(format("%d shots in %d columns and %d rows", area.shootAngles.GetSize(),
+                                   area.columnCount, area.rowCount));
+        std::string words;
+        for (const std::string& part : parts)
+            words += (words.empty() ? "" : "; ") + part;
+        heading("Scan area", {words});
         return;
     }
-    text(View::kLeft, 36.0, "start", station.empty() ? "Scan job" : "Scan job from station " + station,
-         "font-size=\"19\" font-weight=\"bold\"");
+    const std::string station = utf8(m_job.station.name);
     std::string counts = format("%d points: %d inside the outline, %d outside", m_job.points.GetSize(),
                                 m_job.pointsAt(SightPlace::inside), m_job.pointsAt(SightPlace::outside));
     if (const int atStation = m_job.pointsAt(SightPlace::atStation))
         counts += format(", %d straight above or below the station", atStation);
     if (beyond > 0)
         counts += format("; %d points lie beyond this view", beyond);
-    text(View::kLeft, 60.0, "start", counts, "font-size=\"13\"");
+    heading(station.empty() ? "Scan job" : "Scan job from station " + station, {counts});
 }
 
 void Drawing::legend() {
-    const double y = m_view.paperHeight() - 24.0;
-    double x = View::kLeft;
-    const auto name = [&](const char* words) { x = nameSign(x, y, words); };
+    const double py = legendRow(0);
+    double px = frame().left;
+    const auto name = [&](const char* words) { px = nameSign(px, py, words); };
     if (!m_job.points.IsEmpty()) {
-        dot(x + 10.0, y, 4.0, kInside);
+        dot(px + 10.0, py, 4.0, kInside);
         name("inside");
-        dot(x + 10.0, y, 4.0, kOutside);
+        dot(px + 10.0, py, 4.0, kOutside);
         name("outside");
     }
-    line(x, y, x + 20.0, y, kLine, 2.0);
-    name("outline");
-    line(x, y, x + 20.0, y, kFrame, 1.2, "2 3");
+    if (m_job.area.outlinePolyline.GetVertexSize() > 0) {
+        line(px, py, px + 20.0, py, kLine, 2.0);
+        name("outline");
+    }
+    line(px, py, px + 20.0, py, kFrame, 1.2, "2 3");
     name("corner frame");
-    cross(x + 10.0, y, kShot);
-    name("shot");
+    if (m_job.area.shootPolyline.GetVertexSize() > 0) {
+        cross(px + 10.0, py, kShot);
+        name("shot");
+    }
     if (showsZero()) {
-        line(x, y, x + 20.0, y, kZero, 1.5, "8 5");
+        line(px, py, px + 20.0, py, kZero, 1.5, "8 5");
         name("zero direction");
     }
 }
@@ -224,8 +260,7 @@ void Drawing::legend() {
 }  // namespace
 
 int drawScanJob(const ScanJob& job, const fs::path& path) {
-    const View view(job);
-    Drawing drawing(job, view);
+    Drawing drawing(job, Axes(job));
     const int beyond = drawing.draw();
     drawing.save(path);
     return beyond;

@@ -2,6 +2,7 @@
 #include "pictures/svg.h"
 
 #include <cmath>
+#include <cstring>
 #include <fstream>
 #include <iostream>
 
@@ -30,7 +31,23 @@ double roundStepBelow(double value) {
     return 5.0 * unit <= value ? 5.0 * unit : 2.0 * unit <= value ? 2.0 * unit : unit;
 }
 
-double widthOf(const std::string& text) { return 0.52 * kTextSize * lettersIn(text); }
+// Of DejaVu Sans, the first and widest of the typefaces that the picture asks for, rounded up by kind of
+// letter.
+double widthOf(const std::string& text, double size) {
+    double width = 0.0;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if ((byte & 0xC0) == 0x80)
+            continue;                                                // continues a letter
+        width += byte >= 0xE3                                ? 1.0   // ideographs and what follows them
+                 : byte >= 0x80                              ? 0.84  // − × µ °
+                 : std::strchr("MWmw@%", c)                  ? 0.98
+                 : std::strchr(" .,:;'|!/\\()[]-iljftrI", c) ? 0.42
+                 : c >= 'A' && c <= 'Z'                      ? 0.74
+                                                             : 0.64;
+    }
+    return size * width;
+}
 
 Svg::Svg(double width, double height) {
     add(
@@ -49,7 +66,12 @@ void Svg::line(double x1, double y1, double x2, double y2, const char* colour, d
                x1, y1, x2, y2, colour, width, dashes));
 }
 
-void Svg::frame(double x, double y, double width, double height, const char* colour) {
+void Svg::path(const std::string& data, const char* colour, double width) {
+    if (!data.empty())
+        add(format("<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.1f\"/>", data.c_str(), colour, width));
+}
+
+void Svg::rectangle(double x, double y, double width, double height, const char* colour) {
     add(format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"none\" stroke=\"%s\"/>", x,
                y, width, height, colour));
 }
@@ -68,12 +90,20 @@ void Svg::dot(double x, double y, double radius, const char* colour) {
     add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"%g\" fill=\"%s\"/>", x, y, radius, colour));
 }
 
+std::string Svg::dotAt(double x, double y) { return format("M%.1f %.1fh0", x, y); }
+
+void Svg::dots(const std::string& data, const char* colour, double size) {
+    if (!data.empty())
+        add(format("<path d=\"%s\" stroke=\"%s\" stroke-width=\"%.1f\" stroke-linecap=\"round\"/>",
+                   data.c_str(), colour, size));
+}
+
 void Svg::ring(double x, double y, const char* colour) {
     add(format("<circle cx=\"%.1f\" cy=\"%.1f\" r=\"4.5\" fill=\"none\" stroke=\"%s\" stroke-width=\"1.6\"/>",
                x, y, colour));
 }
 
-double Svg::nameSign(double x, double y, const char* words) {
+double Svg::nameSign(double x, double y, const std::string& words) {
     text(x + 26.0, y + 4.0, "start", words);
     return x + 26.0 + widthOf(words) + 18.0;
 }

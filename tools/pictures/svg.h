@@ -13,8 +13,8 @@ constexpr char kLine[] = "#12263a", kFrame[] = "#7a8794", kGrid[] = "#e6e9ec", k
 // The largest of ... 0.1, 0.2, 0.5, 1, 2, 5, 10 ... that does not exceed the value, for scale bars and ticks.
 double roundStepBelow(double value);
 
-// Approximate width of the text in pixels, at the size kTextSize.
-double widthOf(const std::string& text);
+// Width of the text in pixels, in a wide typeface; a narrower one leaves room.
+double widthOf(const std::string& text, double size = kTextSize);
 
 class Svg {
 public:
@@ -23,14 +23,19 @@ public:
     void add(const std::string& element) { m_text += element + '\n'; }
     void line(double x1, double y1, double x2, double y2, const char* colour, double width,
               const char* dashes = "none");
-    void frame(double x, double y, double width, double height, const char* colour);
+    void path(const std::string& data, const char* colour, double width);
+    void rectangle(double x, double y, double width, double height, const char* colour);
     void text(double x, double y, const char* anchor, const std::string& words, const char* more = "");
     void cross(double x, double y, const char* colour);
     void dot(double x, double y, double radius, const char* colour);
+    // Many dots as one path, of `dotAt` each: lines of no length with round ends. They take less room in the
+    // file than circles.
+    static std::string dotAt(double x, double y);
+    void dots(const std::string& data, const char* colour, double size);
     void ring(double x, double y, const char* colour);
 
     // Writes the words after a sign of the legend that begins at x; returns where the next sign begins.
-    double nameSign(double x, double y, const char* words);
+    double nameSign(double x, double y, const std::string& words);
 
     // "-" is standard output. Throws DataError when the file cannot be written.
     void save(const std::filesystem::path& path) const;

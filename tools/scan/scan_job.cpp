@@ -72,13 +72,20 @@ void measureArea(ScanJob& job) {
             "360)");
 }
 
-// A shot at each corner and others between them, so that images overlap a little. A degree of horizontal
-// angle narrows toward the zenith, so an area high up gets more columns than it needs.
-void planShots(ScanJob& job) {
+// A degree of horizontal angle narrows toward the zenith, so an area high up gets more columns than it needs.
+Grid imageGrid(const ScanJob& job) {
+    return {static_cast<int>(std::ceil(job.width() / kShotWidth)) + 1,
+            static_cast<int>(std::ceil(job.height() / kShotHeight)) + 1};
+}
+
+void planShots(ScanJob& job, const Grid& grid, bool isRing) {
     CScanArea& area = job.area;
-    area.columnCount = static_cast<int>(std::ceil(job.width() / kShotWidth)) + 1;
-    area.rowCount = static_cast<int>(std::ceil(job.height() / kShotHeight)) + 1;
-    if (area.CalShootAng(area.areaAngle1, area.areaAngle2) != 1)
+    area.columnCount = grid.columns;
+    area.rowCount = grid.rows;
+    CWPK last = area.areaAngle2;
+    if (isRing)
+        last.kappa = area.areaAngle1.kappa + (360.0 - 360.0 / grid.columns) * kRadiansPerDegree;
+    if (area.CalShootAng(area.areaAngle1, last) != 1)
         throw DataError("the shots cannot be planned");
     area.CalHVPolyline1();
     requireSoundArea(area);

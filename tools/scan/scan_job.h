@@ -51,8 +51,16 @@ double signedElevation(double elevation);
 // area.
 void measureArea(ScanJob& job);
 
-// The shots over the area. Throws DataError.
-void planShots(ScanJob& job);
+struct Grid {
+    int columns, rows;
+};
+
+// A grid for images that overlap a little.
+Grid imageGrid(const ScanJob& job);
+
+// The shots over the area: the outermost at its corners; as a ring the last column is a step before the
+// first. Throws DataError.
+void planShots(ScanJob& job, const Grid& grid, bool isRing);
 
 // A point as seen from the station; inside or outside is left to placeSights.
 Sight sightOf(const ScanJob& job, const CXYZ& point);

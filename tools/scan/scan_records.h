@@ -10,8 +10,8 @@
 // Both throw DataError when a file cannot be written or read, or comes back changed by more than the
 // decimals that it keeps.
 
-// The scan-area file. Returns the largest difference of an angle, in degrees.
-double recordArea(const CScanArea& area, const std::filesystem::path& path);
+// The scan-area file, of version 1 or 2. Returns the largest difference of an angle, in degrees.
+double recordArea(const CScanArea& area, const std::filesystem::path& path, int version);
 
 struct SightsBack : PointsBack {
     double angles = 0.0;  // largest difference, in degrees

@@ -1,0 +1,49 @@
+// photo: pixels of an image to photo coordinates, by the inner orientation and the lens distortion.
+#include <string>
+
+#include "image/image_input.h"
+#include "options/file_options.h"
+#include "subcommands.h"
+
+namespace {
+
+struct Options {
+    std::string camera, imagePoints, out = "-", page;
+};
+
+ExitCode run(const Options& options) {
+    useCodePage(options.page);
+    Measurement m;
+    readCheckedCamera(TextFile(options.camera), m);
+    const TextFile file(options.imagePoints);
+    readCheckedImagePoints(file, m);
+    try {
+        measurePhoto(m);
+    } catch (const DataError& error) {
+        file.fail(0, error.what());
+    }
+    writePoints(m.image.phc, options.out);
+    return kFine;
+}
+
+}  // namespace
+
+void addPhoto(CLI::App& program, ExitCode& exitCode) {
+    const auto [command, options] =
+        addSubcommand(program, exitCode, "photo", "Converts pixels of an image to photo coordinates",
+                      "Standard output: lines name,x,y,0 in millimetres from the principal point, x to the "
+                      "right, y upward,\n"
+                      "without lens distortion. Example, in the folder of the sample data:\n"
+                      "  fieldscan photo image_camera.txt image_points.txt",
+                      run);
+    command->add_option("CAMERA", options->camera, "a camera file")->required();
+    command
+        ->add_option("IMAGE_POINTS", options->imagePoints,
+                     "an image-coordinate file, or lines name,x,y,0 in pixels; points with the name of a\n"
+                     "fiducial mark of the camera are these marks")
+        ->required();
+    command->add_option("--out", options->out, "the point file to write, \"-\" for standard output")
+        ->type_name("FILE")
+        ->capture_default_str();
+    addPageOption(*command, options->page);
+}
