@@ -101,7 +101,7 @@ void printPlan(const ScanJob& job, const Options& options, double difference) {
         std::printf("%s,%.4f,%.4f,%s\n", i == 0 ? "first" : "last",
                     area.shootAngles[i].kappa * kDegreesPerRadian,
                     area.shootAngles[i].omega * kDegreesPerRadian, utf8(area.imageNames[i]).c_str());
-    std::printf("read back,%s,%.1g\n", options.out.c_str(), difference);
+    std::printf("difference,%.6f\n", difference);
 }
 
 void requireOneOf(bool first, bool second, bool third, const char* words) {
@@ -140,9 +140,8 @@ void addPlan(CLI::App& program, ExitCode& exitCode) {
         "steps.\n"
         "Standard output: corners (left, top, right, bottom); the number of vertices in the file, columns, "
         "rows,\n"
-        "shots; step; first and last shot; the file, and the largest difference of an angle in it after "
-        "reading\n"
-        "it back. Horizontal before zenith angles, in degrees. Examples, in the folder of the sample data:\n"
+        "shots; step; first and last shot; the largest difference of an angle after reading the file back. "
+        "Horizontal before zenith angles, in degrees. Examples, in the folder of the sample data:\n"
         "  fieldscan plan facade_outline.csv --step 15 --out area.txt\n"
         "  fieldscan plan --corners 350,80.5,20,100.25 --columns 3 --rows 2 --version 1 --out area.txt\n"
         "  fieldscan plan --panorama 60,110 --step 20,16 --out area.txt",

@@ -35,9 +35,9 @@ public:
     // Returns how many names have no room.
     int draw() {
         axes();
-        marks();
         measuredPoints();
         newPoints();
+        marks();
         title();
         legend();
         return names();
@@ -49,8 +49,8 @@ private:
         if (scale > 0.0)
             path(vector(x(from.x), y(from.y), difference.x * scale, difference.y * scale), colour, 1.6);
     }
-    void signAt(const CXYZ& pixel, double half, const CString& name) {
-        sign(x(pixel.x), y(pixel.y), half, utf8(name));
+    void signAt(const CXYZ& pixel, double half, const CString& name, bool isMarked = false) {
+        sign(x(pixel.x), y(pixel.y), half, utf8(name), isMarked);
     }
     CXYZ markResidual(const CXYZ& mark) const;
 
@@ -85,12 +85,12 @@ void Drawing::marks() {
         residuals.push_back(markResidual(m_image.markImc[i]));
         longest = std::max(longest, residuals.back().Len());
     }
-    m_markEnlargement = enlargementOf(longest, m_scale, kVector);
+    m_markEnlargement = enlargementOf(longest, m_scale, vectorLength(m_image.markImc.GetSize()));
     for (int i = 0; i < m_image.markImc.GetSize(); ++i) {
         const CXYZ& mark = m_image.markImc[i];
         cross(x(mark.x), y(mark.y), kMark);
         residual(mark, residuals[static_cast<std::size_t>(i)], m_markEnlargement, kLine);
-        signAt(mark, 7.0, mark.name);
+        signAt(mark, 7.0, mark.name, true);
     }
 }
 
@@ -103,15 +103,17 @@ void Drawing::measuredPoints() {
         projections[static_cast<std::size_t>(p.measured)] = &p;
         longest = std::max(longest, p.marked ? 0.0 : p.length());
     }
-    m_pointEnlargement = enlargementOf(longest, m_scale, kVector);
-    for (int i = 0; i < m_image.imc.GetSize(); ++i) {
+    const int count = m_image.imc.GetSize();
+    m_pointEnlargement = enlargementOf(longest, m_scale, vectorLength(count));
+    const double size = count > kMany ? kSmallDot : kDot;
+    for (int i = 0; i < count; ++i) {
         const CXYZ& point = m_image.imc[i];
         const Projection* p = projections[static_cast<std::size_t>(i)];
         const char* colour = p == nullptr ? kTie : p->marked ? kMarked : kControl;
         if (p != nullptr)
             residual(point, CXYZ(p->dx, p->dy, 0.0), m_pointEnlargement, colour);
-        dot(x(point.x), y(point.y), 2.5, colour);
-        signAt(point, 3.5, point.name);
+        dot(x(point.x), y(point.y), size / 2.0, colour);
+        signAt(point, size / 2.0 + 1.0, point.name, p != nullptr && p->marked);
     }
 }
 

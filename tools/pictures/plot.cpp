@@ -22,7 +22,7 @@ double widest(const std::vector<Tick>& ticks) {
 }
 
 Box frameFor(const Axis& across, const Axis& down) {
-    const double left = std::max(kLeastLeft, kTitle + 8.0 + widest(down.ticks) + 11.0);
+    const double left = std::max(kLeastLeft, kTitle + 8.0 + widest(down.ticks) + 13.0);
     return {left, kTop, left + across.length(), kTop + down.length()};
 }
 
@@ -86,7 +86,7 @@ void Plot::axes() {
         const double py = y(tick.value);
         line(left, py, right, py, kGrid, 1.0);
         line(left - 5.0, py, left, py, kLine, 1.0);
-        text(left - 9.0, py + 4.0, "end", tick.label);
+        text(left - 12.0, py + 4.0, "end", tick.label);
     }
     rectangle(m_frame.left, top, right - left, bottom - top, kLine);
     text((left + right) / 2.0, bottom + 44.0, "middle", m_across.title, "font-size=\"13\"");
@@ -104,6 +104,12 @@ void Plot::heading(const std::string& title, const std::vector<std::string>& lin
     }
 }
 
+double Plot::vectorLength(int points) const {
+    constexpr double kLeast = 15.0, kMost = 34.0;
+    const double spacing = std::sqrt(m_across.length() * m_down.length() / std::max(points, 1));
+    return std::clamp(1.2 * spacing, kLeast, kMost);
+}
+
 std::string Plot::vector(double px, double py, double along, double down) {
     const auto part = [](double start, double way, double low, double high) {
         return way == 0.0 ? 1.0 : std::min(1.0, ((way > 0.0 ? high : low) - start) / way);
@@ -118,16 +124,22 @@ std::string Plot::vector(double px, double py, double along, double down) {
     return format("M%.1f %.1fL%.1f %.1f", px, py, px + shown * along, py + shown * down);
 }
 
-void Plot::sign(double px, double py, double half, const std::string& name) {
+void Plot::sign(double px, double py, double half, const std::string& name, bool isMarked) {
     m_taken.take({px - half, py - half, px + half, py + half});
-    m_names.push_back({px, py, name});
+    if (!name.empty())
+        m_names.push_back({px, py, name, isMarked});
 }
 
 int Plot::names() {
     constexpr double kSize = 10.0, kHeight = 9.0;  // of the letters
     constexpr int kPlaces[][2] = {{1, 0}, {-1, 0}, {0, -1}, {0, 1}, {1, -1}, {1, 1}, {-1, -1}, {-1, 1}};
+    const bool many = m_names.size() > kMany;
     int unnamed = 0;
     for (const Name& name : m_names) {
+        if (many && !name.isMarked) {
+            ++unnamed;
+            continue;
+        }
         const double width = widthOf(name.words, kSize) + 3.0;
         Box box = {};
         const auto isPlaced = [&](double gap, int right, int down) {
@@ -141,9 +153,15 @@ int Plot::names() {
         for (const double gap : {5.0, 8.0, 14.0})
             for (const auto& [right, down] : kPlaces)
                 placed = placed || isPlaced(gap, right, down);
-        if (!placed) {
+        if (!placed && !name.isMarked) {
             ++unnamed;
             continue;
+        }
+        if (!placed) {
+            const bool toLeft = name.x + 5.0 + width > m_frame.right;
+            isPlaced(5.0, toLeft ? -1 : 1, 0);
+            add(format("<rect x=\"%.1f\" y=\"%.1f\" width=\"%.1f\" height=\"%.1f\" fill=\"white\"/>",
+                       box.left, box.top - 1.0, width, kHeight + 2.0));
         }
         text(box.left + width / 2.0, box.bottom - 1.0, "middle", name.words, "font-size=\"10\"");
         m_taken.take(box);

@@ -34,8 +34,9 @@ void setDecimalTicks(Axis& axis);
 // pixels per unit without that. 0: there is nothing to draw, `longest` is only rounding.
 double enlargementOf(double longest, double scale, double pixels);
 
-// The longest vector that is not marked, in pixels.
-constexpr double kVector = 34.0;
+// With more signs than this they are small, and only marked ones have names.
+constexpr int kMany = 1000;
+constexpr double kDot = 5.0, kSmallDot = 2.0;  // diameters
 
 class Plot : public Svg {
 public:
@@ -53,12 +54,16 @@ public:
     // The middle of a row of the legend.
     double legendRow(int row) const { return m_frame.bottom + 74.0 + 28.0 * row; }
 
+    // The longest vector that is not marked, in pixels: shorter where so many points would be lost under the
+    // vectors of their neighbours.
+    double vectorLength(int points) const;
     // A vector from a place on the paper, as path data; it ends at the frame where it is too long.
     std::string vector(double px, double py, double along, double down);
     // Takes the place of a sign; names() then writes its name.
-    void sign(double px, double py, double half, const std::string& name);
-    // Writes each name at the first free place around its sign, in the order of the signs. Returns how many
-    // have no room.
+    void sign(double px, double py, double half, const std::string& name, bool isMarked = false);
+    // Writes each name at the first free place around its sign, in the order of the signs. Where there is
+    // none, that of a marked sign covers what is there. Returns how many have no room; with more than kMany
+    // they are all that are not marked.
     int names();
 
     // A scale bar for lengths that are drawn `scale` pixels a unit. Returns where the next one begins.
@@ -69,6 +74,7 @@ private:
     struct Name {
         double x, y;
         std::string words;
+        bool isMarked;
     };
 
     static double place(const Axis& axis, double value) {

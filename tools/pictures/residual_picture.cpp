@@ -11,10 +11,9 @@
 namespace {
 
 constexpr double kMostWidth = 960.0, kMostHeight = 720.0;  // of the frame
-constexpr double kLeastSide = 260.0;
-constexpr double kMargin = 44.0;      // from the outermost points to the frame
-constexpr double kMarkedFrom = 3.0;   // times the root mean square
-constexpr double kLeastVector = 9.0;  // of the longest, where points are close together
+constexpr double kLeastWidth = 560.0, kLeastHeight = 260.0;
+constexpr double kMargin = 44.0;     // from the outermost points to the frame
+constexpr double kMarkedFrom = 3.0;  // times the root mean square
 
 // A residual as it is drawn.
 struct Arrow {
@@ -77,8 +76,8 @@ struct Axes {
         const double sizeX = std::max(width.size(), least), sizeY = std::max(height.size(), least);
         const double roomX = kMostWidth - 2.0 * kMargin, roomY = kMostHeight - 2.0 * kMargin;
         const double scale = sizeX * roomY > sizeY * roomX ? roomX / sizeX : roomY / sizeY;
-        const auto side = [&](double size) { return std::max(kLeastSide, size * scale + 2.0 * kMargin); };
-        const double halfX = side(sizeX) / scale / 2.0, halfY = side(sizeY) / scale / 2.0;
+        const double halfX = std::max(kLeastWidth, sizeX * scale + 2.0 * kMargin) / scale / 2.0;
+        const double halfY = std::max(kLeastHeight, sizeY * scale + 2.0 * kMargin) / scale / 2.0;
         across = {(view.xIsUpward ? "y (" : "x (") + view.unit + ")",
                   width.middle() - halfX,
                   width.middle() + halfX,
@@ -95,11 +94,7 @@ struct Axes {
     Axis across, up;
 };
 
-// The longest vector: shorter where many points would otherwise be lost under those of their neighbours.
-double vectorLength(const Axes& axes, std::size_t points) {
-    const double spacing = std::sqrt(axes.across.length() * axes.up.length() / static_cast<double>(points));
-    return std::clamp(1.2 * spacing, kLeastVector, kVector);
-}
+std::string lengthText(double length) { return format(length < 1e4 ? "%.4g" : "%.0f", length); }
 
 }  // namespace
 
@@ -114,11 +109,13 @@ void drawResiduals(const std::vector<Residual>& residuals, const ResidualView& v
     std::stable_partition(arrows.begin(), arrows.end(), [](const Arrow& a) { return !a.marked; });
     const Axes axes(arrows, view);
     const double scale = axes.across.scale;
-    const double enlargement = enlargementOf(s.longest, scale, vectorLength(axes, arrows.size()));
 
-    Plot plot(axes.across, axes.up, enlargement > 0.0 ? 2 : 1);
+    Plot plot(axes.across, axes.up, s.longest > 0.0 ? 2 : 1);
     plot.axes();
-    const double dotSize = arrows.size() > 1000 ? 3.0 : 5.0;
+    const int count = static_cast<int>(arrows.size());
+    const double enlargement = enlargementOf(s.longest, scale, plot.vectorLength(count));
+    const bool many = count > kMany;
+    const double dotSize = many ? kSmallDot : kDot;
     std::string points[2], vectors[2];
     for (const Arrow& a : arrows) {
         const double px = plot.x(a.across), py = plot.y(a.up);
@@ -128,23 +125,26 @@ void drawResiduals(const std::vector<Residual>& residuals, const ResidualView& v
                 plot.vector(px, py, a.dx * scale * enlargement, -a.dy * scale * enlargement);
     }
     for (auto a = arrows.rbegin(); a != arrows.rend(); ++a)
-        plot.sign(plot.x(a->across), plot.y(a->up), dotSize / 2.0 + 1.0, a->residual->name);
+        plot.sign(plot.x(a->across), plot.y(a->up), dotSize / 2.0 + 1.0, a->residual->name, a->marked);
     for (const int marked : {0, 1}) {
-        plot.path(vectors[marked], marked == 1 ? kOrange : kBlue, arrows.size() > 1000 ? 1.0 : 1.6);
+        plot.path(vectors[marked], marked == 1 ? kOrange : kBlue, many ? 1.0 : 1.6);
         plot.dots(points[marked], marked == 1 ? kOrange : kLine, dotSize);
     }
     const int unnamed = plot.names();
 
     const char* unit = view.unit.c_str();
-    std::string counts = format("%d points; RMS %.6g %s in x, %.6g in y, %.6g in length",
-                                static_cast<int>(arrows.size()), s.rmsX, unit, s.rmsY, s.length);
+    std::string counts =
+        format("%d points; RMS %s %s in x, %s in y, %s in length", count, lengthText(s.rmsX).c_str(), unit,
+               lengthText(s.rmsY).c_str(), lengthText(s.length).c_str());
     if (s.marked > 0)
-        counts += format("; %.6g without the marked ones", s.others);
-    std::string remarks;
-    if (s.marked > 0)
-        remarks = format("%d marked: longer than %g times the RMS", s.marked, kMarkedFrom);
-    if (unnamed > 0)
-        remarks += (remarks.empty() ? "" : "; ") + format("%d names have no room", unnamed);
+        counts += "; " + lengthText(s.others) + " without the marked ones";
+    std::string remarks = s.marked > 0
+                              ? format("%d marked: longer than %g times the RMS", s.marked, kMarkedFrom)
+                              : "no point marked";
+    if (many)
+        remarks += "; only marked points have names";
+    else if (unnamed > 0)
+        remarks += format("; %d names have no room", unnamed);
     plot.heading("Residuals", {counts, remarks});
 
     double px = plot.frame().left, py = plot.legendRow(0);

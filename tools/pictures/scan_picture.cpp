@@ -181,7 +181,7 @@ void Drawing::shots() {
         crosses +=
             format("M%.1f %.1fh%.1fM%.1f %.1fv%.1f", px - size, py, 2.0 * size, px, py - size, 2.0 * size);
     }
-    path(crosses, kShot, std::max(0.5, size / 3.0));
+    path(crosses, kShot, std::max(0.8, size / 3.0));
 }
 
 // Labels go outside the corner frame, on white, because points may lie below them. The squares leave room for
