@@ -3,6 +3,7 @@
 
 #include "common/files.h"
 #include "common/text.h"
+#include "options/example.h"
 #include "options/file_options.h"
 #include "pictures/residual_picture.h"
 #include "pictures/scan_picture.h"
@@ -70,11 +71,10 @@ ExitCode run(const Options& options) {
 void addDraw(CLI::App& program, ExitCode& exitCode) {
     const auto [command, options] = addSubcommand(
         program, exitCode, "draw", "Draws a scan area, or the residuals of helmert",
-        "The picture is SVG. Residuals are enlarged; those longer than 3 times their RMS are marked.\n"
-        "Examples, in the folder of the sample data:\n"
-        "  fieldscan draw facade_outline.csv --out outline.svg\n"
+        "The picture is SVG. Residuals are enlarged; those longer than 3 times their RMS are marked:\n"
         "  fieldscan helmert FROM TO | fieldscan draw - --out residuals.svg",
         run);
+    addExample(*command, "draw @facade_outline.csv --out area.svg");
     command
         ->add_option("FILE", options->file,
                      "a scan-area file, an outline (lines name,horizontal angle,zenith angle,0 in degrees),\n"

@@ -20,9 +20,9 @@ int main(int argc, char** argv) {
             "FIELDSCAN_ANSI_CODEPAGE, else UTF-8. Exit codes: 0 fine, 1 the data are wrong or a file cannot "
             "be\n"
             "read or written, 2 wrong use. \"fieldscan SUBCOMMAND --help\" lists its options.");
-        for (const auto add : {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside,
-                               addHelmert, addDraw, addPolar, addResect, addAngle, addDistance, addPlan,
-                               addPhoto, addProject})
+        for (const auto add :
+             {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw,
+              addPolar, addResect, addAngle, addDistance, addPlan, addPhoto, addProject})
             add(program, exitCode);
         try {
             std::vector<std::string> words = commandLineWords(argc, argv);

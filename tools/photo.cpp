@@ -1,7 +1,9 @@
 // photo: pixels of an image to photo coordinates, by the inner orientation and the lens distortion.
 #include <string>
 
+#include "common/point_output.h"
 #include "image/image_input.h"
+#include "options/example.h"
 #include "options/file_options.h"
 #include "subcommands.h"
 

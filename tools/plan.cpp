@@ -6,7 +6,9 @@
 
 #include "common/angles.h"
 #include "common/data_error.h"
+#include "common/files.h"
 #include "common/text.h"
+#include "options/example.h"
 #include "options/file_options.h"
 #include "options/number_options.h"
 #include "scan/scan_input.h"
@@ -136,33 +138,32 @@ ExitCode run(const Options& options) {
 void addPlan(CLI::App& program, ExitCode& exitCode) {
     const auto [command, options] = addSubcommand(
         program, exitCode, "plan", "Plans the shots over an area, as a scan-area file",
-        "The outermost shots are at the corners of the area. Those of a full circle are on a ring, at equal "
-        "steps.\n"
-        "Standard output: corners (left, top, right, bottom); the number of vertices in the file, columns, "
-        "rows,\n"
-        "shots; step; first and last shot; the largest difference of an angle after reading the file back. "
-        "Horizontal before zenith angles, in degrees. Examples, in the folder of the sample data:\n"
-        "  fieldscan plan facade_outline.csv --step 15 --out area.txt\n"
+        "The outermost shots are at the corners of the area; those of a full circle are on a ring, at equal\n"
+        "steps. Standard output, in degrees, horizontal before zenith angles: corners (left, top, right, "
+        "bottom);\n"
+        "vertices of the outline in the file; columns, rows, shots; step; first and last shot; the largest\n"
+        "difference of an angle after reading the file back. Also:\n"
         "  fieldscan plan --corners 350,80.5,20,100.25 --columns 3 --rows 2 --version 1 --out area.txt\n"
         "  fieldscan plan --panorama 60,110 --step 20,16 --out area.txt",
         run);
+    addExample(*command, "plan @facade_outline.csv --step 15 --out area.txt");
     const double kTurn = 360.0;
     command->add_option("OUTLINE", options->outline,
                         "an outline (lines name,horizontal angle,zenith angle,0 in degrees), or a scan-area\n"
                         "file of the second version");
     addNumbersOption(*command, "--corners", options->corners,
-                     {4, 4, "four angles LEFT,TOP,RIGHT,BOTTOM up to 360", -kTurn, kTurn},
+                     {4, 4, -kTurn, kTurn, "four angles LEFT,TOP,RIGHT,BOTTOM up to 360"},
                      "of a rectangle instead, from left to right also across zero")
         ->type_name("LEFT,TOP,RIGHT,BOTTOM");
     addNumbersOption(*command, "--panorama", options->panorama,
-                     {2, 2, "two zenith angles TOP,BOTTOM from 0 to 180", 0.0, 180.0},
+                     {2, 2, 0.0, 180.0, "two zenith angles TOP,BOTTOM from 0 to 180"},
                      "the full circle instead, between two zenith angles")
         ->type_name("TOP,BOTTOM");
     const CLI::Range counts(1, static_cast<int>(kMostShots));
     command->add_option("--columns", options->columns, "of shots")->type_name("N")->check(counts);
     command->add_option("--rows", options->rows, "of shots")->type_name("N")->check(counts);
     addNumbersOption(*command, "--step", options->step,
-                     {1, 2, "one or two steps H,V from 0.001 to 360", 0.001, kTurn},
+                     {1, 2, 0.001, kTurn, "one or two steps H,V from 0.001 to 360"},
                      "degrees between neighbours, at most: horizontal and vertical, or one for both")
         ->type_name("H[,V]");
     command

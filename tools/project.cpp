@@ -2,9 +2,11 @@
 #include <cstdio>
 #include <string>
 
+#include "common/point_output.h"
 #include "common/text.h"
 #include "formats/checked_files.h"
 #include "image/image_input.h"
+#include "options/example.h"
 #include "options/file_options.h"
 #include "subcommands.h"
 
@@ -66,11 +68,11 @@ void addProject(CLI::App& program, ExitCode& exitCode) {
         program, exitCode, "project", "Projects points of the object into an image",
         "Standard output: lines name,x,y,0 in pixels, y downward, also beyond the edges of the image. Points "
         "that\n"
-        "cannot be seen are left out and named on standard error. Example, in the folder of the sample "
-        "data:\n"
-        "  fieldscan project image_camera.txt image_orientation.csv image_object_points.csv --marks "
-        "image_points.txt",
+        "cannot be seen are left out and named on standard error.",
         run);
+    addExample(*command,
+               "project @image_camera.txt @image_orientation.csv @image_object_points.csv --marks "
+               "@image_points.txt");
     command->add_option("CAMERA", options->camera, "a camera file")->required();
     command
         ->add_option("ORIENTATION", options->orientation,

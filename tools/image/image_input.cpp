@@ -1,13 +1,6 @@
 // The rules for lines, then the same steps as for an image measurement.
 #include "image/image_input.h"
 
-#include <fieldscan/point_files.h>
-
-#include <cstdio>
-
-#include "common/angles.h"
-#include "common/files.h"
-#include "common/text.h"
 #include "formats/checked_files.h"
 
 void readCheckedCamera(const TextFile& file, Measurement& m) {
@@ -45,16 +38,4 @@ void readCheckedOrientation(const TextFile& file, Measurement& m) {
         setOrientation(contents.points[0], contents.points[1], m);
     else
         file.fail(0, expected);
-}
-
-void writePoints(CArray<CXYZ, CXYZ&>& points, const std::string& out) {
-    if (out == "-") {
-        for (int i = 0; i < points.GetSize(); ++i)
-            std::printf("%s,%.6f,%.6f,%.6f\n", utf8(points[i].name).c_str(), points[i].x, points[i].y,
-                        points[i].z);
-        return;
-    }
-    CString path = libraryPath(out);
-    if (WriteCSVFile(&path, points, 0) != 1)
-        fail(out, "cannot be written");
 }

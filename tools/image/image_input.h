@@ -14,7 +14,4 @@ void readCheckedImagePoints(const TextFile& file, Measurement& m);
 // "name,omega,phi,kappa" in degrees.
 void readCheckedOrientation(const TextFile& file, Measurement& m);
 
-// Writes a point file; to standard output, "-", in UTF-8. Throws DataError.
-void writePoints(CArray<CXYZ, CXYZ&>& points, const std::string& out);
-
 #endif

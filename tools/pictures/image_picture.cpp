@@ -47,7 +47,8 @@ private:
     void residual(const CXYZ& from, const CXYZ& difference, double enlargement, const char* colour) {
         const double scale = enlargement * m_scale;
         if (scale > 0.0)
-            path(vector(x(from.x), y(from.y), difference.x * scale, difference.y * scale), colour, 1.6);
+            path(vector(x(from.x), y(from.y), difference.x * scale, difference.y * scale), colour,
+                 m_image.imc.GetSize() > kMany ? 1.0 : 1.6);
     }
     void signAt(const CXYZ& pixel, double half, const CString& name, bool isMarked = false) {
         sign(x(pixel.x), y(pixel.y), half, utf8(name), isMarked);
