@@ -49,12 +49,9 @@ std::string encoded(const CString& name) {
 
 // The library writes "?" for a character that the page lacks, which would change the name.
 std::string faultOf(const CString& name, const std::string& bytes, bool replace) {
-    constexpr unsigned short kByteOrderMark = 0xFEFF;
     if (!replace && CString(bytes.c_str()) != name)
         return "expected a name that the code page can hold, found \"" + utf8(name) +
                "\" (--replace writes ? for what it lacks)";
-    if (name[0] == kByteOrderMark)
-        return "expected a name that does not begin with a byte order mark";
     return "";
 }
 
@@ -126,9 +123,11 @@ ExitCode run(const Options& options) {
                 stream.fail(line, fault);
             return goesOn;
         };
-        const bool isWhole =
-            stream.read("Converting the points",
-                        file ? PointStream::CheckFirst::nothing : PointStream::CheckFirst::points, put);
+        // Names that are in the code page of IN fit it again.
+        const auto checkFirst = file                     ? PointStream::CheckFirst::nothing
+                                : options.toPage.empty() ? PointStream::CheckFirst::lines
+                                                         : PointStream::CheckFirst::points;
+        const bool isWhole = stream.read("Converting the points", checkFirst, put);
         if (isWhole && rows.shortened() > 0)
             stream.warn("note: a point file holds name,x,y,z; " + std::to_string(rows.shortened()) +
                         (rows.shortened() == 1 ? " line had more" : " lines had more"));

@@ -98,5 +98,8 @@ std::optional<std::string_view> PointRows::operator()(std::string_view line, int
         return versioned(line, number);
     if (!m_separator && !isBlank(line))
         m_separator = likelySeparator(line);
-    return m_separator ? cells(line, number) : line;
+    const auto row = m_separator ? cells(line, number) : line;
+    if (row && withoutByteOrderMark(trimmed(*row)) != trimmed(*row))  // at the start of OUT it would be lost
+        throw Fault{number, "expected a name that does not begin with a byte order mark"};
+    return row;
 }

@@ -164,9 +164,8 @@ bool PointStream::next(PointBlock& block, Pass pass) {
     return false;
 }
 
-bool PointStream::readOnce(const char* what, Pass pass, const Take& take) {
-    // Results that scroll by are progress themselves.
-    ProgressLine progress(what, pass == Pass::check || !resultsGoToTerminal());
+bool PointStream::readOnce(const char* what, bool isShown, Pass pass, const Take& take) {
+    ProgressLine progress(what, isShown);
     m_progress = &progress;
     bool goesOn = true;
     for (PointBlock block; goesOn && next(block, pass);) {
@@ -180,14 +179,16 @@ bool PointStream::readOnce(const char* what, Pass pass, const Take& take) {
 bool PointStream::read(const char* what, CheckFirst checkFirst, const Take& take) {
     if (checkFirst != CheckFirst::nothing && m_reader.canRewind()) {
         m_wantsPoints = checkFirst == CheckFirst::points;
-        readOnce("Checking the points", Pass::check, take);
+        readOnce("Checking the points", true, Pass::check, take);
         m_wantsPoints = true;
         m_reader.rewind();
         const Format format = m_faults.format();
         m_faults = PointFaults();
         m_faults.setFormat(format);
     }
-    return readOnce(what, Pass::results, take);
+    // Results that scroll by are progress themselves.
+    const bool isShown = checkFirst == CheckFirst::nothing || !resultsGoToTerminal();
+    return readOnce(what, isShown, Pass::results, take);
 }
 
 void PointStream::warn(const std::string& what) {

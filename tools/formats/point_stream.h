@@ -55,6 +55,7 @@ public:
     using LineForm = std::function<std::optional<std::string_view>(std::string_view line, int number)>;
 
     enum class Pass { check, results };
+    // nothing: for results that go to a file, which need no check before the first of them.
     enum class CheckFirst { nothing, lines, points };  // lines: `take` gets blocks without points
     // Takes a block of points and returns false when it wants no more.
     using Take = std::function<bool(PointBlock& block, Pass pass)>;
@@ -75,7 +76,7 @@ public:
 private:
     bool next(PointBlock& block, Pass pass);
     void takeLine(std::string_view line, PointBlock& block);
-    bool readOnce(const char* what, Pass pass, const Take& take);
+    bool readOnce(const char* what, bool isShown, Pass pass, const Take& take);
 
     LineReader m_reader;
     LineForm m_form;
