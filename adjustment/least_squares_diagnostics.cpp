@@ -74,9 +74,8 @@ void CLeastSq::TestBook() {
         line.SetObeq(2, observed[k]);
         line.SetWeight(weights[k]);
     }
-    if (!line.Solve())
+    if (!line.Solve() || !line.CalVarianceOfObservation())
         return;
-    line.CalVarianceOfObservation();
     for (int i = 0; i < 2; ++i) {
         line.GetBcor(i);
         line.GetCovar(i, i);

@@ -123,7 +123,7 @@ void raceSolvers(Races& races, const std::string& row, double tolerance, bool il
             peers.push_back({peer, [&problem, run = solver] { run(problem); }});
             equations.requireAgreement(peers.back(), tolerance);
         }
-        races.race(name, {"CLeastSq", [&equations] { equations.ours().Solve(); }}, {peers});
+        races.race(name, {"CLeastSq", [&] { require(equations.ours().Solve() == 1, name); }}, {peers});
     }
 }
 

@@ -63,7 +63,7 @@ void raceDistortion(Races& races) {
                                 for (int k = 0; k < kPoints; ++k) {
                                     const cv::Vec2d& p = job.measured.at<cv::Vec2d>(k);
                                     cv::Vec2d& to = found.at<cv::Vec2d>(k);
-                                    job.ours.CalDistInv(p[0], p[1], to[0], to[1], kTolerance);
+                                    (void)job.ours.CalDistInv(p[0], p[1], to[0], to[1], kTolerance);
                                     to += p;
                                 }
                             }};

@@ -144,7 +144,8 @@ void raceCsv(Races& races) {
     for (int i = 0; i < ourPoints.GetSize(); ++i)
         ourPoints[i] = ours(points[static_cast<std::size_t>(i)]);
 
-    const Contender write = {"WriteCSVFile", [&] { WriteCSVFile(&ourPath, ourPoints, 0); }};
+    const Contender write = {"WriteCSVFile",
+                             [&] { require(WriteCSVFile(&ourPath, ourPoints, 0) == 1, writing); }};
     const Contender fmt = {"fmt into 64 KiB", [&] { writeByFmt(path, points); }};
     const Contender printf = {"fprintf", [&] { writeByFprintf(path, points); }};
     write.run();
@@ -160,7 +161,7 @@ void raceCsv(Races& races) {
 
     Points theirRead;
     const auto empty = [&theirRead] { Points().swap(theirRead); };
-    const Contender read = {"ReadCSVFile", [&] { ReadCSVFile(&ourPath, ourRead, 1); },
+    const Contender read = {"ReadCSVFile", [&] { require(ReadCSVFile(&ourPath, ourRead, 1) == 1, reading); },
                             [&] { ourRead.RemoveAll(); }};
     const Contender fastFloat = {"fast_float, 64 KiB", [&] { readByFastFloat(path, theirRead); }, empty};
     const Contender atof = {"fgets, strtok, atof", [&] { readByAtof(path, theirRead); }, empty};
@@ -187,7 +188,7 @@ void raceAdding(Races& races) {
     const Contender add = {"ScanFileAdd",
                            [&] {
                                for (const CXYZ& point : ourPoints)
-                                   ScanFileAdd(path, point);
+                                   require(ScanFileAdd(path, point) == 1, "ScanFileAdd");
                            },
                            remove};
     const Contender append = {"fopen, fprintf, fflush, fsync, fclose",

@@ -52,7 +52,9 @@ public:
         std::shuffle(second.GetData(), second.GetData() + count, engine);
     }
     Contender ours() {
-        return {"CHelmert", [this] { helmert.emplace().SetPoints(first, second); }};
+        return {"CHelmert", [this] {
+                    require(helmert.emplace().SetPoints(first, second) == first.GetSize(), "CHelmert");
+                }};
     }
     Contender byTable() {
         return {"std::unordered_map", [this] {

@@ -47,7 +47,8 @@ bool record(const CString& name, double north, double east, double height) {
 CString resume() {
     CString path(kFile);
     CArray<CXYZ, CXYZ&> points;
-    ReadCSVFile(&path, points, 0);  // 0: a missing file is made
+    if (!ReadCSVFile(&path, points, 0))  // 0: a missing file is made
+        std::printf("the file is not readable to its end; ");
     std::printf("%d points are there", points.GetSize());
     for (int i = 0; i < points.GetSize(); ++i)
         std::printf("%s %s", i == 0 ? ":" : ",", narrow(points[i].name).c_str());

@@ -96,12 +96,13 @@ int main() {
 
     for (int i = 0; i < points.GetSize(); ++i) {
         CXYZ moved(points[i]);
-        helmert.Transform(points[i], moved, 1);
+        if (!helmert.Transform(points[i], moved, 1))
+            return 1;
         std::printf("%-8s  %.3f %.3f\n", narrow(moved.name).c_str(), moved.x, moved.y);
     }
 
     // And back, to set out a point of the national grid.
     CXYZ planned(u"axis 3", 5534300.0, 462050.0, 0.0);
-    helmert.Transform(planned, planned, 0);
-    std::printf("%-8s  %.3f %.3f on the site\n", narrow(planned.name).c_str(), planned.x, planned.y);
+    if (helmert.Transform(planned, planned, 0))
+        std::printf("%-8s  %.3f %.3f on the site\n", narrow(planned.name).c_str(), planned.x, planned.y);
 }

@@ -48,7 +48,7 @@ int ScanFileOpen(CFile* file, CString path) {
 }
 
 int ScanFileClose(CFile* file) {
-    file->Flush();
+    (void)file->Flush();  // its result does not count
     file->Close();
     return 1;
 }

@@ -63,7 +63,7 @@ int pairMarks(Transformation& transformation, const CImage& image) {
         else if (i < marks)
             unnamedMeasured.Add(measured);
     }
-    transformation.SetPoints(named, namedMeasured);
+    (void)transformation.SetPoints(named, namedMeasured);  // the marks without names may do
     transformation.targetPoints.Append(unnamed);
     transformation.sourcePoints.Append(unnamedMeasured);
     return transformation.targetPoints.GetSize();

@@ -75,10 +75,6 @@ inline std::filesystem::path runningProgram() { return std::filesystem::read_sym
 
 #endif
 
-inline CString fromUtf8(const std::string& text) {
-    return CString(std::filesystem::u8path(text).u16string().c_str());
-}
-
 // U+5CB3, a kanji, in the code page of files; "?" where that has none.
 inline std::string kanji() {
     return ansiPage() == 932 ? "\x8A\x78" : ansiPage() == 65001 ? "\xE5\xB2\xB3" : "?";

@@ -71,7 +71,7 @@ int AnglDecimalToDispStr(const CString& in, CString& out, int mode) {
         std::string degrees;
         appendInt(degrees, parseInt(latin1(decimal.Left(3).GetString())), 3);
         CString display(degrees.c_str());
-        display += kDegreeSign;
+        display += static_cast<unsigned short>(kDegreeSign);
         display += decimal.Mid(4, 2);
         display += kMinuteMark;
         display += decimal.Mid(6, 2);

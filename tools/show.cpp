@@ -35,7 +35,7 @@ void showPoints(const CArray<CXYZ, CXYZ&>& points) {
     CRange box;
     std::set<CString> names, codes;
     for (int i = 0; i < count; ++i) {
-        box.AddPoint(points[i]);
+        (void)box.AddPoint(points[i]);  // a point that is no number is in no box
         names.insert(points[i].name);
         if (!points[i].code.IsEmpty())
             codes.insert(points[i].code);

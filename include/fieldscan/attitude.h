@@ -3,6 +3,7 @@
 #define FIELDSCAN_ATTITUDE_H
 
 #include <fieldscan/export.h>
+#include <fieldscan/framework/moves_as_bytes.h>
 
 // Omega, phi, kappa: rotations about the first, second and third axis, in radians (their matrices: CRot). In
 // a scan area one CWPK is a direction: omega the zenith angle, kappa the horizontal angle, phi 0.
@@ -46,5 +47,8 @@ public:
     double phi;
     double kappa;
 };
+
+template <>
+struct fieldscan::MovesAsBytes<CWPK> : std::true_type {};
 
 #endif

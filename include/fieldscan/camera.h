@@ -27,7 +27,7 @@ public:
     // empty, with its own. Returns 1; 0 when a mark has no name or one with white space, which would shift
     // its coordinates on reading, the path has no file name, the file cannot be opened, another writer has it
     // open, or writing fails.
-    int Write(CString path) const;
+    [[nodiscard]] int Write(CString path) const;
 
     // Init, then reads the file. A value is at the start of its line; the rest of the line is a comment. A
     // value that is no number reads as 0. Distortion parameters beyond the tenth are skipped; the number of
@@ -38,7 +38,7 @@ public:
     // Returns 1; 0 when the file cannot be opened, with the record unchanged; 0 when a line before the table
     // is missing or blank, or the medium fails, also in the table. The record then holds what was read before
     // that.
-    int Read(CString path);
+    [[nodiscard]] int Read(CString path);
 
     // ---- Data ----
 

@@ -57,7 +57,7 @@ public:
     // the best one so far, half of s = sqrt(e) apart, from (u - s, v - s) row by row upward. It ends when a
     // point is accepted, a pass finds no better one, or after 100 passes. Returns 1 when a point was
     // accepted, else 0. The outputs hold the best estimate in either case.
-    BOOL CalDistInv(double x, double y, double& cx, double& cy, double tol) const;
+    [[nodiscard]] BOOL CalDistInv(double x, double y, double& cx, double& cy, double tol) const;
 
     // ---- Table of distortion by radius ----
 
@@ -65,7 +65,7 @@ public:
     int AddDist(double r, double d);
     // Fills the table with n entries: radius i step, dx of CalDist(radius, 0). n below 1 empties it. Returns
     // 1; 0, with the table as it was, when the model is not DIST_RADIAL4 or memory runs out.
-    BOOL ParaToDist(double step, int n);
+    [[nodiscard]] BOOL ParaToDist(double step, int n);
     // Fits p0 q + p1 q^2 + p2 q^3 + p3 q^4, q the squared radius, to the table's distortions by least squares
     // (CLeastSq), and sets the model to DIST_RADIAL4, but not the number of parameters. Returns 1; 0, and
     // nothing changes, when the two columns differ in size, hold fewer than 4 entries, or do not determine
@@ -73,7 +73,7 @@ public:
     //
     // This is not the inverse of ParaToDist: the fit takes the table for relative distortions (divided by the
     // radius), ParaToDist fills in absolute ones.
-    BOOL DistToPara();
+    [[nodiscard]] BOOL DistToPara();
 
     void Trace();  // a hook for debugging, does nothing
 

@@ -25,12 +25,12 @@ public:
     // Pairs the points by name, compared exactly: each point of `first`, in order, becomes the target of the
     // first point of `second` that has its name. Points without a partner are left out. Returns the number of
     // pairs; 0, without pairs, when memory runs out. Parameters and residuals stay until the next CalPara.
-    int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
+    [[nodiscard]] int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
 
     // Adjusts the parameters and computes the residuals. Returns 1; 0 with fewer than 2 pairs, or when the
     // source points coincide or a coordinate is not finite (as CLeastSq::Solve decides), and parameters and
     // residuals are then as before.
-    int CalPara();
+    [[nodiscard]] int CalPara();
 
     // Why CalPara solves the pairs or does not. Returns the first of these that holds:
     //   -1  fewer than 2 pairs, or the numbers of source and target points differ
@@ -41,12 +41,12 @@ public:
     // Greater than 0 when CalPara returns 1, except for coordinates beyond 1e140. It is decided by the rank
     // of the equations (CPrecision::CalDefect). Its limit is another than that of CalPara: the two may differ
     // where points are off one place, or off one line, by some 1e-13 of their coordinates.
-    int CheckPairs() const;
+    [[nodiscard]] int CheckPairs() const;
 
     // Transforms in.x, in.y to out.x, out.y: from source to target, or back when `forward` is 0. Nothing else
     // of `out` changes; it may be `in`. Returns 1; 0, with `out` unchanged, when there are no parameters, or
     // for the way back when a a + b b is 0.
-    int Transform(const CXYZ& in, CXYZ& out, int forward) const;
+    [[nodiscard]] int Transform(const CXYZ& in, CXYZ& out, int forward) const;
 
     void Trace();  // a hook for debugging, does nothing
 
@@ -76,11 +76,13 @@ public:
 
     // As of CHelmert.
     void Init();
-    int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
-    int CalPara();           // 0 with fewer than 3 pairs, or when the source points lie on one line
-    int CheckPairs() const;  // -1 with fewer than 3 pairs; -3 instead of 3: points on one line are not solved
-    int Transform(const CXYZ& in, CXYZ& out, int forward) const;  // no way back when a d - b c is 0
-    void Trace();                                                 // a hook for debugging, does nothing
+    [[nodiscard]] int SetPoints(const CArray<CXYZ, CXYZ&>& first, const CArray<CXYZ, CXYZ&>& second);
+    [[nodiscard]] int CalPara();  // 0 with fewer than 3 pairs, or when the source points lie on one line
+    [[nodiscard]] int CheckPairs()
+        const;  // -1 with fewer than 3 pairs; -3 instead of 3: points on one line are not solved
+    [[nodiscard]] int Transform(const CXYZ& in, CXYZ& out,
+                                int forward) const;  // no way back when a d - b c is 0
+    void Trace();                                    // a hook for debugging, does nothing
 
     // As of CHelmert.
     CArray<CXYZ, CXYZ&> targetPoints;

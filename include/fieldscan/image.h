@@ -45,7 +45,7 @@ public:
     int SetRes(double xres, double yres);
     // Sets the pixel pitch from dots per inch, as 25.4 mm over each. Returns 1; 0, and nothing changes,
     // unless both are greater than 0.
-    int SetResDPI(double xdpi, double ydpi);
+    [[nodiscard]] int SetResDPI(double xdpi, double ydpi);
 
     // Inner orientation: fits the transformation of the measured marks (markImc, times the pixel pitch, y
     // upward) to the camera's marks. They are paired by name. The name of a camera's mark is that in
@@ -54,35 +54,35 @@ public:
     // marks (innType 0) needs no fit: INNORI_NONE, and 1. Otherwise sets innOri to `t` and returns 1; 0 with
     // INNORI_NONE when there are too few pairs, the fit fails or `t` is no fit. A former fit is lost in any
     // case.
-    int CalInnOri(INNORI_TYPE t);
+    [[nodiscard]] int CalInnOri(INNORI_TYPE t);
 
     // Pixels to photo coordinates, one point. Camera without marks: pixel * pitch - principal point, then y
     // is turned upward; so y of the principal point counts downward here. With marks: pixel * pitch with y
     // upward, transformed by the fit, minus the principal point. Nonzero `dist` then adds CalDist. Returns 0
     // when a pixel pitch is not positive, innType is neither 0 nor 1, or no transformation is fitted.
-    int ImcToPhc(const CXYZ& imc, CXYZ& phc, int dist) const;
+    [[nodiscard]] int ImcToPhc(const CXYZ& imc, CXYZ& phc, int dist) const;
     // The way back. Nonzero `dist` first adds the correction of CalDistInv with `tol` in mm. Returns 0 when a
     // pixel pitch is not positive, that search fails, or the transformation is not fitted or has no inverse.
     // With an innType that is neither 0 nor 1 the photo coordinates are not transformed, and the result is 1.
-    int PhcToImc(const CXYZ& phc, CXYZ& imc, int dist, double tol) const;
+    [[nodiscard]] int PhcToImc(const CXYZ& phc, CXYZ& imc, int dist, double tol) const;
 
     // All points of imc to phc, or of phc to imc. With fiducial marks the inner orientation is computed anew,
     // INNORI_FIDUCIAL_LSQ or, when that fails, INNORI_FIDUCIAL_HELMERT; innOri says which. Returns 1; 0 when
     // both fits fail or a point fails, and the target list is then empty.
-    int ImcToPhc(int dist);
-    int PhcToImc(int dist, double tol);
+    [[nodiscard]] int ImcToPhc(int dist);
+    [[nodiscard]] int PhcToImc(int dist, double tol);
 
     // Object point in millimetres to photo coordinates, with `rot` as it was before the call:
     // q = rot (obj - center * 1000), photo = -(f / q.z) (q.x, q.y), z 0. Afterwards `rot` is that of `wpk`.
     // Returns 1, also where q.z is 0 and the result is no number; 0 when memory runs out. ObjToImc differs in
     // unit and matrix; applications rely on both.
-    int ObjToPhc(const CXYZ& obj, CXYZ& phc);
+    [[nodiscard]] int ObjToPhc(const CXYZ& obj, CXYZ& phc);
 
     // Object point in metres to photo and image coordinates: `rot` becomes that of `wpk`, q = rot (obj -
     // center), photo = -(f q.x) / q.z, -(f q.y) / q.z; then PhcToImc with distortion to 1e-12 mm, whose
     // result is returned. Only name, x and y of `phc` are set. A point at the back of the camera is projected
     // as if in front; a point in the plane of the centre, q.z = 0, returns 0.
-    int ObjToImc(CXYZ obj, CXYZ& phc, CXYZ& imc);
+    [[nodiscard]] int ObjToImc(CXYZ obj, CXYZ& phc, CXYZ& imc);
 
     // 1 when 0 <= x < width and 0 <= y < height, else 0.
     int PtInImage(const CXYZ& imc) const;

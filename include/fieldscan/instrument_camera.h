@@ -6,6 +6,7 @@
 #include <fieldscan/attitude.h>
 #include <fieldscan/camera.h>
 #include <fieldscan/framework/array.h>
+#include <fieldscan/framework/moves_as_bytes.h>
 #include <fieldscan/framework/string.h>
 #include <fieldscan/points.h>
 
@@ -64,5 +65,8 @@ public:
     COffset offset;                  // of the camera from the instrument
     CArray<CImgVH, CImgVH&> images;  // images taken
 };
+
+template <>
+struct fieldscan::MovesAsBytes<CImgVH> : std::true_type {};
 
 #endif

@@ -120,29 +120,30 @@ public:
     // So coincident points are refused at any coordinates, and 10 000 pairs of points 1 cm apart are accepted
     // even 5000 km from the origin.
 
-    int Solve();            // LessquFast(m, n), NewChores; both timed
-    int PISolve();          // Lessqu(m, n), PIChores; both timed
-    int SolveWithSwpMat();  // LessquFast(m, n), SwpMat; both timed
-    int SolveWithReduc();   // NewChores on what SetNoeq entered; timed
+    [[nodiscard]] int Solve();            // LessquFast(m, n), NewChores; both timed
+    [[nodiscard]] int PISolve();          // Lessqu(m, n), PIChores; both timed
+    [[nodiscard]] int SolveWithSwpMat();  // LessquFast(m, n), SwpMat; both timed
+    [[nodiscard]] int SolveWithReduc();   // NewChores on what SetNoeq entered; timed
 
     // Form the normal equations of the first m equations; n must be the number of unknowns. Noeq(i, j) is the
     // sum of (Obeq(k, j) Obeq(k, i)) Weight(k), beginning at 0.0, in the order of the equations k. Column n
     // is A^T P l. Both give the same bits. Return 1; 0 when n is not the number of unknowns, there are fewer
     // than m equations or memory runs out.
-    int Lessqu(int m, int n);
-    int LessquFast(int m, int n);
+    [[nodiscard]] int Lessqu(int m, int n);
+    [[nodiscard]] int LessquFast(int m, int n);
 
-    int NewChores();  // by Cholesky: LUDivid and the four steps after it; up to 16 unknowns as SwpMat
-    int PIChores();   // by Cholesky
-    int SwpMat();     // by sweeping all pivots, which turns [N | b] into [N^-1 | x]
+    // By Cholesky: LUDivid and the four steps after it; up to 16 unknowns as SwpMat.
+    [[nodiscard]] int NewChores();
+    [[nodiscard]] int PIChores();  // by Cholesky
+    [[nodiscard]] int SwpMat();    // by sweeping all pivots, which turns [N | b] into [N^-1 | x]
 
     // Single steps of NewChores, all on the work array, without refinement. Each needs the result of the step
     // before. Each returns 1; 0 when there are no unknowns or memory runs out.
-    int LUDivid();                // work = U | b with U^T U = N; also 0 for a singular N
-    int ForwardSubstiotution();   // b becomes y: U^T y = b; Bcor = y
-    int BackwardSubstiotution();  // Bcor = x: U x = y
-    int CalLInverse();            // U becomes U^-1, in place
-    int CalNoeqInverse();         // inverse = U^-1 U^-T
+    [[nodiscard]] int LUDivid();                // work = U | b with U^T U = N; also 0 for a singular N
+    [[nodiscard]] int ForwardSubstiotution();   // b becomes y: U^T y = b; Bcor = y
+    [[nodiscard]] int BackwardSubstiotution();  // Bcor = x: U x = y
+    [[nodiscard]] int CalLInverse();            // U becomes U^-1, in place
+    [[nodiscard]] int CalNoeqInverse();         // inverse = U^-1 U^-T
 
     // ---- Precision; after solving ----
 
@@ -156,7 +157,7 @@ public:
     int CalVarianceOfEstimate();
     // Var(k) = a_k C a_k^T of every equation: cofactor of the adjusted observation where the inverse C holds
     // cofactors, variance where it holds covariances. Returns 1; 0 when memory runs out.
-    int CalVarianceOfObservation();
+    [[nodiscard]] int CalVarianceOfObservation();
 
     // ---- Diagnostics ----
 
@@ -164,7 +165,7 @@ public:
     int CheckNoeq() const;
     // Writes `rows` by `cols` elements of Noeq to "Noeq.txt" in the current folder: docs/file_formats.md.
     // Returns 1; 0 when the file cannot be opened or written.
-    int SaveErrorNoeqStatus(int rows, int cols) const;
+    [[nodiscard]] int SaveErrorNoeqStatus(int rows, int cols) const;
 
     void Trace();  // a hook for debugging, does nothing
 

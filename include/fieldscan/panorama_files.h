@@ -19,16 +19,17 @@
 // it, the first line 0.
 
 // Direction of the top-left corner of a stitched panorama, and the angle that one pixel spans.
-FIELDSCAN_API int KVX4NP_WritePanoramaInfo(const unsigned short* path, double vertTopLeft, double horzTopLeft,
-                                           double vertResolution, double horzResolution);
-FIELDSCAN_API int KVX4NP_ReadPanoramaInfo(const unsigned short* path, double& vertTopLeft,
-                                          double& horzTopLeft, double& vertResolution,
-                                          double& horzResolution);
+[[nodiscard]] FIELDSCAN_API int KVX4NP_WritePanoramaInfo(const unsigned short* path, double vertTopLeft,
+                                                         double horzTopLeft, double vertResolution,
+                                                         double horzResolution);
+[[nodiscard]] FIELDSCAN_API int KVX4NP_ReadPanoramaInfo(const unsigned short* path, double& vertTopLeft,
+                                                        double& horzTopLeft, double& vertResolution,
+                                                        double& horzResolution);
 
 // Exterior orientation of one image: projection centre in metres, attitude in degrees.
-FIELDSCAN_API int WriteExtFile(const unsigned short* path, double x0, double y0, double z0, double omega,
-                               double phi, double kappa);
-FIELDSCAN_API int ReadExtFile(const unsigned short* path, double& x0, double& y0, double& z0, double& omega,
-                              double& phi, double& kappa);
+[[nodiscard]] FIELDSCAN_API int WriteExtFile(const unsigned short* path, double x0, double y0, double z0,
+                                             double omega, double phi, double kappa);
+[[nodiscard]] FIELDSCAN_API int ReadExtFile(const unsigned short* path, double& x0, double& y0, double& z0,
+                                            double& omega, double& phi, double& kappa);
 
 #endif

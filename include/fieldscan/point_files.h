@@ -27,7 +27,7 @@
 // further ones are ignored. An empty or blank line ends the file. A last line without line feed that has
 // fewer than four fields, or no number in the fourth, was cut off while it was written, and is left out.
 // Returns 0 when the file cannot be made or opened.
-FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
+[[nodiscard]] FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
 // Writes lines "name,x,y,z" with six decimals; "nan" and "inf", as printf writes them, are read back as such.
 // append 1 adds to a file that must exist, as ScanFileAdd does (scan_result_files.h). Any other value makes
@@ -37,10 +37,10 @@ FIELDSCAN_API int ReadCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mu
 // a NUL, or with a byte order mark as its first character. Returns 0 also when the file cannot be opened,
 // when another writer has it for more than about a second, and when writing fails; a file that was to be
 // replaced is unchanged then.
-FIELDSCAN_API int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append);
+[[nodiscard]] FIELDSCAN_API int WriteCSVFile(CString* path, CArray<CXYZ, CXYZ&>& points, int append);
 
 // As ReadCSVFile, but a carriage return ends a line too, and empty and blank lines are skipped.
-FIELDSCAN_API int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
+[[nodiscard]] FIELDSCAN_API int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, int mustExist);
 
 // Reads the image name, the image size in pixels, the number of points, then lines "name x y" in pixels; z is
 // 0. A point name ends at its first blank. A size that is no number leaves `size` unchanged, a coordinate
@@ -51,14 +51,15 @@ FIELDSCAN_API int ReadOccInfoFile(CString* path, CArray<CXYZ, CXYZ&>& points, in
 // NUL, or when a point line is or does. In the last case the points that were read stay, and the list has the
 // number of points that the file gives, zeros after those; when the file is too short for that many lines,
 // only those.
-FIELDSCAN_API int ReadImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points,
-                              int mustExist);
+[[nodiscard]] FIELDSCAN_API int ReadImcFile(CString* path, CString* imageName, CSize& size,
+                                            CArray<CXYZ, CXYZ&>& points, int mustExist);
 
 // Makes the file or replaces it as a whole, as WriteCSVFile does, with ten decimals. Returns 0, and the file
 // is not touched, when the image name has a line end or a NUL, or when a point has no name or one with white
 // space: its coordinates would be read back shifted. Returns 0 also when the file cannot be opened, another
 // writer has it, or writing fails.
-FIELDSCAN_API int WriteImcFile(CString* path, CString* imageName, CSize& size, CArray<CXYZ, CXYZ&>& points);
+[[nodiscard]] FIELDSCAN_API int WriteImcFile(CString* path, CString* imageName, CSize& size,
+                                             CArray<CXYZ, CXYZ&>& points);
 
 // CRTCard::GetFileTitle: the file name without folder and extension.
 FIELDSCAN_API int EditFileName(CString path, CString& title);

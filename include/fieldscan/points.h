@@ -2,6 +2,7 @@
 #ifndef FIELDSCAN_POINTS_H
 #define FIELDSCAN_POINTS_H
 
+#include <fieldscan/framework/moves_as_bytes.h>
 #include <fieldscan/framework/string.h>
 #include <fieldscan/framework/types.h>
 
@@ -80,5 +81,10 @@ public:
     float x;  // in the caller's unit and axes
     float y;  // as x
 };
+
+template <>
+struct fieldscan::MovesAsBytes<CXYZ> : std::true_type {};
+template <>
+struct fieldscan::MovesAsBytes<CXYF> : std::true_type {};
 
 #endif

@@ -3,6 +3,7 @@
 #define FIELDSCAN_POLYLINE_H
 
 #include <fieldscan/framework/array.h>
+#include <fieldscan/framework/moves_as_bytes.h>
 #include <fieldscan/framework/string.h>
 #include <fieldscan/points.h>
 
@@ -94,12 +95,12 @@ public:
     // (1, 0.5) inside, (0.5, 0) inside, (0.5, 1) outside. On a slanted edge that is true up to the rounding
     // of the crossing, which is computed from the edge's first vertex: of the points on an edge between two
     // areas a few percent belong to both, and fewer to neither.
-    int PtInPolyline(double x, double y) const;
+    [[nodiscard]] int PtInPolyline(double x, double y) const;
     // The same for the points (x[k], y[k]): inside[k] is the answer of the single form. Much faster for many
     // points and vertices. Returns 1; 0 if the lists differ in length or memory runs out, and then `inside`
     // is empty.
-    int PtInPolyline(const CArray<double, double>& x, const CArray<double, double>& y,
-                     CArray<int, int>& inside) const;
+    [[nodiscard]] int PtInPolyline(const CArray<double, double>& x, const CArray<double, double>& y,
+                                   CArray<int, int>& inside) const;
 
     double GetDistance(int i, int j) const;    // in space
     double GetDistanceXY(int i, int j) const;  // in plan
@@ -108,14 +109,15 @@ public:
     double GetTotalLengthXY() const;
 
     // The bounding box. Returns 1; 0 for an empty polyline, and all six are 0 then.
-    int GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin, double& zMax) const;
+    [[nodiscard]] int GetRange(double& xMin, double& xMax, double& yMin, double& yMax, double& zMin,
+                               double& zMax) const;
 
     // Inserts vertices at the distances step, 2 step, ... from the start of every edge, as long as they are
     // less than its length in space; in a closed polyline on the closing edge too. Given vertices stay as
     // they are. New ones have the flag 0x20 and the polyline's name. Returns 1, for an empty polyline too; 0
     // if step <= 0, an edge is infinitely long, the vertices do not fit an array or memory runs out, and then
     // nothing has changed.
-    int InterpolateVertex(double step);
+    [[nodiscard]] int InterpolateVertex(double step);
 
     // ---- Splines ----
     //
@@ -131,11 +133,11 @@ public:
     // Kind 6: the interpolating cubic spline with a uniform knot sequence, 0 to 1 in every edge, in the basis
     // of cubic B-splines (de Boor, A Practical Guide to Splines). Its second derivative by the parameter is
     // continuous. An open one has natural ends, without curvature; a closed one is periodic.
-    int Spline(int pieces);
+    [[nodiscard]] int Spline(int pieces);
     // Kind 1000: the centripetal Catmull-Rom curve (Catmull and Rom 1974; Yuksel et al. 2011). It follows the
     // frame more closely and does not loop, even if edges differ much in length. Its tangent is continuous.
     // The end edges of an open one are continued straight.
-    int CtmlRomSpline(int pieces);
+    [[nodiscard]] int CtmlRomSpline(int pieces);
 
     void Trace();  // for debugging; does nothing
 
@@ -159,5 +161,10 @@ private:
     static void CtmlRomOpen(const Coordinates& frame, Coordinates& control);
     static void CtmlRomClose(const Coordinates& frame, Coordinates& control);
 };
+
+template <>
+struct fieldscan::MovesAsBytes<CVertex> : std::true_type {};
+template <>
+struct fieldscan::MovesAsBytes<CPolyline> : std::true_type {};
 
 #endif

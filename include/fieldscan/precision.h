@@ -59,7 +59,7 @@ public:
     //   - the equations do not determine the unknowns (CalDefect), there are none, or memory runs out
     //   - a weight is negative: leave out both this equation and the one that it takes out
     //   - sigma0 or delta0 is not greater than 0, or a number is not finite or beyond 1e140
-    int CalFigures(const CLeastSq& adjustment, double sigma0, double delta0 = 4.13);
+    [[nodiscard]] int CalFigures(const CLeastSq& adjustment, double sigma0, double delta0 = 4.13);
 
     // Global test (Baarda): sumOfSquares / sigma0^2 against the quantiles level / 2 and 1 - level / 2 of
     // chi-square with degreesOfFreedom, which become `lower` and `upper`. Above them: a blunder, a wrong
@@ -67,7 +67,7 @@ public:
     //   level  error probability, for example 0.05
     // Returns 1 when the value is between the bounds, else 0; -1, with the bounds unchanged, when `level` is
     // not in [1e-15, 1) or there are no figures.
-    int TestGlobal(double level, double& lower, double& upper) const;
+    [[nodiscard]] int TestGlobal(double level, double& lower, double& upper) const;
 
     // Standard error ellipse of two different unknowns i and j. The ellipse of probability P has axes
     // sqrt(ChiSquareQuantile(P, 2)) times as long.
@@ -76,7 +76,8 @@ public:
     //   direction     of the major axis, radians in [0, pi), from the axis of unknown i toward that of j;
     //                 0 for a circle. By atan2: the last bit may differ between platforms.
     // Returns 1; 0, and nothing is written, when there is no such unknown or there are no figures.
-    int CalEllipse(int i, int j, double sigma, double& major, double& minor, double& direction) const;
+    [[nodiscard]] int CalEllipse(int i, int j, double sigma, double& major, double& minor,
+                                 double& direction) const;
 
     // Rank defect of the equations as stored, solved or not: how many more unknowns would have to be known, 0
     // for none. `undetermined` becomes the indices of the unknowns without a unique value, ascending: all
@@ -87,7 +88,7 @@ public:
     // length 1, that no equation notices. What SetNoeq entered is not read.
     // Returns -1, and an empty list, when there are no unknowns or no equations, a weight is negative, a
     // number is not finite or beyond 1e140, or memory runs out.
-    static int CalDefect(const CLeastSq& adjustment, CArray<int, int>& undetermined);
+    [[nodiscard]] static int CalDefect(const CLeastSq& adjustment, CArray<int, int>& undetermined);
 
     // Chi-square with f degrees of freedom: the probability of at most x, and the x of a probability. By the
     // series of the incomplete gamma function (DLMF 8.7.1), with exp and log: the probability errs by at most

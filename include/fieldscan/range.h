@@ -32,7 +32,7 @@ public:
 
     // Adds a point: the first one sets both corners, further ones extend the box. Returns 1; 0, with the
     // range unchanged, when a coordinate is NaN.
-    int AddPoint(const CXYZ& point);
+    [[nodiscard]] int AddPoint(const CXYZ& point);
 
     // 1 when the point lies in the box or on its border, else 0; 0 for an empty range.
     int IsInside(const CXYZ& point) const;
@@ -43,13 +43,13 @@ public:
     // them. Swapped corners are written, but Read refuses the file. Returns 1; 0, with the file unchanged,
     // when axes or unit are none of the above, when the file cannot be opened, another writer has it, or
     // writing fails.
-    int Write(CString path, RANGE_AXES axes, RANGE_UNIT unit) const;
+    [[nodiscard]] int Write(CString path, RANGE_AXES axes, RANGE_UNIT unit) const;
 
     // Reads a file with any of the axes and units. Returns 1; 0, with an empty range, when the file cannot be
     // opened or read to its end, when its first line (ReadHeader) is not the version line, when axes or unit
     // are missing or none of the above, when the count is missing or negative, or when a corner is not three
     // numbers or the lower one exceeds the upper.
-    int Read(CString path);
+    [[nodiscard]] int Read(CString path);
 
     CXYZ lower;  // the smallest x, y and z of the points
     CXYZ upper;  // the largest

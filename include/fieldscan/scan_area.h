@@ -34,7 +34,7 @@ public:
     //   -4  a shot's zenith angle is more than one degree larger than that of the first shot of its row, or
     //       its horizontal angle than that of the top shot of its column; a smaller one is not checked
     // An empty grid is consistent.
-    int CheckParameter() const;
+    [[nodiscard]] int CheckParameter() const;
 
     // 1 if outlineAngles is an outline that CCalcXYZHV::IsPolyInside can use, else the first of these that
     // applies:
@@ -57,7 +57,7 @@ public:
     //
     // An outline with too long edges may look like another one that is good: horizontal angles 0, 359.9999,
     // 359.9999, 0 degrees outline 0.0001 degrees across zero. Put vertices into long edges.
-    int CheckOutline(int* edge = nullptr) const;
+    [[nodiscard]] int CheckOutline(int* edge = nullptr) const;
 
     // 1 if there is a first image name and it is not empty, else 0.
     int IsWithImage() const;
@@ -66,7 +66,7 @@ public:
     // last "." and what follows, without blanks at both ends of the stem. A name without "." and a shot
     // without a name give just ".ext". Returns 1; 0 if index is outside the grid or memory runs out, and then
     // `name` is unchanged.
-    int GetExtFileName(int index, CString& name) const;
+    [[nodiscard]] int GetExtFileName(int index, CString& name) const;
 
     // Brings an angle in radians into [0, 2 pi). One that rounding leaves outside becomes 0, and so does one
     // of 2^31 full circles or more.
@@ -93,7 +93,7 @@ public:
     // 0 if the corners of the record are out of range (CheckParameter -3), a direction is not finite, the
     // shots do not fit an array or memory runs out. Then the counts are as before, and shots, names and
     // tables are empty.
-    int CalShootAng(CWPK first, CWPK second);
+    [[nodiscard]] int CalShootAng(CWPK first, CWPK second);
 
     // ---- Polylines in degrees, rebuilt at each call ----
 
@@ -132,7 +132,7 @@ public:
     //
     // CalShootAng plans its last column at the right end, so it repeats the first one. Directions in the
     // seam, from 359.9999 to 360 degrees and 0 itself, are not inside: ask IsPolyInside about 359.9999.
-    int SetFullCircle(double top, double bottom);
+    [[nodiscard]] int SetFullCircle(double top, double bottom);
 
     // ---- Scan-area file, first version: docs/file_formats.md ----
 
@@ -140,7 +140,7 @@ public:
     // six decimals, phi is left out. Each image name makes a line, with the direction of the same index (0, 0
     // if there is none). Returns 1; 0 if an image name contains a line end or a NUL (the file is not touched
     // then), the path is empty, the file cannot be opened, another writer keeps it, or writing fails.
-    int Write(CString path) const;
+    [[nodiscard]] int Write(CString path) const;
     // Calls Init and reads the file. Shots are read to the end of the file, whatever the counts are. A line
     // that does not begin with two numbers is skipped. An image name ends at its first blank. Returns 1; 0 if
     // the path is empty, the file cannot be opened or read to its end, the first line does not begin with two
@@ -148,7 +148,7 @@ public:
     //
     // Both show a message (CKTImgMsg) if the file cannot be opened because access is denied or another
     // program has it open.
-    int Read(CString path);
+    [[nodiscard]] int Read(CString path);
 
     // ---- Scan-area file, second version: docs/file_formats.md ----
 
@@ -159,7 +159,7 @@ public:
     // back as 0 and a full circle keeps its width. Work tables, polylines and headerLine are not in the file.
     // Returns 1; 0 if an image name contains a line end or a direction is not finite (the file is not touched
     // then), the path is empty, the file cannot be opened, or writing or closing fails.
-    int Write2(CString path) const;
+    [[nodiscard]] int Write2(CString path) const;
     // Calls Init and reads the file, as many shots and vertices as its counts give. headerLine becomes the
     // first line, trimmed. Horizontal angles, and the zenith angles of corners and outline, are brought into
     // [0, 2 pi), so 360.00000 comes back as 0. Returns 1; 0 if the path is empty, the file cannot be opened
@@ -168,7 +168,7 @@ public:
     //
     // Both show the message of Write and Read. Each reader refuses the other's version: Read needs two
     // integers first, Read2 its first line.
-    int Read2(CString path);
+    [[nodiscard]] int Read2(CString path);
 
     // ---- Data ----
 

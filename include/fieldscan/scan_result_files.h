@@ -40,23 +40,23 @@
 // belongs to `file` until ScanFileClose: other writers wait for about a second and then fail. Returns 0 when
 // the path is empty, the file cannot be opened or another writer has it. The last line is not checked. A
 // child process that is forked in between shares the file until it ends.
-FIELDSCAN_API int ScanFileOpen(CFile* file, CString path);
+[[nodiscard]] FIELDSCAN_API int ScanFileOpen(CFile* file, CString path);
 // Brings what was written to the medium and closes. Always returns 1.
 FIELDSCAN_API int ScanFileClose(CFile* file);
 // Writes `header`, carriage return, line feed. Always returns 1.
 FIELDSCAN_API int WriteHeader(CFile* file, CString header);
 // Reads a line, after a byte order mark at the start of a file in UTF-8. Returns 1 when the line, trimmed at
 // both ends, equals `header`; 0 when not, and for an empty line.
-FIELDSCAN_API int ReadHeader(CFile* file, CString header);
+[[nodiscard]] FIELDSCAN_API int ReadHeader(CFile* file, CString header);
 
 // ---- Plain scan result files ----
 
 // Appends the line "name,x,y,z,code,attr[2],extra".
-FIELDSCAN_API int ScanFileAdd(CString path, CXYZ point, CString extra);
+[[nodiscard]] FIELDSCAN_API int ScanFileAdd(CString path, CXYZ point, CString extra);
 // Appends the line "name,x,y,z,code", or "name,x,y,z" when the code is empty.
-FIELDSCAN_API int ScanFileAdd(CString path, CXYZ point);
+[[nodiscard]] FIELDSCAN_API int ScanFileAdd(CString path, CXYZ point);
 // The same for each point, with one opening.
-FIELDSCAN_API int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points);
+[[nodiscard]] FIELDSCAN_API int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points);
 
 // ---- Versioned scan files: the line "FIELD_SCAN_MPT_FILEVER1.0", then
 //      "name,x,y,z,code,attr[2],text,first,second" lines, the last two with four decimals ----
@@ -65,17 +65,20 @@ FIELDSCAN_API int ScanFileAdd(CString path, CArray<CXYZ, CXYZ&>& points);
 // one of these is shorter. append 1 adds to a file that must exist, as KVX4NP_CSVFileAdd does. Any other
 // value makes the file or empties it first: when a write fails, the old points are lost and the new ones that
 // were written whole stay.
-FIELDSCAN_API int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points,
-                                      CArray<double, double>& first, CArray<double, double>& second,
-                                      CStringArray& texts, int append);
+[[nodiscard]] FIELDSCAN_API int KVX4NP_CSVFileWrite(CString path, CArray<CXYZ, CXYZ&>& points,
+                                                    CArray<double, double>& first,
+                                                    CArray<double, double>& second, CStringArray& texts,
+                                                    int append);
 // Appends one point. A missing or empty file gets the version line first, and one that was cut off is
 // completed. In a file with another first line the last line is only ended, not removed.
-FIELDSCAN_API int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second, CString text);
+[[nodiscard]] FIELDSCAN_API int KVX4NP_CSVFileAdd(CString path, CXYZ point, double first, double second,
+                                                  CString text);
 // Empties the four lists, then reads. Lines with fewer than nine fields are skipped, and so is a last line
 // without line feed and without a number in the ninth. Fields beyond the ninth are ignored, white space at
 // both ends of a field is removed. Returns 0 when the file cannot be opened or read to its end, or when its
 // first line is not the version line; what was read stays, in lists of equal length.
-FIELDSCAN_API int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points, CArray<double, double>& first,
-                                     CArray<double, double>& second, CStringArray& texts);
+[[nodiscard]] FIELDSCAN_API int KVX4NP_ReadCSVFile(CString path, CArray<CXYZ, CXYZ&>& points,
+                                                   CArray<double, double>& first,
+                                                   CArray<double, double>& second, CStringArray& texts);
 
 #endif

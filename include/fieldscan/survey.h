@@ -96,7 +96,8 @@ public:
     // Direction in [0, 360] and zenith angle in [0, 180] from the instrument, `instrumentHeight` above the
     // station, to a target, in surveying coordinates. Returns 1; 0 if station and target have no distance in
     // plan, and then direction is set (0 for the same plan position) and zenith is not.
-    static int XYZToHV(CXYZ station, CXYZ target, double instrumentHeight, double& zenith, double& direction);
+    [[nodiscard]] static int XYZToHV(CXYZ station, CXYZ target, double instrumentHeight, double& zenith,
+                                     double& direction);
 
     // The same in mathematical coordinates; here the target comes first. The elevation is brought into
     // [0, 360] before it is taken from 90, so a sight below the horizon has a negative zenith angle (10
@@ -117,10 +118,11 @@ public:
     // the rest of `out` stays.
     // Returns 1; 0 if |scale| < 1e-12, and then `out` is unchanged. The second form also returns 0 if
     // sin(vAngle) is exactly 0, and then x, y and the angles are set, z is not.
-    static int CalcXYZ(CXYZ& out, double hAngle, double distance, double vAngle, double heightComponent,
-                       CXYZ station, double heightOffset, double directionOffset, double scale);
-    static int CalcXYZ(CXYZ& out, double hAngle, double distance, double vAngle, CXYZ station,
-                       double heightOffset, double directionOffset, double scale);
+    [[nodiscard]] static int CalcXYZ(CXYZ& out, double hAngle, double distance, double vAngle,
+                                     double heightComponent, CXYZ station, double heightOffset,
+                                     double directionOffset, double scale);
+    [[nodiscard]] static int CalcXYZ(CXYZ& out, double hAngle, double distance, double vAngle, CXYZ station,
+                                     double heightOffset, double directionOffset, double scale);
 
     // ---- Outlines in angles: x = horizontal angle, y = elevation in [0, 360), degrees ----
 
@@ -128,8 +130,8 @@ public:
     // direction) and the elevations of its top and bottom. They are converted to radians and back, so they
     // can be a rounding step off. Returns 1; 0 if memory runs out. The figures of an empty outline are
     // meaningless.
-    static int GetAngleRange(const CPolyline& outline, double& hLeft, double& hRight, double& vTop,
-                             double& vBottom);
+    [[nodiscard]] static int GetAngleRange(const CPolyline& outline, double& hLeft, double& hRight,
+                                           double& vTop, double& vBottom);
 
     // 1 if the direction (h, v) is inside the outline, taken as closed, else 0, by the crossing-number rule
     // (Shimrat 1962; see CPolyline::PtInPolyline). Horizontal angles are counted clockwise from the outline's
@@ -140,12 +142,12 @@ public:
     //
     // The left edge is the smallest horizontal angle of the vertices that GetAngleRange searches for the left
     // one: the angle itself, which does not pass through radians.
-    static int IsPolyInside(const CPolyline& outline, double h, double v);
+    [[nodiscard]] static int IsPolyInside(const CPolyline& outline, double h, double v);
     // The same for the directions (h[k], v[k]): inside[k] is the answer of the single form. Much faster for
     // many directions and vertices. Returns 1; 0 if the lists differ in length or memory runs out, and then
     // `inside` is empty.
-    static int IsPolyInside(const CPolyline& outline, const CArray<double, double>& h,
-                            const CArray<double, double>& v, CArray<int, int>& inside);
+    [[nodiscard]] static int IsPolyInside(const CPolyline& outline, const CArray<double, double>& h,
+                                          const CArray<double, double>& v, CArray<int, int>& inside);
 
     // ---- Names of files ----
 

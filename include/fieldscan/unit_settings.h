@@ -23,11 +23,11 @@ public:
     // start is skipped where the code page is UTF-8. Returns 1; 0 when the file cannot be opened, with the
     // record unchanged, or when a line is missing, blank or begins with a NUL, or the medium fails: the
     // record then holds what was read before.
-    int Read(CString path);
+    [[nodiscard]] int Read(CString path);
 
     // Makes the file or replaces it as a whole, always in version 1.1, whatever `version` is. Returns 1; 0,
     // with the file unchanged, when it cannot be opened, another writer has it, or writing fails.
-    int Write(CString path) const;
+    [[nodiscard]] int Write(CString path) const;
 
     CString version;  // of the file read
     int meterFeet;    // unit of distances

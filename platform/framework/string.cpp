@@ -1,5 +1,7 @@
 // CString. Up to 7 units lie in the object; longer texts in a block of the heap, after a record of length and
 // capacity.
+#include <fieldscan/framework/array.h>
+#include <fieldscan/framework/standard.h>
 #include <fieldscan/framework/string.h>
 
 #include <algorithm>
@@ -41,6 +43,21 @@ void copyUnits(unsigned short* to, const unsigned short* from, int count) {
 }
 
 }  // namespace
+
+void fieldscan::throwOutOfMemory() { throw std::bad_alloc(); }
+
+std::size_t fieldscan::WriteUtf8(const CString& text, char* out) {
+    std::string bytes;
+    system::appendAnsi(system::kUtf8, text.GetString(), text.GetLength(), bytes);
+    std::copy(bytes.begin(), bytes.end(), out);
+    return bytes.size();
+}
+
+CString fieldscan::ReadUtf8(const char* bytes, std::size_t count) {
+    CString text;
+    system::appendWide(system::kUtf8, bytes, count, text);
+    return text;
+}
 
 CString::CString(const CString& other) : CString() { *this = other; }
 
@@ -106,7 +123,7 @@ CString::Outside* CString::makeOutside(int capacity) {
     constexpr std::size_t kMost = (PTRDIFF_MAX - sizeof(Outside)) / sizeof(unsigned short);
     const std::size_t units = static_cast<std::size_t>(capacity) + 1;
     if (units > kMost)  // more than 32-bit addresses reach
-        throw std::bad_alloc();
+        fieldscan::throwOutOfMemory();
     Outside* const storage =
         static_cast<Outside*>(::operator new(sizeof(Outside) + units * sizeof(unsigned short)));
     storage->capacity = capacity;
@@ -285,7 +302,7 @@ void CString::Append(const unsigned short* text, int length) {
         return;
     const int before = GetLength();
     if (length > kMostUnits - before)
-        throw std::bad_alloc();
+        fieldscan::throwOutOfMemory();
     if (before + length > capacity() && text >= units() && text <= units() + before) {
         const CString copy(text, length);  // the growth would free it
         Append(copy.GetString(), length);

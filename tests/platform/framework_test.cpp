@@ -1,14 +1,21 @@
 // CString, CArray, calendar and the small parts of the framework.
 #include <fieldscan/card.h>
 #include <fieldscan/framework/array.h>
+#include <fieldscan/framework/standard.h>
 #include <fieldscan/framework/string.h>
+#include <fieldscan/points.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <new>
+#include <sstream>
 #include <string>
 #include <tuple>
+#include <type_traits>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -84,7 +91,7 @@ TEST(CString, IsEditedInPlace) {
 TEST(CString, NeverTakesPartInPointerArithmetic) {
     const CString text(u"P1"), longer(u"P10");
     const unsigned short* units = text;
-    EXPECT_EQ('\\' + text + u'x' + u"y" + "z" + 0x3042 + 65U + 66L, u"\\P1xyz\u3042AB");
+    EXPECT_EQ('\\' + text + u'x' + u"y" + "z" + u'\u3042' + L'A' + longer[0], u"\\P1xyz\u3042AP");
     EXPECT_EQ(text, CString(u"P1 more", 7).Left(2).GetString());
     EXPECT_EQ(units, text);
     EXPECT_LE(text, units);
@@ -95,6 +102,61 @@ TEST(CString, NeverTakesPartInPointerArithmetic) {
         EXPECT_EQ(unit, '1');
     for (const unsigned short none : {text[-1], text[2U], text[1LL << 32]})
         EXPECT_EQ(none, 0);
+}
+
+template <class Left, class Right, class = void>
+struct Adds : std::false_type {};
+template <class Left, class Right>
+struct Adds<Left, Right, std::void_t<decltype(std::declval<Left>() + std::declval<Right>())>>
+    : std::true_type {};
+template <class Unit, class = void>
+struct Takes : std::false_type {};
+template <class Unit>
+struct Takes<Unit, std::void_t<decltype(std::declval<CString&>() += std::declval<Unit>())>> : std::true_type {
+};
+template <class Unit>
+constexpr bool joins = Adds<CString, Unit>::value&& Adds<Unit, CString>::value&& Takes<Unit>::value&&
+    std::is_assignable<CString&, Unit>::value;
+template <class Number>
+constexpr bool joinsAnywhere = Adds<CString, Number>::value || Adds<Number, CString>::value ||
+                               Takes<Number>::value || std::is_assignable<CString&, Number>::value;
+
+enum Plain { kPlain };
+
+// `text + 5` would append a control character, or be an address.
+static_assert(joins<unsigned short> && joins<char> && joins<char16_t> && joins<wchar_t>);
+static_assert(joins<const char*> && joins<const char16_t*>);
+static_assert(!joinsAnywhere<int> && !joinsAnywhere<unsigned int> && !joinsAnywhere<short>);
+static_assert(!joinsAnywhere<long> && !joinsAnywhere<std::size_t> && !joinsAnywhere<long long>);
+static_assert(!joinsAnywhere<signed char> && !joinsAnywhere<unsigned char> && !joinsAnywhere<char32_t>);
+static_assert(!joinsAnywhere<bool> && !joinsAnywhere<double> && !joinsAnywhere<Plain>);
+
+template <class Stream, class = void>
+struct Prints : std::false_type {};
+template <class Stream>
+struct Prints<Stream, std::void_t<decltype(std::declval<Stream&>() << CString())>> : std::true_type {};
+
+static_assert(Prints<std::ostream>::value && Prints<std::ofstream>::value);
+static_assert(!Prints<std::wostream>::value, "would print the address");
+
+TEST(CString, GoesToTheStandardLibraryAndBack) {
+    const std::string utf8 = u8"P1 \u5CB3 \U0001D4D0 and a long tail";
+    const CString text(u"P1 \u5CB3 \U0001D4D0 and a long tail"), withNul(u"a\0b", 3);
+    EXPECT_EQ(fieldscan::toUtf8(text), utf8);
+    EXPECT_EQ(fieldscan::fromUtf8(utf8), text);
+    EXPECT_EQ(fieldscan::toUtf8(withNul), std::string("a\0b", 3));
+    EXPECT_EQ(fieldscan::fromUtf8(std::string("a\0b", 3)), withNul);
+    EXPECT_EQ(fieldscan::toUtf8(CString(u"\xD800")), u8"\uFFFD");
+    EXPECT_EQ(fieldscan::fromUtf8("\xE9"), u"\u00E9") << "no byte is lost";
+    EXPECT_TRUE(fieldscan::toUtf16(withNul) == std::u16string_view(u"a\0b", 3));
+    EXPECT_EQ(fieldscan::fromUtf16(std::u16string_view(u"a\0b", 3)), withNul);
+    EXPECT_EQ(fieldscan::fromUtf16({}), CString());
+    std::ostringstream stream;
+    stream << "name " << text << ", " << 5;
+    EXPECT_EQ(stream.str(), "name " + utf8 + ", 5");
+    std::unordered_set<CString> names = {text, CString(text), withNul};
+    EXPECT_EQ(names.size(), 2u);
+    EXPECT_EQ(names.count(fieldscan::fromUtf8(utf8)), 1u);
 }
 
 TEST(CString, IsFilledThroughItsBuffer) {
@@ -153,6 +215,70 @@ TEST(CArray, GrowsByTheRule) {
     array.SetSize(-1);
     EXPECT_EQ(array.GetSize(), 1001);
     EXPECT_EQ(array[1000], 0);
+}
+
+TEST(CArray, IsARangeOfTheStandardLibrary) {
+    CArray<int, int> array;
+    EXPECT_EQ(array.begin(), array.end());
+    for (const int value : {3, 1, 2})
+        array.Add(value);
+    std::sort(array.begin(), array.end());
+    const CArray<int, int>& constant = array;
+    EXPECT_EQ(std::vector<int>(constant.begin(), constant.end()), (std::vector<int>{1, 2, 3}));
+    for (int& value : array)
+        value *= 2;
+    EXPECT_EQ(array[2], 6);
+}
+
+// An element that may not move as bytes, because it knows its place, and how often one was moved.
+struct Placed {
+    Placed() noexcept : self(this) {}
+    Placed(const Placed&) noexcept : self(this) { ++moves; }
+    Placed& operator=(const Placed&) { return *this; }
+    ~Placed() { EXPECT_EQ(self, this); }
+    Placed* self;
+    static inline int moves = 0;
+};
+static_assert(!fieldscan::MovesAsBytes<Placed>::value && !fieldscan::MovesAsBytes<std::string>::value);
+struct DerivedPoint : CXYZ {
+    std::string note;
+};
+static_assert(!fieldscan::MovesAsBytes<DerivedPoint>::value, "what a base allows does not hold for more");
+
+TEST(CArray, MovesFewElementsWhenItGrows) {
+    constexpr int kCount = 200000;
+    CArray<Placed> array;
+    for (int i = 0; i < kCount; ++i)
+        array.Add(Placed());
+    EXPECT_LT(Placed::moves, kCount + 12 * kCount) << "one copy an Add, and what the growth moves";
+    array.FreeExtra();
+    EXPECT_EQ(array.GetCapacity(), kCount);
+    array.Reserve(kCount + 1);
+    EXPECT_EQ(array.GetCapacity(), kCount + 1);
+}
+
+TEST(CArray, KeepsTextsInEveryBlock) {
+    CArray<CXYZ, const CXYZ&> points;
+    const auto nameOf = [](int i) {
+        return fieldscan::fromUtf8((i % 2 ? "P" : "a name beyond the object ") + std::to_string(i));
+    };
+    for (int i = 0; i < 20000; ++i)
+        points.Add(CXYZ(nameOf(i), i, 0, 0));
+    CArray<CXYZ, const CXYZ&> other;
+    other.Swap(points);
+    other.Add(other[1]);
+    other.FreeExtra();
+    points.Copy(other);
+    EXPECT_EQ(other.GetCapacity(), 20001);
+    for (int i = 0; i < 20000; ++i) {
+        ASSERT_EQ(other[i].name, nameOf(i));
+        ASSERT_EQ(points[i].x, i);
+    }
+    EXPECT_EQ(other[20000].name, u"P1");
+    other.RemoveAll();
+    other.FreeExtra();
+    EXPECT_EQ(other.GetData(), nullptr);
+    EXPECT_EQ(other.GetCapacity(), 0);
 }
 
 TEST(CArray, ConstructsInZeroedStorageAndDestroysAll) {

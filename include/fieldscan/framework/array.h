@@ -2,21 +2,34 @@
 #ifndef FIELDSCAN_FRAMEWORK_ARRAY_H
 #define FIELDSCAN_FRAMEWORK_ARRAY_H
 
+#include <fieldscan/export.h>
+#include <fieldscan/framework/moves_as_bytes.h>
 #include <fieldscan/framework/string.h>
 
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
+
+namespace fieldscan {
+// Throws std::bad_alloc. In the library: a program without exceptions may include this header too, and ends
+// then.
+[[noreturn]] FIELDSCAN_API void throwOutOfMemory();
+}  // namespace fieldscan
 
 // Elements of type T, held by value. ARG is the type by which Add, SetAt and InsertAt take one, `T&` or `T`
 // by convention.
 //
 // Growth: unless a step is set, the capacity grows by max(4, min(1024, size / 8)) elements, or by more when
-// more is needed at once. A smaller size destroys the surplus elements and keeps the storage; size 0 frees
-// it. The storage of a new element is filled with zero bytes before the element is constructed: a member that
+// more is needed at once; Reserve where the number is known. A smaller size destroys the surplus elements and
+// keeps the storage; size 0 frees it. Elements are moved as bytes where MovesAsBytes allows it, and a storage
+// of more than 64 KiB that grows gets half as much again, which GetCapacity does not show: adding one by one
+// takes linear time.
+//
+// The storage of a new element is filled with zero bytes before the element is constructed: a member that
 // its constructor does not set starts at 0. (GCC removes the zeros where it sees an inline constructor of the
 // application, unless -fno-lifetime-dse is set; the constructors of the library's classes are in the
 // library.)
@@ -25,12 +38,13 @@
 // themselves and ignore a negative index. Every change of the size makes pointers to elements invalid. Arrays
 // are copied by Copy, not by =.
 //
-// The only failure is memory exhaustion, std::bad_alloc. The elements are valid then; after Reserve and
-// SetSize, and after Add if T moves without throwing, they are those from before the call.
+// The only failure is memory exhaustion, std::bad_alloc; it ends a program that is compiled without
+// exceptions. The elements are valid then; after Reserve and SetSize, and after Add if T moves without
+// throwing, they are those from before the call.
 template <class T, class ARG = const T&>
 class CArray {
 public:
-    CArray() noexcept : m_data(nullptr), m_size(0), m_capacity(0), m_growBy(0) {}
+    CArray() noexcept : m_data(nullptr), m_size(0), m_capacity(0), m_growBy(0), m_room(0) {}
     ~CArray() { RemoveAll(); }
     CArray(const CArray&) = delete;
     CArray& operator=(const CArray&) = delete;
@@ -59,6 +73,11 @@ public:
     // The elements in contiguous storage; null for an empty array without storage.
     T* GetData() { return m_data; }
     const T* GetData() const { return m_data; }
+    // For range-for and the algorithms of the standard library.
+    T* begin() { return m_data; }
+    T* end() { return m_data + m_size; }
+    const T* begin() const { return m_data; }
+    const T* end() const { return m_data + m_size; }
 
     // Sets the size; `growBy` >= 0 sets the growth step too (0: the rule above). A negative size changes
     // nothing.
@@ -80,13 +99,26 @@ public:
     int Append(const CArray& other);    // returns the index of the first element appended
 
 private:
-    struct Block;  // owns storage until moveTo takes it
+    // Destroys the elements that it counts when an exception passes.
+    struct Made {
+        ~Made() { destroy(first, count); }
+        T* first;
+        int count;
+    };
+    struct Block {
+        ~Block() { std::free(static_cast<void*>(data)); }
+        T* data;
+    };
 
-    enum : int { kMost = 0x7fffffff };  // elements
+    enum : int {
+        kMost = 0x7fffffff,    // elements
+        kLargeBlock = 0x10000  // bytes
+    };
 
     int grownCapacity(int needed) const;
+    void grow(int needed);
+    bool setRoom(int room);
     static int sum(int size, int more);
-    void moveTo(Block& block);
     static void construct(T* place, int count);
     static void destroy(T* first, int count);
 
@@ -94,6 +126,7 @@ private:
     int m_size;
     int m_capacity;
     int m_growBy;
+    int m_room;  // elements that fit the block: the capacity, and a hidden reserve (grow)
 };
 
 // An array of strings.
@@ -102,33 +135,13 @@ class CStringArray : public CArray<CString, const CString&> {};
 // ---------------------------------------------------------------------------------------------------------
 
 template <class T, class ARG>
-struct CArray<T, ARG>::Block {
-    explicit Block(int n) : data(static_cast<T*>(::operator new(bytes(n)))), capacity(n) {}
-    ~Block() { ::operator delete(data); }
-    Block(const Block&) = delete;
-    Block& operator=(const Block&) = delete;
-    static std::size_t bytes(int n) {
-        const std::size_t count = static_cast<std::size_t>(n);
-        if (count > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T))  // beyond 32-bit addresses
-            throw std::bad_alloc();
-        return count * sizeof(T);
-    }
-    T* data;
-    int capacity;
-};
-
-template <class T, class ARG>
 void CArray<T, ARG>::construct(T* place, int count) {
-    int made = 0;
-    try {
-        for (; made < count; ++made) {
-            std::memset(static_cast<void*>(place + made), 0, sizeof(T));
-            ::new (static_cast<void*>(place + made)) T();
-        }
-    } catch (...) {
-        destroy(place, made);
-        throw;
+    Made made{place, 0};
+    for (; made.count < count; ++made.count) {
+        std::memset(static_cast<void*>(place + made.count), 0, sizeof(T));
+        ::new (static_cast<void*>(place + made.count)) T();
     }
+    made.count = 0;
 }
 
 template <class T, class ARG>
@@ -148,36 +161,63 @@ int CArray<T, ARG>::grownCapacity(int needed) const {
     return grown < needed ? needed : grown;
 }
 
-// Copies elements whose move could throw, so that a failure leaves the array unchanged.
+// Gives the elements a block with that room, at least their number; false when there is no memory. Copies
+// elements whose move could throw, so that a failure leaves the array unchanged.
 template <class T, class ARG>
-void CArray<T, ARG>::moveTo(Block& block) {
-    int made = 0;
-    try {
-        for (; made < m_size; ++made)
-            ::new (static_cast<void*>(block.data + made)) T(std::move_if_noexcept(m_data[made]));
-    } catch (...) {
-        destroy(block.data, made);
-        throw;
+bool CArray<T, ARG>::setRoom(int room) {
+    if (static_cast<std::size_t>(room) > static_cast<std::size_t>(PTRDIFF_MAX) / sizeof(T))
+        return false;  // beyond 32-bit addresses
+    const std::size_t bytes = static_cast<std::size_t>(room) * sizeof(T);
+    if constexpr (fieldscan::MovesAsBytes<T>::value) {
+        void* const data = std::realloc(static_cast<void*>(m_data), bytes);
+        if (!data)
+            return false;
+        m_data = static_cast<T*>(data);
+    } else {
+        Block block{static_cast<T*>(std::malloc(bytes))};
+        if (!block.data)
+            return false;
+        Made made{block.data, 0};
+        for (; made.count < m_size; ++made.count)
+            ::new (static_cast<void*>(made.first + made.count)) T(std::move_if_noexcept(m_data[made.count]));
+        made.count = 0;
+        destroy(m_data, m_size);
+        std::swap(m_data, block.data);
     }
-    destroy(m_data, m_size);
-    std::swap(m_data, block.data);
-    std::swap(m_capacity, block.capacity);
+    m_room = room;
+    return true;
+}
+
+// Steps of at most 1024 elements would move a long list a thousand times. So a large block that grows gets
+// half as much again, in reserve: the capacity takes its steps within it.
+template <class T, class ARG>
+void CArray<T, ARG>::grow(int needed) {
+    const int capacity = grownCapacity(needed);
+    if (capacity > m_room) {
+        const bool large = static_cast<std::size_t>(m_room) >= kLargeBlock / sizeof(T);
+        const int room = m_room > kMost - m_room / 2 ? kMost : m_room + m_room / 2;
+        if (!(large && room > capacity && setRoom(room)) && !setRoom(capacity))
+            fieldscan::throwOutOfMemory();
+    }
+    m_capacity = capacity;
 }
 
 template <class T, class ARG>
 void CArray<T, ARG>::Reserve(int capacity) {
     if (capacity <= m_capacity)
         return;
-    Block block(capacity);
-    moveTo(block);
+    if (capacity > m_room && !setRoom(capacity))
+        fieldscan::throwOutOfMemory();
+    m_capacity = capacity;
 }
 
 template <class T, class ARG>
 void CArray<T, ARG>::FreeExtra() {
-    if (m_size == m_capacity)
-        return;
-    Block block(m_size);
-    moveTo(block);
+    if (m_size == 0)
+        RemoveAll();
+    else if (m_size != m_room && !setRoom(m_size))
+        fieldscan::throwOutOfMemory();
+    m_capacity = m_size;
 }
 
 template <class T, class ARG>
@@ -188,15 +228,15 @@ void CArray<T, ARG>::SetSize(int size, int growBy) {
         m_growBy = growBy;
     if (size == 0) {
         destroy(m_data, m_size);
-        ::operator delete(m_data);
+        std::free(static_cast<void*>(m_data));
         m_data = nullptr;
-        m_size = m_capacity = 0;
+        m_size = m_capacity = m_room = 0;
     } else if (size < m_size) {
         destroy(m_data + size, m_size - size);
         m_size = size;
     } else if (size > m_size) {
         if (size > m_capacity)
-            Reserve(grownCapacity(size));
+            grow(size);
         construct(m_data + m_size, size - m_size);
         m_size = size;
     }
@@ -205,7 +245,7 @@ void CArray<T, ARG>::SetSize(int size, int growBy) {
 template <class T, class ARG>
 int CArray<T, ARG>::sum(int size, int more) {
     if (more > kMost - size)
-        throw std::bad_alloc();
+        fieldscan::throwOutOfMemory();
     return size + more;
 }
 
@@ -266,6 +306,7 @@ void CArray<T, ARG>::Swap(CArray& other) noexcept {
     std::swap(m_data, other.m_data);
     std::swap(m_size, other.m_size);
     std::swap(m_capacity, other.m_capacity);
+    std::swap(m_room, other.m_room);
 }
 
 template <class T, class ARG>
@@ -277,5 +318,10 @@ int CArray<T, ARG>::Append(const CArray& other) {
         m_data[first + i] = other.m_data[i];
     return first;
 }
+
+template <class T, class ARG>
+struct fieldscan::MovesAsBytes<CArray<T, ARG>> : std::true_type {};
+template <>
+struct fieldscan::MovesAsBytes<CStringArray> : std::true_type {};
 
 #endif

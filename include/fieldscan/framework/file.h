@@ -48,7 +48,7 @@ public:
 
     // Closes the file if one is open, then opens. An empty path, or one with a zero unit inside, fails with
     // causeOther.
-    int Open(const CString& path, unsigned int mode);
+    [[nodiscard]] int Open(const CString& path, unsigned int mode);
     Cause GetOpenFailure() const { return m_cause; }  // of the last Open
     bool IsOpen() const;                              // true between Open and Close
 
@@ -59,11 +59,11 @@ public:
     // a zero. They lie in the file's buffer until the next read, write or move of the position. Returns 0,
     // with `length` 0, at the end of the file and when a read fails. A line of more than 16 MiB is a failed
     // read, as is one for which there is no memory.
-    int ReadLine(const char*& line, unsigned int& length);
+    [[nodiscard]] int ReadLine(const char*& line, unsigned int& length);
     // True if a read since Open failed, other than by the end of the file. All further ones fail then.
     bool HasReadFailed() const { return m_readFailed; }
     // Writes all `count` bytes. After a 0 a part of them may be in the file.
-    int Write(const void* buffer, unsigned int count);
+    [[nodiscard]] int Write(const void* buffer, unsigned int count);
 
     int SeekToBegin();              // position 0
     int SeekToEnd();                // position after the last byte
@@ -72,7 +72,7 @@ public:
 
     // Brings what was written to the medium, not only to the system. After a 0 the result of a second call is
     // meaningless: the system may have dropped what it could not write.
-    int Flush();
+    [[nodiscard]] int Flush();
     // Closes, in any case. 0 also when the system reports the loss of something written before.
     int Close();
 

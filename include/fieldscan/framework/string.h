@@ -3,9 +3,11 @@
 #define FIELDSCAN_FRAMEWORK_STRING_H
 
 #include <fieldscan/export.h>
+#include <fieldscan/framework/moves_as_bytes.h>
 
 #include <cstddef>
 #include <cstring>
+#include <iosfwd>
 #include <type_traits>
 
 namespace fieldscan {
@@ -13,6 +15,24 @@ namespace fieldscan {
 // ambiguous: a CString converts to an address, which has these operators too.
 template <class Type>
 using IfInteger = typename std::enable_if<std::is_integral<Type>::value>::type;
+
+// For the types whose values are units of a text, and for the numbers that are not: an integer 5 would be
+// appended as the control character 5.
+template <class Type>
+struct IsUnit : std::false_type {};
+template <>
+struct IsUnit<unsigned short> : std::true_type {};
+template <>
+struct IsUnit<char> : std::true_type {};
+template <>
+struct IsUnit<char16_t> : std::true_type {};
+template <>
+struct IsUnit<wchar_t> : std::true_type {};
+template <class Type>
+using IfUnit = typename std::enable_if<IsUnit<Type>::value>::type;
+template <class Type>
+using IfNumber = typename std::enable_if<(std::is_arithmetic<Type>::value || std::is_enum<Type>::value) &&
+                                         !IsUnit<Type>::value>::type;
 }  // namespace fieldscan
 
 // Text as a sequence of UTF-16 units (unsigned short), closed by a zero unit that is not part of it. Lengths
@@ -21,7 +41,8 @@ using IfInteger = typename std::enable_if<std::is_integral<Type>::value>::type;
 //
 // A read at a position outside the text gives 0, a write there is ignored; Left, Mid and Right return the
 // part of the range that the text has. A null pointer counts as the empty text everywhere. The only failure
-// is memory exhaustion, std::bad_alloc, which leaves the text unchanged.
+// is memory exhaustion, std::bad_alloc, which leaves the text unchanged; it ends a program that is compiled
+// without exceptions. fieldscan/framework/standard.h joins it to std::string, streams and hash tables.
 class FIELDSCAN_API CString {
 public:
     CString() noexcept : m_units{0, 0, 0, 0, 0, 0, 0, kInside} {}
@@ -47,6 +68,8 @@ public:
     CString& operator=(const CString& other);
     CString& operator=(CString&& other) noexcept;
     CString& operator=(unsigned short unit);  // the text of this one unit
+    template <class Number, typename = fieldscan::IfNumber<Number>>
+    CString& operator=(Number) = delete;  // a number is no character
 
     // Number of units.
     int GetLength() const { return isOutside() ? outside()->length : kInside - m_units[kInside]; }
@@ -96,6 +119,8 @@ public:
     // Append text or units.
     CString& operator+=(const CString& text);
     CString& operator+=(unsigned short unit);
+    template <class Number, typename = fieldscan::IfNumber<Number>>
+    CString& operator+=(Number) = delete;  // a number is no character
     void Append(const unsigned short* text, int length);
 
     // The text itself, to be written to, with room for `length` units and a closing zero. ReleaseBuffer makes
@@ -141,14 +166,25 @@ private:
 FIELDSCAN_API CString operator+(const CString& a, const CString& b);
 
 // The text followed by one unit, or after it.
-template <class Integer, typename = fieldscan::IfInteger<Integer>>
-CString operator+(const CString& a, Integer unit) {
+template <class Unit, typename = fieldscan::IfUnit<Unit>>
+CString operator+(const CString& a, Unit unit) {
     return CString(a) += static_cast<unsigned short>(unit);
 }
-template <class Integer, typename = fieldscan::IfInteger<Integer>>
-CString operator+(Integer unit, const CString& a) {
+template <class Unit, typename = fieldscan::IfUnit<Unit>>
+CString operator+(Unit unit, const CString& a) {
     return CString(static_cast<unsigned short>(unit)) += a;
 }
+
+// A number is no character. Without these forms `text + 5` would be an address five units further on.
+template <class Number, typename = fieldscan::IfNumber<Number>, typename = void>
+CString operator+(const CString& a, Number number) = delete;
+template <class Number, typename = fieldscan::IfNumber<Number>, typename = void>
+CString operator+(Number number, const CString& a) = delete;
+
+// Would print the address. <fieldscan/framework/standard.h> has the form that prints the text.
+template <class Character, class Traits>
+std::basic_ostream<Character, Traits>& operator<<(std::basic_ostream<Character, Traits>& stream,
+                                                  const CString& text) = delete;
 
 // By Compare. Without the forms with a pointer, addresses would be compared.
 // clang-format off
@@ -171,5 +207,8 @@ inline bool operator> (const unsigned short* a, const CString& b) { return b.Com
 inline bool operator<=(const unsigned short* a, const CString& b) { return b.Compare(a) >= 0; }
 inline bool operator>=(const unsigned short* a, const CString& b) { return b.Compare(a) <= 0; }
 // clang-format on
+
+template <>
+struct fieldscan::MovesAsBytes<CString> : std::true_type {};
 
 #endif
