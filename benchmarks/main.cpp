@@ -44,5 +44,6 @@ int main(int argc, char** argv) {
     raceDistortion(races);
     raceSort(races);
     raceNames(races);
+    raceGrowth(races);
     races.print();
 }

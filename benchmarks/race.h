@@ -71,5 +71,6 @@ void racePolygons(Races& races);
 void raceDistortion(Races& races);
 void raceSort(Races& races);
 void raceNames(Races& races);
+void raceGrowth(Races& races);
 
 #endif

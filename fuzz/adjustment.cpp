@@ -60,27 +60,27 @@ void drive(FuzzedDataProvider& input) {
                     compareForming(engine, m);
                 break;
             case 9:
-                engine.Solve();
+                (void)engine.Solve();
                 break;
             case 10:
-                engine.PISolve();
+                (void)engine.PISolve();
                 break;
             case 11:
-                engine.SolveWithSwpMat();
+                (void)engine.SolveWithSwpMat();
                 break;
             case 12:
-                engine.SolveWithReduc();
+                (void)engine.SolveWithReduc();
                 break;
             case 13:
-                engine.LUDivid();
-                engine.ForwardSubstiotution();
-                engine.BackwardSubstiotution();
-                engine.CalLInverse();
-                engine.CalNoeqInverse();
+                (void)engine.LUDivid();
+                (void)engine.ForwardSubstiotution();
+                (void)engine.BackwardSubstiotution();
+                (void)engine.CalLInverse();
+                (void)engine.CalNoeqInverse();
                 break;
             case 14:
                 engine.CalVarianceOfEstimate();
-                engine.CalVarianceOfObservation();
+                (void)engine.CalVarianceOfObservation();
                 engine.CalSigma2();
                 engine.CalStandard2();
                 break;
@@ -107,16 +107,16 @@ void fitPlanes(FuzzedDataProvider& input) {
     }
     CHelmert helmert;
     CPlaneAffine affine;
-    helmert.SetPoints(first, second);
-    affine.SetPoints(first, second);
+    (void)helmert.SetPoints(first, second);
+    (void)affine.SetPoints(first, second);
     require(helmert.sourcePoints.GetSize() == helmert.targetPoints.GetSize());
     for (int i = 0; i < helmert.sourcePoints.GetSize(); ++i)
         require(helmert.sourcePoints[i].name == helmert.targetPoints[i].name);
     CXYZ there, back;
     if (helmert.CalPara() && helmert.Transform(CXYZ(1, 2, 3), there, 1))
-        helmert.Transform(there, back, 0);
+        (void)helmert.Transform(there, back, 0);
     if (affine.CalPara() && affine.Transform(CXYZ(1, 2, 3), there, 1))
-        affine.Transform(there, back, 0);
+        (void)affine.Transform(there, back, 0);
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ CPolyline polyline(FuzzedDataProvider& input, int most) {
 void polylines(FuzzedDataProvider& input) {
     CPolyline line = polyline(input, 40);
     double range[6];
-    line.GetRange(range[0], range[1], range[2], range[3], range[4], range[5]);
+    (void)line.GetRange(range[0], range[1], range[2], range[3], range[4], range[5]);
     line.GetTotalLength();
     line.CheckTurn();
     line.Reverse();
@@ -45,13 +45,13 @@ void polylines(FuzzedDataProvider& input) {
     require(line.PtInPolyline(manyX, manyY, all) == 1 && all[63] == inside);
     require(CCalcXYZHV::IsPolyInside(line, manyX, manyY, all) == 1 && all[63] == insideInAngles);
     double angles[4];
-    CCalcXYZHV::GetAngleRange(line, angles[0], angles[1], angles[2], angles[3]);
+    (void)CCalcXYZHV::GetAngleRange(line, angles[0], angles[1], angles[2], angles[3]);
     CPolyline smooth = line, dense = line;
-    input.ConsumeBool() ? smooth.Spline(input.ConsumeIntegralInRange(-1, 9))
-                        : smooth.CtmlRomSpline(input.ConsumeIntegralInRange(-1, 9));
+    (void)(input.ConsumeBool() ? smooth.Spline(input.ConsumeIntegralInRange(-1, 9))
+                               : smooth.CtmlRomSpline(input.ConsumeIntegralInRange(-1, 9)));
     const double step = input.ConsumeFloatingPointInRange(-1.0, 10.0);
     if (line.GetTotalLength() < 1e4)
-        dense.InterpolateVertex(step < 0.01 ? 0.01 : step);
+        (void)dense.InterpolateVertex(step < 0.01 ? 0.01 : step);
     line.Normalize();
     line.DelVertex(input.ConsumeIntegral<unsigned>());
     line.SetVertexSize(input.ConsumeIntegralInRange(0u, 50u));
@@ -71,7 +71,7 @@ void scanAreas(FuzzedDataProvider& input) {
     area.areaAngle2 = direction();
     area.columnCount = input.ConsumeIntegralInRange(-2, 50);
     area.rowCount = input.ConsumeIntegralInRange(-2, 50);
-    area.CheckParameter();
+    (void)area.CheckParameter();
     int edge;
     const int code = area.CheckOutline(&edge);
     require(code >= -4 && code <= 1 && edge < area.outlineAngles.GetSize() && (edge >= 0) == (code < -1));
@@ -115,11 +115,11 @@ void images(FuzzedDataProvider& input) {
     const double v[] = {number(input), number(input), number(input)};
     CXYZ in(v[0], v[1], v[2]), out, again;
     double cx, cy;
-    image.camera.dist.CalDistInv(in.x, in.y, cx, cy, number(input));
-    image.CalInnOri(static_cast<INNORI_TYPE>(input.ConsumeIntegralInRange(-1, 4)));
-    image.ImcToPhc(in, out, 1);
-    image.PhcToImc(in, out, 1, 1e-6);
-    image.ObjToImc(in, out, again);
+    (void)image.camera.dist.CalDistInv(in.x, in.y, cx, cy, number(input));
+    (void)image.CalInnOri(static_cast<INNORI_TYPE>(input.ConsumeIntegralInRange(-1, 4)));
+    (void)image.ImcToPhc(in, out, 1);
+    (void)image.PhcToImc(in, out, 1, 1e-6);
+    (void)image.ObjToImc(in, out, again);
     image.PtInImage(in);
 }
 

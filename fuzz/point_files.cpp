@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     CString path = file().path();
     Points points;
     if (which == 0) {
-        ReadCSVFile(&path, points, 1);
+        (void)ReadCSVFile(&path, points, 1);
         require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
         const auto write = [&] { return WriteCSVFile(&path, points, 0); };
         if (allFit(points.GetSize(), [&](int i) { return fits(points[i], CString()); }))
@@ -40,16 +40,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         else
             require(write() == 0);
     } else if (which == 1) {
-        ReadOccInfoFile(&path, points, 1);
+        (void)ReadOccInfoFile(&path, points, 1);
         require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
     } else if (which == 2) {
         CString name;
         CSize image;
-        ReadImcFile(&path, &name, image, points, 1);
+        (void)ReadImcFile(&path, &name, image, points, 1);
         require(static_cast<std::size_t>(points.GetSize()) <= bytes.size());
     } else if (which == 3) {
         Versioned scan;
-        KVX4NP_ReadCSVFile(path, scan.points, scan.first, scan.second, scan.texts);
+        (void)KVX4NP_ReadCSVFile(path, scan.points, scan.first, scan.second, scan.texts);
         require(scan.points.GetSize() == scan.first.GetSize() &&
                 scan.first.GetSize() == scan.second.GetSize() &&
                 scan.second.GetSize() == scan.texts.GetSize());

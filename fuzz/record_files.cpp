@@ -30,14 +30,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     double v[6] = {};
     if (which == 0) {
         CCamera camera;
-        camera.Read(path);
+        (void)camera.Read(path);
         require(static_cast<std::size_t>(camera.marks.GetSize() + camera.dist.radius.GetSize()) <=
                 bytes.size());
         const auto fits = [&](int i) { return fieldscan::fitsWord(camera.marks[i].name); };
         require(camera.Write(path) == allFit(camera.marks.GetSize(), fits));
     } else if (which == 1) {
         CScanArea area;
-        area.Read(path);
+        (void)area.Read(path);
         require(static_cast<std::size_t>(area.shootAngles.GetSize()) <= bytes.size());
         const auto fits = [&](int i) { return fieldscan::fitsLine(area.imageNames[i]); };
         require(area.Write(path) == allFit(area.imageNames.GetSize(), fits));

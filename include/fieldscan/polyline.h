@@ -54,7 +54,8 @@ public:
     CVertex* GetVertex(unsigned int i);
     const CVertex* GetVertex(unsigned int i) const;
     int SetVertex(unsigned int i, const CVertex& v);  // vertex i becomes a copy of `v`
-    int AddVertex(const CVertex& v);                  // returns the index of the new last vertex
+    // Returns the index of the new last vertex. vertices.Reserve where the number is known.
+    int AddVertex(const CVertex& v);
     // Inserts a copy of `v` before vertex i. The number of vertices is not a valid i: AddVertex appends.
     int InsertVertex(unsigned int i, const CVertex& v);
     int DelVertex(unsigned int i);       // the vertices after it move up

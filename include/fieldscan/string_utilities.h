@@ -17,7 +17,7 @@
 // full-width; added digits have the width of the first one. A text that does not end with a digit has the
 // number 0 without digits: "ABC" and 1 give "ABC1"; a step of 0 changes no text. Returns 1; 0, with `text`
 // unchanged, when the number would become negative.
-[[nodiscard]] FIELDSCAN_API int IncrStr(CString& text, int step);
+FIELDSCAN_API int IncrStr(CString& text, int step);
 FIELDSCAN_API int StrPlusOne(CString& text);   // IncrStr by 1
 FIELDSCAN_API int StrMinusOne(CString& text);  // IncrStr by -1
 

@@ -153,7 +153,7 @@ TEST(Helmert, RefusesCoincidentPointsAndNoOthers) {
     Points line;
     for (int i = 0; i < 9; ++i)
         add(line, std::to_string(i), 1000.0 + i, 3e5 + 0.3 * i);
-    affine.SetPoints(line, line);
+    EXPECT_EQ(affine.SetPoints(line, line), 9);
     EXPECT_EQ(affine.CalPara(), 0) << "on a line";
     EXPECT_EQ(affine.CheckPairs(), -3);
     affine.sourcePoints[3].x = std::numeric_limits<double>::infinity();
@@ -174,7 +174,7 @@ TEST(Helmert, RefinesUntilCorrectionsEnd) {
     add(second, "A", 4058461.993, 5291878.008);
     add(second, "B", 4058461.990, 5291878.011);
     CHelmert helmert;
-    helmert.SetPoints(first, second);
+    EXPECT_EQ(helmert.SetPoints(first, second), first.GetSize());
     ASSERT_EQ(helmert.CalPara(), 1);
     EXPECT_NEAR(helmert.parameters[3], 0.0413180001, 6e-11);
 }
@@ -210,7 +210,7 @@ void expectFit(CHelmert& helmert, const Pairs& pairs, const double* parameters, 
         add(first, pair.name, pair.targetX, pair.targetY);
         add(second, pair.name, pair.x, pair.y);
     }
-    helmert.SetPoints(first, second);
+    EXPECT_EQ(helmert.SetPoints(first, second), first.GetSize());
     ASSERT_EQ(helmert.CalPara(), 1);
     for (int i = 0; i < 4; ++i)
         EXPECT_NEAR(helmert.parameters[i], parameters[i], i < 2 ? ofTurn : 0.0005) << i;

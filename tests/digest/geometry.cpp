@@ -58,7 +58,7 @@ const Family units("units", 2000, kExact, [](Results& out, Random& random, int i
         << Calc::ByoToStr(random.bits() >> i % 32);
     Calc::Angle0To360(a);
     CXYZ observed;
-    Calc::CalcXYZ(observed, free, 1.0, quarters, observed, 0.0, 0.0, 1.0);
+    (void)Calc::CalcXYZ(observed, free, 1.0, quarters, observed, 0.0, 0.0, 1.0);
     out << a << observed.attr[0] << observed.attr[1];  // the angles as floats
 });
 
@@ -89,12 +89,12 @@ const Family observations("observations", 100, 2e-11, [](Results& out, Random& r
     // Never close to the vertical, every second one in the second face.
     const double v = 90.0 + random.around(60.0) + i % 2 * 180.0;
     double z1 = 0.0, z2 = 0.0, z3 = 0.0, direction1 = 0.0, direction2 = 0.0, direction3 = 0.0;
-    Calc::XYZToHV(station, target, height, z1, direction1);
-    Calc::XYZToHV(station, station + CXYZ(0.0, up, distance), height, z2, direction2);
+    (void)Calc::XYZToHV(station, target, height, z1, direction1);
+    (void)Calc::XYZToHV(station, station + CXYZ(0.0, up, distance), height, z2, direction2);
     Calc::CalcXYZToVH(target, station, height, z3, direction3);
     CXYZ p, q;
-    Calc::CalcXYZ(p, direction1, distance, v, up, station, height, 12.5, 1.0001);
-    Calc::CalcXYZ(q, direction1, distance, v, station, height, 12.5, 0.9999);
+    (void)Calc::CalcXYZ(p, direction1, distance, v, up, station, height, 12.5, 1.0001);
+    (void)Calc::CalcXYZ(q, direction1, distance, v, station, height, 12.5, 0.9999);
     out << z1 - 90.0 << z2 - 90.0 << z3 + 90.0 << direction1 - 180.0 << direction2 - 180.0
         << direction3 - 180.0 << p << q;
 });

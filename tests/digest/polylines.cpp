@@ -61,7 +61,7 @@ const Family scanAreas("scan_areas", 100, kExact, [](Results& out, Random& rando
     out << area.CheckZeroCross() << area.GetMinmumHAngleIndex() << after << before << area.areaAngle1
         << area.areaAngle2 << outline;
     double range[4] = {};
-    CCalcXYZHV::GetAngleRange(outline, range[0], range[1], range[2], range[3]);
+    (void)CCalcXYZHV::GetAngleRange(outline, range[0], range[1], range[2], range[3]);
     for (int k = 0; k < 50; ++k) {
         const double h = range[0] + random.around(60.0), v = 20.0 + random.around(40.0);
         const CVertex* vertex = outline.GetVertex(static_cast<unsigned>(k));

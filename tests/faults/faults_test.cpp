@@ -195,4 +195,28 @@ TEST_F(Faults, MemoryEnds) {
     EXPECT_EQ(solve(), 1) << "objects that saw failures work on";
 }
 
+TEST_F(Faults, AListKeepsItsElementsWhenMemoryEnds) {
+    const CXYZ point(u"P", 1, 2, 3);
+    CArray<CXYZ, const CXYZ&> list;
+    int refused = 0, withoutReserve = 0;
+    for (int i = 0; i < 5000; ++i) {
+        const int capacity = list.GetCapacity();
+        faults::arm(faults::memory, 1);
+        try {
+            EXPECT_EQ(list.Add(point), i);
+            withoutReserve += faults::hasHappened();  // the room that GetCapacity shows could be had
+        } catch (const std::bad_alloc&) {
+            ++refused;
+            EXPECT_EQ(list.GetSize(), i);
+            EXPECT_EQ(list.GetCapacity(), capacity);
+            list.Add(point);
+        }
+        faults::arm(faults::none, 0);
+    }
+    EXPECT_GT(refused, 10);
+    EXPECT_GT(withoutReserve, 2);
+    for (const CXYZ& each : list)
+        ASSERT_EQ(each.name, point.name);
+}
+
 }  // namespace

@@ -34,7 +34,7 @@ protected:
             area.imageNames.Add(u"image.jpg");
         }
         camera.marks.Copy(points);
-        range.AddPoint(points[0]);
+        EXPECT_EQ(range.AddPoint(points[0]), 1);
         file = path("file");
         CKTImgMsg::SetHandler([](const CString&, const CRect&) {});
     }

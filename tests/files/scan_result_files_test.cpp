@@ -36,7 +36,7 @@ TEST_F(ScanFiles, AddALineAPoint) {
     points.SetSize(0);
     EXPECT_EQ(ScanFileAdd(path("none"), points), 1);
     EXPECT_EQ(get("none"), "");
-    ScanFileAdd(path("long"), CXYZ(CString('n', 5000), 0, 0, 0));
+    EXPECT_EQ(ScanFileAdd(path("long"), CXYZ(CString('n', 5000), 0, 0, 0)), 1);
     EXPECT_EQ(get("long").size(), 5000u + 3 * 9 + 1);
 }
 
@@ -58,12 +58,12 @@ TEST_F(ScanFiles, HeadersAreComparedExactly) {
     for (const auto& [bytes, equal] : rows) {
         put("head", bytes);
         CFile file;
-        file.Open(path("head"), CFile::modeRead);
+        EXPECT_EQ(file.Open(path("head"), CFile::modeRead), 1);
         EXPECT_EQ(ReadHeader(&file, u"HEAD1.0"), equal) << bytes;
         EXPECT_EQ(ReadHeader(&file, u""), 0) << "an empty header never matches";
     }
     CFile file;
-    file.Open(path("head"), CFile::modeCreate | CFile::modeWrite);
+    EXPECT_EQ(file.Open(path("head"), CFile::modeCreate | CFile::modeWrite), 1);
     EXPECT_EQ(WriteHeader(&file, u"HEAD \u5cb3"), 1);
     file.Close();
     EXPECT_EQ(get("head"), "HEAD " + kanji() + "\r\n");
@@ -96,7 +96,7 @@ protected:
         EXPECT_EQ(backFirst.GetSize(), back.GetSize());
         EXPECT_EQ(backSecond.GetSize(), back.GetSize());
         EXPECT_EQ(backTexts.GetSize(), back.GetSize());
-        KVX4NP_CSVFileWrite(path("again"), back, backFirst, backSecond, backTexts, 0);
+        EXPECT_EQ(KVX4NP_CSVFileWrite(path("again"), back, backFirst, backSecond, backTexts, 0), 1);
         return std::to_string(result) + ": " + get("again").substr(kVersion.size());
     }
     Points points;

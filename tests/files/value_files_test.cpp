@@ -107,8 +107,8 @@ TEST_F(ValueFiles, UnitSettingsOfBothVersions) {
 
 struct Range : public TempFolder {
     Range() {
-        range.AddPoint(CXYZ(3000.48, -4000000, 12));
-        range.AddPoint(CXYZ(-12, 5, 30.48));
+        EXPECT_EQ(range.AddPoint(CXYZ(3000.48, -4000000, 12)), 1);
+        EXPECT_EQ(range.AddPoint(CXYZ(-12, 5, 30.48)), 1);
     }
     // Count and corners.
     static std::string shown(const CRange& r) {

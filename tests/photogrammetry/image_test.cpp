@@ -158,18 +158,18 @@ TEST(Image, AFitTakesThreeMarksOffOneLineOrTwo) {
         EXPECT_EQ(image.innOri, INNORI_NONE);
     }
     CImage line = imageWithMarks(3, true);
-    line.CalInnOri(INNORI_FIDUCIAL_LSQ);
+    EXPECT_EQ(line.CalInnOri(INNORI_FIDUCIAL_LSQ), 0);
     EXPECT_TRUE(line.planeTrans.targetPoints.IsEmpty()) << "nothing is left of a failed fit";
 }
 
 TEST(Image, AFitEmptiesTheOther) {
     CImage image = imageWithMarks(3, false);
-    image.CalInnOri(INNORI_FIDUCIAL_HELMERT);
-    image.CalInnOri(INNORI_FIDUCIAL_LSQ);
+    EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_HELMERT), 1);
+    EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_LSQ), 1);
     EXPECT_EQ(image.planeTrans.parameters.GetSize(), 6);
     EXPECT_TRUE(image.helmert.parameters.IsEmpty());
     EXPECT_TRUE(image.helmert.sourcePoints.IsEmpty());
-    image.CalInnOri(INNORI_FIDUCIAL_HELMERT);
+    EXPECT_EQ(image.CalInnOri(INNORI_FIDUCIAL_HELMERT), 1);
     EXPECT_EQ(image.helmert.parameters.GetSize(), 4);
     EXPECT_TRUE(image.planeTrans.parameters.IsEmpty());
     EXPECT_TRUE(image.planeTrans.sourcePoints.IsEmpty());
@@ -239,7 +239,7 @@ TEST(Image, ProjectsInMillimetresAndInMetres) {
     expectNear(phc, 5, -7.5);  // by the identity
     EXPECT_EQ(phc.z, 0.0);
     EXPECT_EQ(phc.name, millimetres.name);
-    CImage(image).ObjToPhc(millimetres, phc);
+    EXPECT_EQ(CImage(image).ObjToPhc(millimetres, phc), 1);
     expectNear(phc, inCamera.x, inCamera.y);  // by the matrix that the first call left
     image.rot.I();
     EXPECT_EQ(image.ObjToImc(CXYZ(u"T1", 1.2, 1.7, 1), phc, imc), 1);

@@ -82,6 +82,7 @@ int __real_renameat2(int from, const char* path, int to, const char* target, uns
 int __real_flock(int file, int operation);
 int __real_fchown(int file, uid_t owner, gid_t group);
 int __real_ftruncate64(int file, off64_t length);
+void* __real_realloc(void* storage, Size size);
 
 int __wrap_open64(const char* path, int flags, ...) {
     va_list rest;
@@ -120,6 +121,11 @@ ssize_t __wrap_write(int file, const void* buffer, Size count) {
         return __real_write(file, buffer, (count + 1) / 2);
     }
     return __real_write(file, buffer, happens(writeShort) ? (count + 1) / 2 : count);
+}
+
+// Lists grow by it.
+void* __wrap_realloc(void* storage, Size size) {
+    return memoryEnds() ? nullptr : __real_realloc(storage, size);
 }
 
 int __wrap_fsync(int file) {

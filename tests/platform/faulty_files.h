@@ -10,7 +10,7 @@ namespace faults {
 
 enum Fault {
     none,
-    memory,    // operator new throws
+    memory,    // operator new throws, realloc gives null
     killed,    // the program, at any call but read and close; in the middle of a write
     open,      // access denied
     openFull,  // no room for another file

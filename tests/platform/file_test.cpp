@@ -37,7 +37,7 @@ TEST_F(File, OpensInEveryMode) {
         EXPECT_EQ(get("old"), after) << mode;
         put("old", "before");
         char byte;
-        file.Open(path("old"), mode);
+        EXPECT_EQ(file.Open(path("old"), mode), 1) << mode;
         EXPECT_EQ(file.Read(&byte, 1), read) << mode;
     }
 }
@@ -100,7 +100,7 @@ TEST_F(File, ReadsWhatWasWrittenWhereverTheBufferEnds) {
     file.Read(three, 1);
     EXPECT_EQ(three[0], bytes[6]);
     file.SeekToEnd();
-    file.Write("end", 3);
+    EXPECT_EQ(file.Write("end", 3), 1);
     file.Close();
     EXPECT_EQ(get("data"), bytes.substr(0, 3) + "###" + bytes.substr(6) + "end");
 }
