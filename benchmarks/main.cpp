@@ -41,6 +41,7 @@ int main(int argc, char** argv) {
     raceAdjustment(races);
     raceFiles(races);
     racePolygons(races);
+    raceOutlineLists(races);
     raceDistortion(races);
     raceSort(races);
     raceNames(races);

@@ -68,6 +68,7 @@ std::string scratchFile(const char* name);
 void raceAdjustment(Races& races);
 void raceFiles(Races& races);
 void racePolygons(Races& races);
+void raceOutlineLists(Races& races);
 void raceDistortion(Races& races);
 void raceSort(Races& races);
 void raceNames(Races& races);

@@ -37,13 +37,13 @@ void polylines(FuzzedDataProvider& input) {
     require(inside >= -1 && inside <= 1);
     const int insideInAngles = CCalcXYZHV::IsPolyInside(line, x, y);
     CArray<double, double> manyX, manyY;
-    for (int k = 0; k < 64; ++k) {
+    for (int k = 0; k < 200; ++k) {  // enough for a grid of the edges
         manyX.Add(x);
         manyY.Add(y);
     }
     CArray<int, int> all;
-    require(line.PtInPolyline(manyX, manyY, all) == 1 && all[63] == inside);
-    require(CCalcXYZHV::IsPolyInside(line, manyX, manyY, all) == 1 && all[63] == insideInAngles);
+    require(line.PtInPolyline(manyX, manyY, all) == 1 && all[199] == inside);
+    require(CCalcXYZHV::IsPolyInside(line, manyX, manyY, all) == 1 && all[199] == insideInAngles);
     double angles[4];
     (void)CCalcXYZHV::GetAngleRange(line, angles[0], angles[1], angles[2], angles[3]);
     CPolyline smooth = line, dense = line;

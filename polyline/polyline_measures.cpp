@@ -10,7 +10,10 @@
 #include "platform/framework/array_growth.h"
 #include "platform/framework/out_of_memory.h"
 #include "platform/framework/unroll.h"
-#include "polyline/edge_bands.h"
+#include "polyline/edge_grid.h"
+
+using fieldscan::EdgeGrid;
+using fieldscan::startOfEdge;
 
 namespace {
 
@@ -72,29 +75,35 @@ bool appendInnerVertices(CArray<CVertex, CVertex&>& vertices, const CXYZ& p, con
     return true;
 }
 
-// PtInPolyline of many points, each against the edges near its ordinate: 1/6 of the time for 1000 points and
-// 1000 vertices. False, with nothing done, if an ordinate of the polygon is not finite.
-bool testByBands(const CArray<CVertex, CVertex&>& vertices, const CArray<double, double>& x,
-                 const CArray<double, double>& y, CArray<int, int>& inside) {
+// PtInPolyline of many points, each against the edges near it. False, with nothing done, if a coordinate of
+// the polygon is not finite or too large, or an edge so flat that its slope is infinite.
+bool testByGrid(const CArray<CVertex, CVertex&>& vertices, const CArray<double, double>& x,
+                const CArray<double, double>& y, CArray<int, int>& inside) {
     const std::size_t n = static_cast<std::size_t>(vertices.GetSize());
+    if (n > EdgeGrid::kMostVertices)
+        return false;
     std::vector<double> abscissas(n), ordinates(n);
+    const CVertex* p = &vertices[vertices.GetSize() - 1];
     for (std::size_t i = 0; i < n; ++i) {
-        const CVertex& vertex = vertices[static_cast<int>(i)];
-        if (!std::isfinite(vertex.y))
+        const CVertex* q = &vertices[static_cast<int>(i)];
+        if (!(std::fabs(q->x) <= EdgeGrid::kLargest && std::fabs(q->y) <= EdgeGrid::kLargest))
             return false;
-        abscissas[i] = vertex.x;
-        ordinates[i] = vertex.y;
+        if (p->y != q->y && std::isinf((q->x - p->x) / (q->y - p->y)))
+            return false;
+        abscissas[i] = q->x;
+        ordinates[i] = q->y;
+        p = q;
     }
-    const fieldscan::EdgeBands bands(ordinates, 0.0);
+    const EdgeGrid grid(abscissas, ordinates, 0.0, x.GetSize());
     for (int k = 0; k < x.GetSize(); ++k) {
-        int crossings = 0;
-        bands.visit(y[k], [&](std::size_t i) {
-            const std::size_t from = fieldscan::startOfEdge(i, n);
+        const double pointX = x[k], pointY = y[k];
+        inside[k] = grid.inside(pointX, pointY, [&](std::size_t i) {
+            const std::size_t from = startOfEdge(i, n);
             const double px = abscissas[from], py = ordinates[from], qx = abscissas[i], qy = ordinates[i];
-            if ((py <= y[k]) != (qy <= y[k]))
-                crossings += (qx - px) / (qy - py) * (y[k] - py) + px >= x[k];
+            const bool pBelow = py <= pointY, qBelow = qy <= pointY;
+            const bool atOrRight = (qx - px) / (qy - py) * (pointY - py) + px >= pointX;
+            return EdgeGrid::Edge{pBelow, qBelow, pBelow != qBelow && atOrRight};
         });
-        inside[k] = crossings % 2;
     }
     return true;
 }
@@ -130,8 +139,8 @@ int CPolyline::PtInPolyline(const CArray<double, double>& x, const CArray<double
         if (y.GetSize() != points)
             return 0;
         inside.SetSize(points);
-        const bool bandsPay = vertices.GetSize() >= 16 && points >= 64;
-        if (!bandsPay || !testByBands(vertices, x, y, inside))
+        const bool gridPays = vertices.GetSize() >= 8 && points >= 200;
+        if (!gridPays || !testByGrid(vertices, x, y, inside))
             for (int k = 0; k < points; ++k)
                 inside[k] = PtInPolyline(x[k], y[k]);
         return 1;

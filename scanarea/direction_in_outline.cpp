@@ -8,7 +8,7 @@
 
 #include "geometry/angle_constants.h"
 #include "platform/framework/out_of_memory.h"
-#include "polyline/edge_bands.h"
+#include "polyline/edge_grid.h"
 #include "survey/angle_difference.h"
 
 using namespace fieldscan;
@@ -59,12 +59,13 @@ double crossingOf(double dp, double dq, double xp, double xq) {
     return (xq - xp) / width * dp + xp;
 }
 
-// IsPolyInside of many directions, each against the edges near its elevation: 1/20 of the time for 1000
-// directions and 1000 vertices. False, with nothing done, if the outline is more than kMostAbove above or
-// below its first vertex, or an elevation is not finite.
-bool testByBands(const CPolyline& outline, const CArray<double, double>& h, const CArray<double, double>& v,
-                 CArray<int, int>& inside) {
+// IsPolyInside of many directions, each against the edges near it. False, with nothing done, if the outline
+// is more than kMostAbove above or below its first vertex, or an angle is not finite.
+bool testByGrid(const CPolyline& outline, const CArray<double, double>& h, const CArray<double, double>& v,
+                CArray<int, int>& inside) {
     const std::size_t n = static_cast<std::size_t>(outline.GetVertexSize());
+    if (n > EdgeGrid::kMostVertices)
+        return false;
     const CVertex* vertices = outline.vertices.GetData();
     const double leftEdge = reducedAngle(leftEdgeOf(vertices, outline.GetVertexSize()));
     const double middle = reducedAngle(vertices[0].y);
@@ -77,25 +78,27 @@ bool testByBands(const CPolyline& outline, const CArray<double, double>& h, cons
         horizontals[i] = clockwiseDifference(leftEdge, reducedAngle(vertices[i].x));
         elevations[i] = reducedAngle(vertices[i].y);
         heights[i] = angleDifference(middle, elevations[i]);
-        if (!(std::fabs(heights[i]) <= kMostAbove))
+        if (!(std::isfinite(horizontals[i]) && std::fabs(heights[i]) <= kMostAbove))
             return false;
     }
-    const EdgeBands bands(heights, kSlack);
+    const EdgeGrid grid(horizontals, heights, kSlack, h.GetSize());
     for (int k = 0; k < h.GetSize(); ++k) {
         const double point = clockwiseDifference(leftEdge, reducedAngle(h[k]));
         const double elevation = reducedAngle(v[k]);
-        int crossings = 0;
-        const auto count = [&](std::size_t i) {
+        const double height = angleDifference(middle, elevation);
+        if (std::fabs(height) > kMostAbove + 1.0) {
+            const double opposite = height > 0.0 ? height - 180.0 : height + 180.0;
+            inside[k] = grid.reaches(opposite) ? CCalcXYZHV::IsPolyInside(outline, h[k], v[k]) : 0;
+            continue;
+        }
+        inside[k] = grid.inside(point, height, [&](std::size_t i) {
             const std::size_t from = startOfEdge(i, n);
             const double dp = angleDifference(elevation, elevations[from]);
             const double dq = angleDifference(elevation, elevations[i]);
-            if (crossesElevation(dp, dq))
-                crossings += crossingOf(dp, dq, horizontals[from], horizontals[i]) >= point;
-        };
-        const double height = angleDifference(middle, elevation);
-        bands.visit(height, count);
-        bands.visit(height > 0.0 ? height - 180.0 : height + 180.0, count);
-        inside[k] = crossings % 2;
+            const bool counts =
+                crossesElevation(dp, dq) && crossingOf(dp, dq, horizontals[from], horizontals[i]) >= point;
+            return EdgeGrid::Edge{dp <= 0.0, dq <= 0.0, counts};
+        });
     }
     return true;
 }
@@ -136,8 +139,8 @@ int CCalcXYZHV::IsPolyInside(const CPolyline& outline, const CArray<double, doub
         if (v.GetSize() != points)
             return 0;
         inside.SetSize(points);
-        const bool bandsPay = outline.GetVertexSize() >= 8 && points >= 16;
-        if (!bandsPay || !testByBands(outline, h, v, inside))
+        const bool gridPays = outline.GetVertexSize() >= 8 && points >= 16;
+        if (!gridPays || !testByGrid(outline, h, v, inside))
             for (int k = 0; k < points; ++k)
                 inside[k] = IsPolyInside(outline, h[k], v[k]);
         return 1;

@@ -178,23 +178,26 @@ int countedEdgeByEdge(const CPolyline& polyline, double x, double y) {
 TEST(Polyline, PointsInAnyPolygonAreCountedByItsEdgesOneByOneAndInLists) {
     std::mt19937 random(5);
     const double unusual[] = {NAN, INFINITY, -INFINITY, -0.0, 1e308, -1e308};
-    const auto coordinate = [&] {  // coarse, so that points meet vertices and edges
+    constexpr int kPoints = 200;  // enough for a grid of the edges
+    int steps = 10;
+    const auto coordinate = [&] {
         const int value = static_cast<int>(random() % 2000);
-        return value < 6 ? unusual[value] : value % 10 * 0.1;
+        return value < 6 && steps == 10 ? unusual[value] : value % steps * 0.1;
     };
     for (int round = 0; round < 3000; ++round) {
+        steps = round % 3 == 0 ? 1000 : 10;  // few, so that points meet vertices and edges
         CPolyline polyline;
         for (int i = round % 40; i > 0; --i)
             polyline.AddVertex(CVertex(coordinate(), coordinate(), 0, 0));
         CArray<double, double> x, y;
-        for (int i = 0; i < 64; ++i) {
+        for (int i = 0; i < kPoints; ++i) {
             x.Add(coordinate());
             y.Add(coordinate());
         }
         CArray<int, int> inside;
         ASSERT_EQ(polyline.PtInPolyline(x, y, inside), 1);
-        ASSERT_EQ(inside.GetSize(), 64);
-        for (int i = 0; i < 64; ++i) {
+        ASSERT_EQ(inside.GetSize(), kPoints);
+        for (int i = 0; i < kPoints; ++i) {
             const int expected = countedEdgeByEdge(polyline, x[i], y[i]);
             ASSERT_EQ(polyline.PtInPolyline(x[i], y[i]), expected) << x[i] << " " << y[i];
             ASSERT_EQ(inside[i], expected) << x[i] << " " << y[i];

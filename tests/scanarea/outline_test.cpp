@@ -94,7 +94,9 @@ TEST(OutlineTests, GiveTheSameAnswerInLists) {
         const unsigned width = round % 3 == 0 ? 360 : 80;  // up to full of wraps, in any order
         const auto angle = [&](int around) {
             const int value = static_cast<int>(random() % 300);
-            const double degrees = around + static_cast<int>(random() % (width / 5 + 1) * 5 - width / 2);
+            const unsigned steps = round % 2 ? width / 5 : width * 100;  // few, so that points meet edges
+            const double degrees =
+                around + width * (static_cast<double>(random() % (steps + 1)) / steps - 0.5);
             return value < 8 && round % 5 == 0 ? unusual[value] : round % 4 ? inTurn(degrees) : degrees;
         };
         CPolyline outline;
