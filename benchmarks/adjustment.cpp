@@ -3,7 +3,9 @@
 #include <cblas.h>
 #include <fieldscan/least_squares.h>
 
+#include <climits>
 #include <random>
+#include <string>
 
 #include "benchmarks/dense_peers.h"
 #include "benchmarks/race.h"
@@ -108,22 +110,35 @@ struct Size {
 };
 const Size kSizes[] = {{8, 4}, {40, 4}, {200, 4}, {2000, 4}, {500, 12}, {5000, 30}, {2000, 100}, {5000, 300}};
 
-using Solver = void(const DenseProblem& problem);
+struct Solver {
+    std::string name;
+    void (*run)(const DenseProblem& problem);
+    double tolerance;            // within which its results are those of the library
+    int mostUnknowns = INT_MAX;  // more take it seconds
+};
 
-void raceSolvers(Races& races, const std::string& row, double tolerance, bool illConditioned,
-                 const std::vector<std::pair<const char*, Solver*>>& solvers) {
+// A row for each group of solvers.
+void raceSolvers(Races& races, const std::string& row, bool illConditioned,
+                 const std::vector<std::vector<Solver>>& groups) {
     for (const auto& [m, n] : kSizes) {
         const std::string name = row + ", " + std::to_string(m) + " x " + std::to_string(n);
         if (!races.wanted(name) || (races.quick() && n > 30))
             continue;
         Equations equations(m, n, illConditioned);
         const DenseProblem problem = equations.problem();
-        Peers peers;
-        for (const auto& [peer, solver] : solvers) {
-            peers.push_back({peer, [&problem, run = solver] { run(problem); }});
-            equations.requireAgreement(peers.back(), tolerance);
+        std::vector<Peers> rows;
+        for (const std::vector<Solver>& solvers : groups) {
+            Peers peers;
+            for (const Solver& solver : solvers) {
+                if (n > solver.mostUnknowns)
+                    continue;
+                peers.push_back({solver.name, [&problem, run = solver.run] { run(problem); }});
+                equations.requireAgreement(peers.back(), solver.tolerance);
+            }
+            if (!peers.empty())
+                rows.push_back(peers);
         }
-        races.race(name, {"CLeastSq", [&] { require(equations.ours().Solve() == 1, name); }}, {peers});
+        races.race(name, {"CLeastSq", [&] { require(equations.ours().Solve() == 1, name); }}, rows);
     }
 }
 
@@ -131,19 +146,24 @@ void raceSolvers(Races& races, const std::string& row, double tolerance, bool il
 
 void raceAdjustment(Races& races) {
     openblas_set_num_threads(1);
-    raceSolvers(races, "solve", 1e-9, false,
-                {{"Eigen LLT", eigen_native::solveByProduct},
-                 {"Eigen LLT, rankUpdate", eigen_native::solveByRankUpdate},
-                 {"OpenBLAS", solveByOpenBlas}});
+    raceSolvers(races, "solve", false,
+                {{{"Eigen LLT", eigen_native::solveByProduct, 1e-9},
+                  {"Eigen LLT, rankUpdate", eigen_native::solveByRankUpdate, 1e-9},
+                  {std::string("OpenBLAS, ") + openblas_get_corename(), solveByOpenBlas, 1e-9}}});
     onInstructionSet(InstructionSet::baseline, [&races] {
-        raceSolvers(races, "solve, SSE2", 1e-9, false,
-                    {{"Eigen LLT", eigen_plain::solveByProduct},
-                     {"Eigen LLT, rankUpdate", eigen_plain::solveByRankUpdate}});
+        raceSolvers(races, "solve, SSE2", false,
+                    {{{"Eigen LLT", eigen_plain::solveByProduct, 1e-9},
+                      {"Eigen LLT, rankUpdate", eigen_plain::solveByRankUpdate, 1e-9}}});
     });
-    // 1e-7: a factorization in double loses its rounding times the condition, half of the digits here.
-    raceSolvers(races, "refined", 1e-7, true, {{"Eigen HouseholderQR", eigen_native::solveByHouseholder}});
+    // A factorization loses its rounding times the condition: in double half of the digits here.
+    raceSolvers(races, "refined", true,
+                {{{"Eigen QR, double", eigen_native::solveByHouseholder, 1e-7}},
+                 {{"Eigen QR, long double", eigen_native::solveByHouseholder64, 1e-10, 100}},
+                 {{"Eigen QR, 113 bits", eigen_native::solveByHouseholder113, 1e-15, 30}}});
     onInstructionSet(InstructionSet::baseline, [&races] {
-        raceSolvers(races, "refined, SSE2", 1e-7, true,
-                    {{"Eigen HouseholderQR", eigen_plain::solveByHouseholder}});
+        raceSolvers(races, "refined, SSE2", true,
+                    {{{"Eigen QR, double", eigen_plain::solveByHouseholder, 1e-7}},
+                     {{"Eigen QR, long double", eigen_plain::solveByHouseholder64, 1e-10, 100}},
+                     {{"Eigen QR, 113 bits", eigen_plain::solveByHouseholder113, 1e-15, 30}}});
     });
 }

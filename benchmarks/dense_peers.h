@@ -13,11 +13,14 @@ struct DenseProblem {
 
 // eigen.cpp is compiled twice, each time into a library of its own that shares no inline function with the
 // other, because Eigen's have the same names for every instruction set.
-#define FIELDSCAN_EIGEN_FUNCTIONS                                                               \
-    __attribute__((visibility("default"))) void solveByProduct(const DenseProblem& problem);    \
-    __attribute__((visibility("default"))) void solveByRankUpdate(const DenseProblem& problem); \
-    __attribute__((visibility("default"))) void solveByHouseholder(const DenseProblem& problem);
+#define FIELDSCAN_EIGEN_FUNCTIONS                                                                  \
+    __attribute__((visibility("default"))) void solveByProduct(const DenseProblem& problem);       \
+    __attribute__((visibility("default"))) void solveByRankUpdate(const DenseProblem& problem);    \
+    __attribute__((visibility("default"))) void solveByHouseholder(const DenseProblem& problem);   \
+    __attribute__((visibility("default"))) void solveByHouseholder64(const DenseProblem& problem); \
+    __attribute__((visibility("default"))) void solveByHouseholder113(const DenseProblem& problem);
 
+// ...64, ...113: in numbers with a significand of that many bits.
 namespace eigen_native {  // -O3 -march=native
 FIELDSCAN_EIGEN_FUNCTIONS
 }

@@ -1,5 +1,8 @@
-// Least squares by Eigen: Cholesky (LLT) of the normal equations, and Householder QR of the equations.
+// Least squares by Eigen: Cholesky (LLT) of the normal equations, and Householder QR of the equations in
+// double and in wider numbers.
 #include <Eigen/Dense>
+#include <boost/multiprecision/eigen.hpp>
+#include <boost/multiprecision/float128.hpp>
 
 #include "benchmarks/dense_peers.h"
 
@@ -29,6 +32,19 @@ void solveNormal(Maps& maps, const MatrixXd& normal) {
     factor.solveInPlace(maps.Q);
 }
 
+// A = Q R; the cofactors are R^-1 R^-T.
+template <class Number>
+void solveByQr(const DenseProblem& problem) {
+    using Matrix = Eigen::Matrix<Number, Eigen::Dynamic, Eigen::Dynamic>;
+    Maps maps(problem);
+    const Eigen::HouseholderQR<Matrix> factor(maps.A.cast<Number>());
+    maps.x = factor.solve(maps.l.cast<Number>()).template cast<double>();
+    Matrix inverse = Matrix::Identity(problem.n, problem.n), cofactors(problem.n, problem.n);
+    factor.matrixQR().topRows(problem.n).template triangularView<Eigen::Upper>().solveInPlace(inverse);
+    cofactors.noalias() = inverse * inverse.transpose();
+    maps.Q = cofactors.template cast<double>();
+}
+
 }  // namespace
 
 void solveByProduct(const DenseProblem& problem) {
@@ -45,14 +61,12 @@ void solveByRankUpdate(const DenseProblem& problem) {
     solveNormal(maps, normal);
 }
 
-// A = Q R; the cofactors are R^-1 R^-T.
-void solveByHouseholder(const DenseProblem& problem) {
-    Maps maps(problem);
-    const Eigen::HouseholderQR<MatrixXd> factor(maps.A);
-    maps.x = factor.solve(maps.l);
-    MatrixXd inverse = MatrixXd::Identity(problem.n, problem.n);
-    factor.matrixQR().topRows(problem.n).triangularView<Eigen::Upper>().solveInPlace(inverse);
-    maps.Q.noalias() = inverse * inverse.transpose();
+void solveByHouseholder(const DenseProblem& problem) { solveByQr<double>(problem); }
+
+void solveByHouseholder64(const DenseProblem& problem) { solveByQr<long double>(problem); }
+
+void solveByHouseholder113(const DenseProblem& problem) {
+    solveByQr<boost::multiprecision::float128>(problem);
 }
 
 }  // namespace FIELDSCAN_EIGEN
