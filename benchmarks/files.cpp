@@ -5,8 +5,11 @@
 #include <fieldscan/point_files.h>
 #include <fieldscan/scan_result_files.h>
 #include <fmt/compile.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -174,6 +177,19 @@ void raceCsv(Races& races) {
     races.race(reading, read, {Peers{fastFloat}, Peers{atof}});
 }
 
+// True if nobody else has the file open to write, the name still means it, and its last line is whole.
+bool isWholeAndOurs(std::FILE* file, const char* path) {
+    const int descriptor = fileno(file);
+    struct stat opened, named;
+    char end[512];
+    if (flock(descriptor, LOCK_EX | LOCK_NB) != 0 || fstat(descriptor, &opened) != 0 ||
+        stat(path, &named) != 0 || opened.st_ino != named.st_ino || opened.st_dev != named.st_dev)
+        return false;
+    const off_t start = std::max<off_t>(0, opened.st_size - static_cast<off_t>(sizeof end));
+    const ssize_t got = pread(descriptor, end, sizeof end, start);
+    return got == opened.st_size - start && (got == 0 || end[got - 1] == '\n');
+}
+
 void raceAdding(Races& races) {
     const std::string row = "ScanFileAdd a point, 10000 points";
     if (!races.wanted(row))
@@ -191,25 +207,31 @@ void raceAdding(Races& races) {
                                    require(ScanFileAdd(path, point) == 1, "ScanFileAdd");
                            },
                            remove};
-    const Contender append = {"fopen, fprintf, fflush, fsync, fclose",
-                              [&] {
-                                  for (const Point& p : points) {
-                                      std::FILE* opened = std::fopen(file.c_str(), "ab");
-                                      writeLine(opened, p);
-                                      std::fflush(opened);
-                                      fsync(fileno(opened));
-                                      std::fclose(opened);
-                                  }
-                              },
-                              remove};
+    const auto append = [&](const char* name, bool (*prepare)(std::FILE*, const char*)) {
+        return Contender{name,
+                         [&points, &file, prepare] {
+                             for (const Point& p : points) {
+                                 std::FILE* opened = std::fopen(file.c_str(), "a+b");
+                                 require(prepare(opened, file.c_str()), "the file of the peers");
+                                 writeLine(opened, p);
+                                 std::fflush(opened);
+                                 fsync(fileno(opened));
+                                 std::fclose(opened);
+                             }
+                         },
+                         remove};
+    };
+    const Contender unprotected = append("fopen, fprintf, fflush, fsync, fclose",
+                                         [](std::FILE* opened, const char*) { return opened != nullptr; });
+    const Contender asSafe = append("the same with flock, stat and pread", isWholeAndOurs);
     std::vector<std::string> written;
-    for (const Contender& contender : {add, append}) {
+    for (const Contender& contender : {add, unprotected, asSafe}) {
         contender.prepare();
         contender.run();
         written.push_back(contents(file.c_str()));
     }
-    require(!written[0].empty() && written[0] == written[1], row);
-    races.race(row, add, {Peers{append}});
+    require(!written[0].empty() && written[0] == written[1] && written[0] == written[2], row);
+    races.race(row, add, {Peers{unprotected}, Peers{asSafe}});
 }
 
 }  // namespace
