@@ -53,9 +53,9 @@ std::size_t fieldscan::WriteUtf8(const CString& text, char* out) {
     return bytes.size();
 }
 
-CString fieldscan::ReadUtf8(const char* bytes, std::size_t count) {
+CString fieldscan::ReadUtf8(const char* first, const char* last) {
     CString text;
-    system::appendWide(system::kUtf8, bytes, count, text);
+    system::appendWide(system::kUtf8, first, static_cast<std::size_t>(last - first), text);
     return text;
 }
 

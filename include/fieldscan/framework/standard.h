@@ -17,9 +17,9 @@ namespace fieldscan {
 // The text in UTF-8, 3 bytes a unit at most, without a zero byte after it; half a surrogate pair becomes
 // U+FFFD. Writes to `out`, which has room for them, and returns how many.
 FIELDSCAN_API std::size_t WriteUtf8(const CString& text, char* out);
-// The text of these bytes in UTF-8. No byte is lost: one that is not UTF-8 becomes the character of the same
-// number.
-FIELDSCAN_API CString ReadUtf8(const char* bytes, std::size_t count);
+// The text of the bytes from `first` to before `last` in UTF-8. No byte is lost: one that is not UTF-8
+// becomes the character of the same number.
+FIELDSCAN_API CString ReadUtf8(const char* first, const char* last);
 
 // UTF-8 as std::string, zero characters included.
 inline std::string toUtf8(const CString& text) {
@@ -27,7 +27,9 @@ inline std::string toUtf8(const CString& text) {
     bytes.resize(WriteUtf8(text, &bytes[0]));
     return bytes;
 }
-inline CString fromUtf8(std::string_view bytes) { return ReadUtf8(bytes.data(), bytes.size()); }
+inline CString fromUtf8(std::string_view bytes) {
+    return ReadUtf8(bytes.data(), bytes.data() + bytes.size());
+}
 
 // The units; valid until the text changes.
 inline std::u16string_view toUtf16(const CString& text) {
