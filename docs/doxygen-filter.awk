@@ -95,14 +95,22 @@ function indentOf(line) {
 # The implementation of templates follows.
 /^\/\/ -------/ { exit }
 
-# Internal names that a public header needs. Private members are left out too.
-/^namespace fieldscan/ {
+# Internal names that a public header needs, and specializations. Private members are left out too. The namespace of
+# framework/standard.h is for applications.
+/^namespace fieldscan/ && FILENAME ~ /standard\.h$/ {
+    print "/// Conversions between CString and the standard library."
+}
+!hidden && (/^namespace fieldscan/ && FILENAME !~ /standard\.h$/ || /^template <>$/) {
     count = 0
-    hidden = 1
+    hidden = /^namespace/ ? "namespace" : "specialization"
+    print "/// \\cond"
 }
 hidden {
-    print /^}/ ? $0 "\n/// \\endcond" : /^namespace/ ? "/// \\cond\n" $0 : $0
-    hidden = !/^}/
+    print
+    if (hidden == "namespace" ? /^}  \/\/ namespace/ : /^}|\{\};$/) {
+        print "/// \\endcond"
+        hidden = ""
+    }
     next
 }
 body > 0 {
