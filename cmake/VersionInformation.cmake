@@ -1,5 +1,5 @@
-# fieldscan_version_information(TARGET dll|exe DESCRIPTION): version and description for the properties that Windows shows
-# of a file; nothing on other systems.
+# fieldscan_version_information(TARGET dll|exe DESCRIPTION): version and description, which Windows shows as the properties
+# of the file; nothing on other systems.
 if(WIN32)
     enable_language(RC)
 endif()

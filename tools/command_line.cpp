@@ -1,13 +1,11 @@
-// Windows gives argv in its code page, which lacks many letters of file names; its wide command line has them.
+// On Windows argv is in the code page, which lacks letters of file names; the wide command line has all.
 #include "command_line.h"
 
 #if defined(_WIN32)
 
-#include <windows.h>
-
 #include <fcntl.h>
 #include <io.h>
-#include <shellapi.h>
+#include <windows.h>
 
 #include <cstdio>
 
