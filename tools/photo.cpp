@@ -35,9 +35,9 @@ void addPhoto(CLI::App& program, ExitCode& exitCode) {
         addSubcommand(program, exitCode, "photo", "Converts pixels of an image to photo coordinates",
                       "Standard output: lines name,x,y,0 in millimetres from the principal point, x to the "
                       "right, y upward,\n"
-                      "without lens distortion. Example, in the folder of the sample data:\n"
-                      "  fieldscan photo image_camera.txt image_points.txt",
+                      "without lens distortion.",
                       run);
+    addExample(*command, "photo @image_camera.txt @image_points.txt");
     command->add_option("CAMERA", options->camera, "a camera file")->required();
     command
         ->add_option("IMAGE_POINTS", options->imagePoints,

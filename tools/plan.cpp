@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "common/angles.h"
-#include "common/data_error.h"
 #include "common/files.h"
 #include "common/text.h"
 #include "options/example.h"

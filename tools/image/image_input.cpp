@@ -1,6 +1,7 @@
 // The rules for lines, then the same steps as for an image measurement.
 #include "image/image_input.h"
 
+#include "common/files.h"
 #include "formats/checked_files.h"
 
 void readCheckedCamera(const TextFile& file, Measurement& m) {
@@ -8,7 +9,7 @@ void readCheckedCamera(const TextFile& file, Measurement& m) {
     if (formatOf(file) != Format::camera)
         file.fail(1, "expected a camera file: focal length, principal point, distortion, pixel pitch, marks");
     readChecked(file, Format::camera, contents);
-    setCamera(contents.camera, file.name(), m);
+    setCamera(contents.camera, pathOf(file.name()), m);
 }
 
 void readCheckedImagePoints(const TextFile& file, Measurement& m) {
