@@ -142,7 +142,8 @@ ExitCode fitPoints(const Options& options, const char* fewest) {
         else
             readPointsToMove(TextFile(options.apply), points);
         for (int i = 0; i < points.GetSize(); ++i)
-            fit.Transform(points[i], points[i], 1);
+            if (fit.Transform(points[i], points[i], 1) != 1)
+                from.fail(0, "expected points that can be transformed");
         writePoints(points, options.out);
     }
     if (hasReport) {

@@ -5,7 +5,7 @@
 #include <exception>
 #include <iostream>
 
-#include "command_line.h"
+#include "common/command_line.h"
 #include "subcommands.h"
 
 int main(int argc, char** argv) {

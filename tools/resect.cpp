@@ -162,7 +162,8 @@ ExitCode run(const Options& options) {
     Ellipse ellipse;
     try {
         station = resect(observations.list, nearPlace, adjustment);
-        precision.CalFigures(adjustment, 1.0);
+        if (precision.CalFigures(adjustment, 1.0) != 1)
+            throw DataError("expected observations whose precision can be computed");
         ellipse = ellipseOf(precision);
     } catch (const DataError& error) {
         file.fail(0, error.what());

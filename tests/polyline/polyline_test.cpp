@@ -283,12 +283,12 @@ TEST(Polyline, Interpolates) {
     EXPECT_EQ(line.GetVertex(1)->flag, 0x20);
     EXPECT_EQ(line.GetVertex(4)->name, CString(u"0"));
     EXPECT_EQ(line.GetVertex(4)->flag, 0);
-    closed.InterpolateVertex(3);
+    EXPECT_EQ(closed.InterpolateVertex(3), 1);
     ASSERT_EQ(closed.GetVertexSize(), 8);
     EXPECT_NEAR(closed.GetVertex(7)->x, 1, 1e-12);
     CPolyline steep = ring({{0, 0}, {3, 0}});
     steep.GetVertex(1)->z = 4;
-    steep.InterpolateVertex(2.5);
+    EXPECT_EQ(steep.InterpolateVertex(2.5), 1);
     ASSERT_EQ(steep.GetVertexSize(), 3) << "by the distance in space";
     EXPECT_EQ(steep.GetVertex(1)->z, 2.0);
     EXPECT_EQ(CPolyline().InterpolateVertex(1), 1);

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "common/data_error.h"
+#include "common/files.h"
 
 #if defined(_WIN32)
 #include <io.h>

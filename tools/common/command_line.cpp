@@ -1,5 +1,5 @@
 // On Windows argv is in the code page, which lacks letters of file names; the wide command line has all.
-#include "command_line.h"
+#include "common/command_line.h"
 
 #if defined(_WIN32)
 

@@ -1,6 +1,6 @@
 // The words of the command line and the standard streams, as the system has them.
-#ifndef TOOLS_COMMAND_LINE_H
-#define TOOLS_COMMAND_LINE_H
+#ifndef TOOLS_COMMON_COMMAND_LINE_H
+#define TOOLS_COMMON_COMMAND_LINE_H
 
 #include <string>
 #include <vector>
