@@ -45,7 +45,7 @@ public:
     int SetRes(double xres, double yres);
     // Sets the pixel pitch from dots per inch, as 25.4 mm over each. Returns 1; 0, and nothing changes,
     // unless both are greater than 0.
-    [[nodiscard]] int SetResDPI(double xdpi, double ydpi);
+    int SetResDPI(double xdpi, double ydpi);
 
     // Inner orientation: fits the transformation of the measured marks (markImc, times the pixel pitch, y
     // upward) to the camera's marks. They are paired by name. The name of a camera's mark is that in

@@ -116,7 +116,7 @@ CImage imageOf(Random& random, int i) {
     CImage image;
     image.width = 3600;
     image.height = 2400;
-    (void)image.SetResDPI(2540.0, 2539.0);
+    image.SetResDPI(2540.0, 2539.0);
     image.center = random.point(100.0);
     image.camera.focal = 35.0;
     image.camera.pp = random.point(0.1);
