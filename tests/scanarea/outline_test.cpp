@@ -47,7 +47,7 @@ TEST(OutlineTests, GiveTheSameAnswerAtEveryHeading) {
     EXPECT_EQ(CCalcXYZHV::IsPolyInside(halfTurn, 20, 0), 1) << "half a turn back crosses zero";
     EXPECT_EQ(CCalcXYZHV::IsPolyInside(angleOutline({{0, 0}, {1, 0}, {1, 1}}), std::nan(""), 0), 0);
     double left, right, top, bottom;
-    CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom);
+    EXPECT_EQ(CCalcXYZHV::GetAngleRange(angleOutline({{20, 30}, {40, 10}}), left, right, top, bottom), 1);
     EXPECT_NEAR(top, 30, 1e-12);
     EXPECT_NEAR(bottom, 10, 1e-12);
 }

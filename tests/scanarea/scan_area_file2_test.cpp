@@ -56,7 +56,7 @@ TEST_F(ScanAreaFile2, IsWrittenAndRead) {
     EXPECT_NEAR(back.shootAngles[0].phi, -1.25 * kDegree, 1e-15);
     EXPECT_EQ(back.Read(path("v2")), 0);
     EXPECT_EQ(get("v2"), kSample);
-    sample().Write(path("v1"));
+    EXPECT_EQ(sample().Write(path("v1")), 1);
     EXPECT_EQ(back.Read2(path("v1")), 0);
     EXPECT_EQ(back.shootAngles.GetSize(), 0);
 }

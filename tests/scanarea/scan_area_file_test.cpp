@@ -106,7 +106,7 @@ public:
 TEST_F(ScanAreaFile, GivesLinesAndTheLogToDerivedClasses) {
     put("lines", "one\r\n" + std::string(600, 'x') + "\nlast");
     CFile file;
-    file.Open(path("lines"), CFile::modeRead);
+    ASSERT_EQ(file.Open(path("lines"), CFile::modeRead), 1);
     Derived area;
     char buffer[Derived::kLineSize + 1];
     buffer[Derived::kLineSize] = 'S';

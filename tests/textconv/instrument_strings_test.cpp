@@ -15,7 +15,7 @@ const std::string kZeros(200, '0');
 CString wide(const std::string& text) {
     CString units;
     for (const char c : text)
-        units += static_cast<unsigned char>(c);
+        units += static_cast<unsigned short>(static_cast<unsigned char>(c));
     return units;
 }
 
