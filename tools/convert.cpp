@@ -50,7 +50,7 @@ std::string encoded(const CString& name) {
 // The library writes "?" for a character that the page lacks, which would change the name.
 std::string faultOf(const CString& name, const std::string& bytes, bool replace) {
     if (!replace && CString(bytes.c_str()) != name)
-        return "expected a name that the code page can hold, found \"" + utf8(name) +
+        return "expected a name that the code page can hold, found \"" + toUtf8(name) +
                "\" (--replace writes ? for what it lacks)";
     return "";
 }

@@ -1,9 +1,7 @@
 // direction: directions and zenith angles from a station, by XYZToHV.
-#include <fieldscan/instrument_strings.h>
 #include <fieldscan/survey.h>
 
-#include <cmath>
-
+#include "common/angle_units.h"
 #include "common/text.h"
 #include "formats/point_stream.h"
 #include "options/file_options.h"
@@ -16,27 +14,6 @@ struct Options {
     std::string points, page, unit = "degrees";
     StationOptions station;
 };
-
-// Rounds to the decimals shown before it closes the circle, so that 359.9999999 is 0.000000, not 360.000000.
-std::string decimalText(double angle, double circle) {
-    const double rounded = std::round(angle * 1e6) / 1e6;
-    std::string text;
-    addFixed(text, rounded < circle ? rounded : 0.0, 6);
-    return text;
-}
-
-std::string angleText(double degrees, const std::string& unit) {
-    if (unit == "gon")
-        return decimalText(CCalcXYZHV::DEGtoGON(degrees), 400.0);
-    if (unit == "mil")
-        return decimalText(CCalcXYZHV::DEGtoMIL(degrees), 6400.0);
-    if (unit == "degrees")
-        return decimalText(degrees, 360.0);
-    // ddd.mmsst from whole tenths of a second: 59.96" carries into the minute.
-    char text[32];
-    lAnglToStr(std::lround(degrees * 36000.0) % 12960000, text, 0);
-    return text;
-}
 
 ExitCode run(const Options& options) {
     if (!options.station.given())
@@ -52,10 +29,10 @@ ExitCode run(const Options& options) {
         for (int i = 0; i < block.points.GetSize(); ++i) {
             const CXYZ& point = block.points[i];
             double direction, zenith;
-            const std::string name = utf8(point.name);
+            const std::string name = toUtf8(point.name);
             if (CCalcXYZHV::XYZToHV(station, point, options.station.height(), zenith, direction) == 1) {
-                lines += name + "," + angleText(direction, options.unit) + "," +
-                         angleText(zenith, options.unit) + "\n";
+                lines += name + "," + circleText(direction, options.unit) + "," +
+                         circleText(zenith, options.unit) + "\n";
             } else {
                 lines += name + ",,\n";
                 stream.warn("point " + name +

@@ -67,7 +67,7 @@ void printResiduals(const Transformation& fit) {
     const bool isControlled = standardise(fit, precision);
     for (int i = 0; i < fit.residuals.GetSize(); ++i) {
         const CXYZ &target = fit.targetPoints[i], &residual = fit.residuals[i];
-        std::printf("residual,%s,%.6f,%.6f,%.6f,%.6f", utf8(target.name).c_str(), target.x, target.y,
+        std::printf("residual,%s,%.6f,%.6f,%.6f,%.6f", toUtf8(target.name).c_str(), target.x, target.y,
                     residual.x, residual.y);
         if (isControlled)
             std::printf("%s%s%s", standardised(precision.equations[2 * i]).c_str(),

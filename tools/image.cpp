@@ -36,7 +36,7 @@ constexpr int kName = 10;                // letters of the first column, the nam
 
 // A line of a table.
 void printRow(const CString& name, const std::string& columns) {
-    std::printf("  %s%s\n", padded(utf8(name), kName).c_str(), columns.c_str());
+    std::printf("  %s%s\n", padded(toUtf8(name), kName).c_str(), columns.c_str());
 }
 
 void printInput(const InputFiles& files, const Measurement& m) {
@@ -50,7 +50,7 @@ void printInput(const InputFiles& files, const Measurement& m) {
                           camera.dist.GetNumPara(), camera.marks.GetSize()));
     printEntry("image points",
                format("%s: image %s, %d x %d pixels, %d marks and %d points measured",
-                      files.imagePoints.u8string().c_str(), utf8(image.identifier1).c_str(), image.width,
+                      files.imagePoints.u8string().c_str(), toUtf8(image.identifier1).c_str(), image.width,
                       image.height, image.markImc.GetSize(), image.imc.GetSize()));
     printEntry("object points",
                format("%s: %d points", files.objectPoints.u8string().c_str(), m.objectPoints.GetSize()));

@@ -34,7 +34,7 @@ std::string placesOf(const ScanJob& job, const PointBlock& block, std::vector<Si
     placeSights(job, sights);
     std::string lines;
     for (std::size_t i = 0; i < sights.size(); ++i)
-        lines += utf8(block.points[static_cast<int>(i)].name) + "," +
+        lines += toUtf8(block.points[static_cast<int>(i)].name) + "," +
                  kPlaces[static_cast<int>(sights[i].place)] + "\n";
     return lines;
 }

@@ -101,7 +101,7 @@ void printPlan(const ScanJob& job, const Options& options, double difference) {
     for (const int i : {0, area.shootAngles.GetUpperBound()})
         std::printf("%s,%.4f,%.4f,%s\n", i == 0 ? "first" : "last",
                     area.shootAngles[i].kappa * kDegreesPerRadian,
-                    area.shootAngles[i].omega * kDegreesPerRadian, utf8(area.imageNames[i]).c_str());
+                    area.shootAngles[i].omega * kDegreesPerRadian, toUtf8(area.imageNames[i]).c_str());
     std::printf("difference,%.6f\n", difference);
 }
 

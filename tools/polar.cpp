@@ -111,7 +111,7 @@ CXYZ backsightPoint(const Options& options) {
     CArray<CXYZ, CXYZ&> points;
     readCheckedPoints(file, points);
     for (int i = 0; i < points.GetSize(); ++i)
-        if (utf8(points[i].name) == options.backsight)
+        if (toUtf8(points[i].name) == options.backsight)
             return points[i];
     file.fail(0, "expected the back sight " + options.backsight + " among its points");
 }
@@ -133,7 +133,7 @@ double orientationOf(const Options& options, const TextFile& file, const std::ve
         reading = angleOption("--reading", options.reading, options.unit);
     } else {
         const auto isBacksight = [&](const Target& target) {
-            return utf8(CString(target.name.c_str())) == options.backsight;
+            return toUtf8(CString(target.name.c_str())) == options.backsight;
         };
         const auto target = std::find_if(targets.begin(), targets.end(), isBacksight);
         if (target == targets.end())
@@ -187,7 +187,7 @@ ExitCode run(const Options& options) {
         const Reading reading = meanOfFaces(file, target);
         const CString name(target.name.c_str());
         if (!reading.zenith || !reading.distance) {
-            if (isNamed && utf8(name) == options.backsight)
+            if (isNamed && toUtf8(name) == options.backsight)
                 continue;
             file.fail(reading.line, std::string("expected ") + kLine);
         }

@@ -48,7 +48,7 @@ ExitCode run(const Options& options) {
         if (p.place == PixelPlace::unseen) {
             allSeen = false;
             std::fprintf(stderr, "%s\n",
-                         file.message(0, "point " + utf8(m.objectPoints[i].name) +
+                         file.message(0, "point " + toUtf8(m.objectPoints[i].name) +
                                              ": expected one before the camera, not behind it or far aside")
                              .c_str());
         } else {

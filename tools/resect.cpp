@@ -37,8 +37,8 @@ std::map<std::string, Place> readKnownPoints(const TextFile& file) {
     readCheckedPoints(file, points);
     std::map<std::string, Place> places;
     for (int i = 0; i < points.GetSize(); ++i)
-        if (!places.try_emplace(utf8(points[i].name), Place{points[i].x, points[i].y}).second)
-            file.fail(0, "expected one point of a name, found another " + utf8(points[i].name));
+        if (!places.try_emplace(toUtf8(points[i].name), Place{points[i].x, points[i].y}).second)
+            file.fail(0, "expected one point of a name, found another " + toUtf8(points[i].name));
     return places;
 }
 
@@ -50,7 +50,7 @@ Observations readObservations(const TextFile& file, const Options& options,
         observations.names.push_back(name);
     };
     for (const ObservationLine& line : observationLines(file, kLine)) {
-        const std::string name = utf8(CString(line.name().c_str()));
+        const std::string name = toUtf8(CString(line.name().c_str()));
         const auto direction = line.angle(1, options.unit);
         const auto distance = line.number(2);
         if (line.fieldCount() > 3 || (!direction && !distance))

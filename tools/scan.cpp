@@ -49,7 +49,7 @@ std::string angleColumns(double degrees) {
     CString text = CCalcXYZHV::AngleStr(CCalcXYZHV::Angle100To60(degrees, 1, 0), 0);
     while (text.GetLength() < 10)  // 359°59'59"
         text.Insert(0, u" ");
-    return format("%8.4f  ", degrees) + utf8(text);
+    return format("%8.4f  ", degrees) + toUtf8(text);
 }
 
 void printDirection(const char* title, double horizontal, double elevation) {
@@ -58,7 +58,7 @@ void printDirection(const char* title, double horizontal, double elevation) {
 
 void printInput(const InputFiles& files, const ScanJob& job) {
     const CXYZ& station = job.station;
-    const std::string name = station.name.IsEmpty() ? "" : utf8(station.name) + ": ";
+    const std::string name = station.name.IsEmpty() ? "" : toUtf8(station.name) + ": ";
     std::printf("Input\n");
     printEntry("outline",
                format("%s: %d vertices", files.outline.u8string().c_str(), job.area.outlineAngles.GetSize()));

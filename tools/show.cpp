@@ -45,8 +45,8 @@ void showPoints(const CArray<CXYZ, CXYZ&>& points) {
         put("codes", static_cast<int>(codes.size()));
     if (count == 0)
         return;
-    put("first", utf8(points[0].name));
-    put("last", utf8(points[count - 1].name));
+    put("first", toUtf8(points[0].name));
+    put("last", toUtf8(points[count - 1].name));
     showBox(box);
 }
 
@@ -82,7 +82,7 @@ void showValues(const double* values, std::initializer_list<const char*> keys) {
 void showContents(const Contents& c, Format format) {
     switch (format) {
         case Format::imageCoordinate:
-            put("image", utf8(c.image));
+            put("image", toUtf8(c.image));
             put("pixels", std::to_string(c.size.cx) + " " + std::to_string(c.size.cy));
             [[fallthrough]];
         case Format::unknown:
@@ -103,7 +103,7 @@ void showContents(const Contents& c, Format format) {
             return showValues(c.values,
                               {"X0 [m]", "Y0 [m]", "Z0 [m]", "omega [deg]", "phi [deg]", "kappa [deg]"});
         case Format::unitSettings:
-            put("version", utf8(c.units.version));
+            put("version", toUtf8(c.units.version));
             put("meter-feet", c.units.meterFeet);
             put("feet", c.units.feet);
             return put("angle", c.units.angle);

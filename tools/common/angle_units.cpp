@@ -62,7 +62,7 @@ std::string textOfTenths(long tenths, const std::string& unit) {
     if (unit == "display") {
         unsigned short text[32];
         TCnvAngl(tenths, text, 0);
-        return std::string(trimmed(utf8(CString(text))));
+        return std::string(trimmed(toUtf8(CString(text))));
     }
     char text[32];
     if (unit == "instrument")
@@ -138,7 +138,7 @@ std::string circleText(double degrees, const std::string& unit) {
     CCalcXYZHV::Angle0To360(degrees);
     if (const auto decimal = decimalUnit(unit)) {
         const double rounded = std::round(decimal->fromDegrees(degrees) * 1e6) / 1e6;
-        return format("%.6f", rounded < decimal->circle ? rounded : 0.0);
+        return fixedText(rounded < decimal->circle ? rounded : 0.0, 6);
     }
     return textOfTenths(std::lround(degrees * kTenthsPerDegree) % 12960000, unit);
 }

@@ -19,6 +19,8 @@ std::string utf8(const wchar_t* text) {
     return bytes;
 }
 
+unsigned int consolePage = 0;  // before; 0: no console
+
 }  // namespace
 
 std::vector<std::string> commandLineWords(int argc, char** argv) {
@@ -33,16 +35,17 @@ std::vector<std::string> commandLineWords(int argc, char** argv) {
     return words;
 }
 
-StandardStreams::StandardStreams() : m_consolePage(GetConsoleOutputCP()) {
+StandardStreams::StandardStreams() {
+    consolePage = GetConsoleOutputCP();
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
-    if (m_consolePage != 0)
+    if (consolePage != 0)
         SetConsoleOutputCP(CP_UTF8);
 }
 
 StandardStreams::~StandardStreams() {
-    if (m_consolePage != 0)
-        SetConsoleOutputCP(m_consolePage);
+    if (consolePage != 0)
+        SetConsoleOutputCP(consolePage);
 }
 
 bool StandardStreams::readerIsGone() const { return false; }
@@ -65,7 +68,7 @@ StandardStreams::StandardStreams() {
     std::signal(SIGPIPE, [](int) { brokenPipes = 1; });
 }
 
-StandardStreams::~StandardStreams() = default;
+StandardStreams::~StandardStreams() { std::signal(SIGPIPE, SIG_DFL); }
 
 bool StandardStreams::readerIsGone() const { return brokenPipes != 0; }
 

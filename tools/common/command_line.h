@@ -18,9 +18,6 @@ public:
     // True after a reader such as head has seen enough and closed the pipe. The program goes on, so that its
     // temporary files are removed.
     bool readerIsGone() const;
-
-private:
-    unsigned int m_consolePage = 0;  // before; 0: no console
 };
 
 #endif

@@ -41,7 +41,7 @@ PointsBack comparePoints(const CArray<CXYZ, CXYZ&>& written, const CArray<CXYZ, 
              format("the file came back with %d points instead of %d", result.count, written.GetSize()));
     for (int i = 0; i < result.count; ++i) {
         if (back[i].name != written[i].name)
-            fail(path, "point " + utf8(written[i].name) + " came back as " + utf8(back[i].name));
+            fail(path, "point " + toUtf8(written[i].name) + " came back as " + toUtf8(back[i].name));
         result.coordinates = std::max(result.coordinates, largestDifference(written[i], back[i]));
     }
     if (result.coordinates > tolerance)

@@ -6,15 +6,6 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "common/files.h"
-
-std::string utf8(const CString& text) {
-    const unsigned short* const units = text.GetString();
-    const auto end = units + text.GetLength();
-    if (std::all_of(units, end, [](unsigned short unit) { return unit < 0x80; }))
-        return std::string(units, end);
-    return systemPath(text).u8string();  // a path converts between the encodings; nothing is opened
-}
 
 std::string format(const char* pattern, ...) {
     std::va_list values, again;
@@ -29,7 +20,8 @@ std::string format(const char* pattern, ...) {
 }
 
 std::string fixedText(double value, int decimals) {
-    const std::string text = format("%.*f", decimals, value);
+    std::string text;
+    addFixed(text, value, decimals);
     return text[0] == '-' && text.find_first_not_of("-0.") == std::string::npos ? text.substr(1) : text;
 }
 

@@ -2,11 +2,11 @@
 #ifndef TOOLS_COMMON_TEXT_H
 #define TOOLS_COMMON_TEXT_H
 
-#include <fieldscan/framework/string.h>
+#include <fieldscan/framework/standard.h>
 
 #include <string>
 
-std::string utf8(const CString& text);
+using fieldscan::toUtf8;
 
 #if defined(__GNUC__)
 __attribute__((format(printf, 1, 2)))

@@ -16,7 +16,9 @@ const char* expectedPoint(Format format) {
                                         : "name,x,y,z or these with code, or with code,word,text";
 }
 
-std::string quoted(std::string_view field) { return "\"" + utf8(CString(std::string(field).c_str())) + "\""; }
+std::string quoted(std::string_view field) {
+    return "\"" + toUtf8(CString(std::string(field).c_str())) + "\"";
+}
 
 void requireNumber(int number, const std::vector<std::string_view>& fields, std::size_t k,
                    std::vector<Fault>& faults) {

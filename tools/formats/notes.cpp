@@ -11,7 +11,7 @@ namespace {
 void addName(std::string_view field, int number, std::map<CString, int>& lines, std::vector<Fault>& notes) {
     const auto [first, isNew] = lines.emplace(pointName(field), number);
     if (!isNew)
-        notes.push_back({number, "note: the name \"" + utf8(first->first) + "\" is also on line " +
+        notes.push_back({number, "note: the name \"" + toUtf8(first->first) + "\" is also on line " +
                                      std::to_string(first->second)});
 }
 

@@ -1,20 +1,7 @@
 // A name must come back from the library as it is, since results are written with it.
 #include "formats/observation_lines.h"
 
-#include <fieldscan/string_utilities.h>
-
 #include "common/angle_units.h"
-
-namespace {
-
-bool isInCodePage(const std::string& name) {
-    const CString text(name.c_str());
-    std::string back(2 * name.size() + 1, '\0');
-    const int length = CStringToChar(text, back.data(), static_cast<int>(back.size()));
-    return back.substr(0, static_cast<std::size_t>(length)) == name;
-}
-
-}  // namespace
 
 ObservationLine::ObservationLine(const TextFile& file, int number, const char* expected)
     : m_file(file), m_number(number), m_fields(fieldsOf(file.line(static_cast<std::size_t>(number) - 1))) {

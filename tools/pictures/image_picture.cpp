@@ -51,7 +51,7 @@ private:
                  m_image.imc.GetSize() > kMany ? 1.0 : 1.6);
     }
     void signAt(const CXYZ& pixel, double half, const CString& name, bool isMarked = false) {
-        sign(x(pixel.x), y(pixel.y), half, utf8(name), isMarked);
+        sign(x(pixel.x), y(pixel.y), half, toUtf8(name), isMarked);
     }
     CXYZ markResidual(const CXYZ& mark) const;
 
@@ -128,7 +128,7 @@ void Drawing::newPoints() {
 }
 
 void Drawing::title() {
-    const std::string name = utf8(m_image.identifier1);
+    const std::string name = toUtf8(m_image.identifier1);
     const char* inner = m_image.innOri == INNORI_FIDUCIAL_LSQ       ? "affine inner orientation"
                         : m_image.innOri == INNORI_FIDUCIAL_HELMERT ? "Helmert inner orientation"
                                                                     : "no fiducial marks";

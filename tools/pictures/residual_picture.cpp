@@ -101,6 +101,7 @@ std::string lengthText(double length) { return format(length < 1e4 ? "%.4g" : "%
 void drawResiduals(const std::vector<Residual>& residuals, const ResidualView& view,
                    const std::filesystem::path& path) {
     std::vector<Arrow> arrows;
+    arrows.reserve(residuals.size());
     for (const Residual& r : residuals)
         arrows.push_back(view.xIsUpward ? Arrow{&r, r.y, r.x, r.vy, r.vx, false}
                                         : Arrow{&r, r.x, r.y, r.vx, r.vy, false});

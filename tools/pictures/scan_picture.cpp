@@ -221,7 +221,7 @@ void Drawing::title(int beyond) {
         heading("Scan area", {words});
         return;
     }
-    const std::string station = utf8(m_job.station.name);
+    const std::string station = toUtf8(m_job.station.name);
     std::string counts = format("%d points: %d inside the outline, %d outside", m_job.points.GetSize(),
                                 m_job.pointsAt(SightPlace::inside), m_job.pointsAt(SightPlace::outside));
     if (const int atStation = m_job.pointsAt(SightPlace::atStation))

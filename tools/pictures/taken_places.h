@@ -3,6 +3,7 @@
 #define TOOLS_PICTURES_TAKEN_PLACES_H
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 struct Box {
@@ -18,7 +19,7 @@ struct Box {
 class TakenPlaces {
 public:
     explicit TakenPlaces(const Box& frame) : m_frame(frame), m_columns(cell(frame.right - frame.left) + 1) {
-        m_cells.resize(static_cast<std::size_t>(m_columns * (cell(frame.bottom - frame.top) + 1)));
+        m_cells.resize(m_columns * (cell(frame.bottom - frame.top) + 1));
     }
 
     void take(const Box& box) {
@@ -38,21 +39,21 @@ public:
     }
 
 private:
-    static int cell(double pixels) { return static_cast<int>(pixels / 32.0); }
+    static std::size_t cell(double pixels) { return static_cast<std::size_t>(pixels / 32.0); }
 
     template <class Visit>
     void visitCells(const Box& box, Visit visit) {
         const auto within = [](double pixels, double size) { return cell(std::clamp(pixels, 0.0, size)); };
         const double width = m_frame.right - m_frame.left, height = m_frame.bottom - m_frame.top;
-        const int right = within(box.right - m_frame.left, width);
-        const int bottom = within(box.bottom - m_frame.top, height);
-        for (int row = within(box.top - m_frame.top, height); row <= bottom; ++row)
-            for (int column = within(box.left - m_frame.left, width); column <= right; ++column)
-                visit(m_cells[static_cast<std::size_t>(row * m_columns + column)]);
+        const std::size_t right = within(box.right - m_frame.left, width);
+        const std::size_t bottom = within(box.bottom - m_frame.top, height);
+        for (std::size_t row = within(box.top - m_frame.top, height); row <= bottom; ++row)
+            for (std::size_t column = within(box.left - m_frame.left, width); column <= right; ++column)
+                visit(m_cells[row * m_columns + column]);
     }
 
     Box m_frame;
-    int m_columns;
+    std::size_t m_columns;
     std::vector<std::vector<Box>> m_cells;
 };
 

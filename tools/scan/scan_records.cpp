@@ -66,7 +66,7 @@ SightsBack readBack(const Records& written, const fs::path& path) {
     SightsBack result{comparePoints(written.points, back.points, kSixDecimals, path)};
     for (int i = 0; i < result.count; ++i) {
         if (back.images[i] != written.images[i])
-            fail(path, "point " + utf8(written.points[i].name) + " came back with another image");
+            fail(path, "point " + toUtf8(written.points[i].name) + " came back with another image");
         result.angles = std::max({result.angles, angleDifference(written.directions[i], back.directions[i]),
                                   angleDifference(written.zeniths[i], back.zeniths[i])});
     }
