@@ -196,8 +196,8 @@ TEST_F(Places, TheNewFileIsNobodyElses) {
 
 TEST_F(Places, NamesOfEveryLength) {
     CTSUnit units;
-    for (const std::size_t length : {1, 251, 255, 256}) {
-        const std::string each(length, 'a');
+    for (const int length : {1, 251, 255, 256}) {
+        const std::string each(static_cast<std::size_t>(length), 'a');
         for (const char* when : {"made", "replaced"})
             EXPECT_EQ(units.Write(path(each)), length < 256) << length << ' ' << when;
         EXPECT_EQ(ScanFileAdd(path(each), points[0]), length < 256) << length;

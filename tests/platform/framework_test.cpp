@@ -136,7 +136,8 @@ struct Prints : std::false_type {};
 template <class Stream>
 struct Prints<Stream, std::void_t<decltype(std::declval<Stream&>() << CString())>> : std::true_type {};
 
-static_assert(Prints<std::ostream>::value && Prints<std::ofstream>::value);
+static_assert(Prints<std::ostream>::value);
+static_assert(Prints<std::ofstream>::value);
 static_assert(!Prints<std::wostream>::value, "would print the address");
 
 TEST(CString, GoesToTheStandardLibraryAndBack) {
@@ -234,12 +235,17 @@ TEST(CArray, IsARangeOfTheStandardLibrary) {
 struct Placed {
     Placed() noexcept : self(this) {}
     Placed(const Placed&) noexcept : self(this) { ++moves; }
-    Placed& operator=(const Placed&) { return *this; }
+    Placed& operator=(const Placed& other) {
+        if (this == &other)
+            ADD_FAILURE() << "assigned to itself";
+        return *this;
+    }
     ~Placed() { EXPECT_EQ(self, this); }
     Placed* self;
     static inline int moves = 0;
 };
-static_assert(!fieldscan::MovesAsBytes<Placed>::value && !fieldscan::MovesAsBytes<std::string>::value);
+static_assert(!fieldscan::MovesAsBytes<Placed>::value);
+static_assert(!fieldscan::MovesAsBytes<std::string>::value);
 struct DerivedPoint : CXYZ {
     std::string note;
 };

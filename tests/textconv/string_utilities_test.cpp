@@ -157,7 +157,9 @@ TEST(FileNames, ThatACardTakes) {
     EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString('n', 255)), 1);
     EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(CString('n', 256)), 0);
     for (const char letter : std::string("\\/:*?\"<>|\x1F\0", 11))
-        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(u'a' + CString(letter) + u"b"), 0) << letter;
+        EXPECT_EQ(CCalcXYZHV::ChkFileFolderName(u'a' + CString(static_cast<unsigned short>(letter)) + u"b"),
+                  0)
+            << letter;
 }
 
 }  // namespace
