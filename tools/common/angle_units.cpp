@@ -27,7 +27,7 @@ std::optional<double> tenthsOf(const std::string& digits) {
     return static_cast<double>(TSstrToLAngl(digits.c_str()));
 }
 
-// Digits with zeros in front up to three places of degrees, and behind up to five for the rest.
+// Digits with zeros in front up to three places of degrees, and after up to five for the rest.
 std::optional<double> tenthsOf(std::string_view degrees, std::string_view rest) {
     if (degrees.empty() || degrees.size() > 3 || rest.size() > 5)
         return std::nullopt;
