@@ -2,7 +2,6 @@
 #include "common/output_file.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <fstream>
 #include <random>
 
@@ -12,7 +11,7 @@
 
 namespace fs = std::filesystem;
 
-OutputFile::OutputFile(const std::string& path) : m_name(path), m_target(path) {
+OutputFile::OutputFile(const std::string& path) : m_name(path), m_target(pathOf(path)) {
     std::error_code error;
     if (fs::is_directory(m_target, error))
         fail(EISDIR);
@@ -27,10 +26,8 @@ OutputFile::OutputFile(const std::string& path) : m_name(path), m_target(path) {
         m_new = m_target.parent_path() / format(".fieldscan-%08x%08x", random(), random());
     }
     errno = 0;
-    std::FILE* made = std::fopen(m_new.string().c_str(), "wb");
-    if (!made)
+    if (!std::ofstream(m_new, std::ios::binary))
         fail(errno);
-    std::fclose(made);
     if (isThere && !m_folder)
         fs::permissions(m_new, old.permissions(), error);
     errno = 0;

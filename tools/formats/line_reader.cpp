@@ -57,17 +57,18 @@ LineReader::LineReader(const std::string& argument) : m_name(argument), m_isInpu
         m_name = "(standard input)";
         return;
     }
+    const fs::path path = pathOf(argument);
     std::error_code ignored;
+    if (fs::is_directory(path, ignored))
+        fail(0, "cannot be opened" + reasonFor(EISDIR));
     m_piece.resize(kPiece);
     m_file.rdbuf()->pubsetbuf(m_piece.data(), static_cast<std::streamsize>(kPiece));
     errno = 0;
-    m_file.open(pathOf(argument), std::ios::binary);
+    m_file.open(path, std::ios::binary);
     if (!m_file)
         fail(0, "cannot be opened" + reasonFor(errno));
-    if (fs::is_directory(argument, ignored))
-        fail(0, "cannot be opened" + reasonFor(EISDIR));
-    if (fs::is_regular_file(argument, ignored))
-        m_length = static_cast<long long>(fs::file_size(argument, ignored));
+    if (fs::is_regular_file(path, ignored))
+        m_length = static_cast<long long>(fs::file_size(path, ignored));
 }
 
 bool LineReader::fill() {
