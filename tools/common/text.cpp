@@ -6,7 +6,6 @@
 #include <cstdarg>
 #include <cstdio>
 
-
 std::string format(const char* pattern, ...) {
     std::va_list values, again;
     va_start(values, pattern);
