@@ -226,7 +226,7 @@ TEST(Polyline, PointsInACombAreThoseOfItsBackAndTeeth) {
                            y0 + x * along * std::sin(turn) + y * across * std::cos(turn), 0, 0);
         };
         CPolyline polyline;
-        const std::size_t begin = random() % comb.size();
+        const std::size_t begin = static_cast<std::size_t>(random() % comb.size());
         for (std::size_t i = 0; i < comb.size(); ++i) {
             const auto& [x, y] = comb[(begin + i) % comb.size()];
             polyline.AddVertex(moved(x, y));

@@ -60,7 +60,7 @@ TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
         return std::uniform_real_distribution<double>(a, b)(random);
     };
     for (int round = 0; round < 3000; ++round) {
-        const std::size_t n = 4 + random() % 197;
+        const std::size_t n = static_cast<std::size_t>(4 + random() % 197);
         const bool whole = round % 2 != 0;  // whole degrees, as an operator types them
         const double h = whole ? std::floor(between(0, 360)) : between(0, 360), v = between(-40, 40);
         Directions places;
@@ -75,7 +75,7 @@ TEST(OutlineTests, AcceptTheInteriorOfAnyOutline) {
         area.CalHVPolyline2();
         const CPolyline outline = round % 3 ? angleOutline(places) : area.outlinePolyline;  // through radians
         for (int k = 0; k < 8; ++k) {
-            const std::size_t i = random() % n;
+            const std::size_t i = static_cast<std::size_t>(random() % n);
             const auto [px, py] = places[i];
             const auto [qx, qy] = places[(i + 1) % n];
             const double along = between(0, 1), outward = k % 4 ? between(0, 0.999) : between(1.001, 1.2);
