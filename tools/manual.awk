@@ -1,12 +1,18 @@
 # Makes a page of man(7) from what the program's helps print: first `fieldscan --help`, then `fieldscan SUBCOMMAND --help`
-# of each subcommand, with "VERSION=..." before. A help has a line on what it is, its usage, lists with a title
-# ("Options:"), and paragraphs.
+# of each subcommand. A help has a line on what it is, its usage, lists with a title ("Options:"), and paragraphs, in
+# which indented lines are kept as they are. Set before: VERSION, and SAMPLES, the folder of the sample data, which is
+# another one when the page is read.
 
 function escaped(text) {
     gsub(/\\/, "\\e", text)
     gsub(/-/, "\\-", text)
     sub(/^[.']/, "\\\\\\&&", text)
     return text
+}
+
+{
+    while (at = index($0, SAMPLES))
+        $0 = substr($0, 1, at - 1) "share/fieldscan/samples" substr($0, at + length(SAMPLES))
 }
 
 FNR == 1 {
@@ -55,6 +61,7 @@ within_list && /^  [^ ]/ {  # an item; what it means follows in the line or in t
     if (paragraph && !within_list)
         print ".PP"
     paragraph = 0
-    sub(/^ +/, "")
-    print escaped($0)
+    if (within_list)
+        sub(/^ +/, "")
+    print /^ / ? ".nf\n" escaped($0) "\n.fi" : escaped($0)
 }
