@@ -128,7 +128,8 @@ struct Job {
 };
 
 void raceInPlane(Races& races, const std::string& row, Job& job) {
-    const Contender ours = {"list", [&job] { job.inMetres.PtInPolyline(job.x, job.y, job.ours); }};
+    const Contender ours = {
+        "list", [&job] { require(job.inMetres.PtInPolyline(job.x, job.y, job.ours) == 1, "PtInPolyline"); }};
     const auto locate = [&job](geos::algorithm::locate::IndexedPointInAreaLocator& locator) {
         int k = 0;
         for (const Coordinate& point : job.points)
@@ -143,8 +144,10 @@ void raceInPlane(Races& races, const std::string& row, Job& job) {
 }
 
 void raceInAngles(Races& races, const std::string& row, Job& job) {
-    const Contender ours = {"list",
-                            [&job] { CCalcXYZHV::IsPolyInside(job.inDegrees, job.h, job.v, job.ours); }};
+    const Contender ours = {"list", [&job] {
+                                require(CCalcXYZHV::IsPolyInside(job.inDegrees, job.h, job.v, job.ours) == 1,
+                                        "IsPolyInside");
+                            }};
     const Contender peer = {"one by one", [&job] {
                                 for (int k = 0; k < job.h.GetSize(); ++k)
                                     job.peers[k] =
