@@ -1,4 +1,5 @@
-// By the library's writers. The writer of codes appends, so its file is made apart and then copied.
+// By the library's writers. The writer of codes appends, so its file is made apart; a file that is there is
+// replaced as a whole.
 #include "common/point_output.h"
 
 #include <fieldscan/point_files.h>
@@ -7,10 +8,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <optional>
 
 #include "common/data_error.h"
 #include "common/files.h"
+#include "common/output_file.h"
 #include "common/temporary_folder.h"
 
 namespace fs = std::filesystem;
@@ -31,13 +34,14 @@ void writePoints(CArray<CXYZ, CXYZ&>& points, const std::string& out) {
     std::optional<TemporaryFolder> folder;
     const fs::path place = toStream || withCodes ? folder.emplace().file() : pathOf(out);
     CString path = libraryPath(place);
-    bool isWritten = (withCodes ? ScanFileAdd(path, points) : WriteCSVFile(&path, points, 0)) == 1;
-    if (isWritten && withCodes && !toStream) {
-        std::error_code error;
-        isWritten = fs::copy_file(place, pathOf(out), fs::copy_options::overwrite_existing, error);
-    }
-    if (!isWritten)
+    if ((withCodes ? ScanFileAdd(path, points) : WriteCSVFile(&path, points, 0)) != 1)
         throw DataError(out + ": cannot be written");
+    if (withCodes && !toStream) {
+        std::ifstream made(place, std::ios::binary);
+        OutputFile file(out);
+        file.write(std::string(std::istreambuf_iterator<char>(made), {}));
+        file.commit();
+    }
     if (toStream && !points.IsEmpty())  // << fails when it copies nothing
         std::cout << std::ifstream(place, std::ios::binary).rdbuf();
 }
