@@ -50,8 +50,8 @@ void addInTiles(const WeightedRows& a, double* room, double* gram) {
             factors = buffer.factors();
         }
         for (int j = 0; j < length; j += kPanel)
-            for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
-                buffer.add<update>(i, j, factors, a.weights + first, 0, count);
+            for (int i = 0; i <= j && i < n; i += kPanel)
+                buffer.addSquare<update>(i, j, n, factors, a.weights + first, 0, count);
     }
     buffer.writeSums(gram, n);
 }

@@ -89,7 +89,7 @@ struct TileBuffer {
 
     static Index lengthOf(int width) { return roundUp(width, 16) + 8; }
     static Index sizeOf(int panelRows, int rows, int width) {
-        return roundUp(width, kPanel) * panelRows + roundUp(rows, kRows) * lengthOf(width);
+        return roundUp(width, kPanel) * panelRows + roundUp(rows, kPanel) * lengthOf(width);
     }
 
     Factors factors() const { return {panels, kPanel, height * kPanel}; }
@@ -117,7 +117,7 @@ struct TileBuffer {
 
     // The upper half of the sums from `matrix`, and to it; rows of n + 1.
     void readSums(const double* matrix, int n) const {
-        for (int i = 0; i < roundUp(n, kRows); ++i)
+        for (int i = 0; i < roundUp(n, kPanel); ++i)
             for (int j = i - i % kRows; j < length; ++j)
                 sums[i * length + j] = i < n && j >= i && j < columns ? matrix[i * (n + 1LL) + j] : 0.0;
     }
@@ -130,16 +130,36 @@ struct TileBuffer {
     // Updates the tile at (i, j) with the products of rows `begin` to `end` of the factors.
     template <Update update>
     void add(int i, int j, const Factors& factors, const double* weights, int begin, int end) const {
-        const auto addColumns = [&](auto tile, int from) {
-            tile(factors.at(begin, from), factors.at(begin, i), factors.rowStep, weights, end - begin,
-                 sums + i * length + from, length);
-        };
         if (i >= j + kLanes)  // the first register is below the diagonal
-            addColumns(addTile<update, kRows, 1>, j + kLanes);
+            addColumns<update, kRows, 1>(i, j + kLanes, factors, weights, begin, end);
         else if (j + kLanes >= columns)  // the second one is past the last column
-            addColumns(addTile<update, kRows, 1>, j);
+            addColumns<update, kRows, 1>(i, j, factors, weights, begin, end);
         else
-            addColumns(addTile<update, kRows, kVectors>, j);
+            addColumns<update, kRows, kVectors>(i, j, factors, weights, begin, end);
+    }
+
+    // The same for the square of kPanel rows and columns at (i, j), without the rows from `rows` on. With 8
+    // lanes a tile of 16 x 8 sums takes 0.7 of the time of one of 8 x 16 (AMD EPYC of the Zen 4 kind).
+    template <Update update>
+    void addSquare(int i, int j, int rows, const Factors& factors, const double* weights, int begin,
+                   int end) const {
+        if constexpr (kLanes == 8) {
+            for (int column = j; column < smaller(columns, j + kPanel); column += kLanes)
+                if (smaller(rows, column + kLanes) > i + kRows)
+                    addColumns<update, kPanel, 1>(i, column, factors, weights, begin, end);
+                else
+                    addColumns<update, kRows, 1>(i, column, factors, weights, begin, end);
+        } else {
+            for (int row = i; row < smaller(rows, i + kPanel); row += kRows)
+                add<update>(row, j, factors, weights, begin, end);
+        }
+    }
+
+private:
+    template <Update update, int rows, int vectors>
+    void addColumns(int i, int j, const Factors& factors, const double* weights, int begin, int end) const {
+        addTile<update, rows, vectors>(factors.at(begin, j), factors.at(begin, i), factors.rowStep, weights,
+                                       end - begin, sums + i * length + j, length);
     }
 };
 

@@ -93,11 +93,11 @@ void multiply(const double* triangle, int n, double* room, double* product) {
     for (int i = 0; i < roundUp(n, kPanel); ++i)
         for (int k = i - i % kPanel; k < n; ++k)
             *buffer.panelAt(k, i) = i <= k ? triangle[i * (n + 1LL) + k] : 0.0;
-    for (Index k = 0; k < roundUp(n, kRows) * buffer.length; ++k)
+    for (Index k = 0; k < roundUp(n, kPanel) * buffer.length; ++k)
         buffer.sums[k] = 0.0;
     for (int j = 0; j < n; j += kPanel)
-        for (int i = 0; i < smaller(n, j + kPanel); i += kRows)
-            buffer.add<Update::add>(i, j, buffer.factors(), nullptr, j, n);
+        for (int i = 0; i <= j; i += kPanel)
+            buffer.addSquare<Update::add>(i, j, n, buffer.factors(), nullptr, j, n);
     buffer.writeSums(product, n);
     for (int i = 0; i < n; ++i)
         product[i * (n + 1LL) + n] = 0.0;
