@@ -95,6 +95,8 @@ std::string_view trimmed(std::string_view text) {
 }
 
 bool isBlank(unsigned int codePage, std::string_view text) {
+    if (!text.empty() && text[0] > ' ' && text[0] <= '~')
+        return false;  // nearly every line
     text = trimmed(text);
     // An ideographic blank has bytes from 0x40 up in every page; digits and commas are below.
     const auto isBelow = [](char c) { return c > ' ' && c < '@'; };
