@@ -91,7 +91,7 @@ void weigh(const double* columns, const double* weights, int n, int rows, double
 template <int count>
 void inverseResidualsOf(const double* gram, const double* v, int n, int j, double* residuals) {
     const int stride = wholeCacheLines(n), low = (n + 1) * stride;
-    for (int i = 0; i < stride; i += kLanes) {
+    for (int i = 0; i < n; i += kLanes) {
         Exact sums[count] = {};
         for (int c = 0; c < count; ++c)
             if (j + c >= i && j + c < i + kLanes)
@@ -197,7 +197,7 @@ void inverseResiduals(const double* gram, const double* v, int n, double* residu
 
 void gramResidual(const double* gram, const double* high, const double* low, int n, double* sums) {
     const int stride = wholeCacheLines(n), rests = (n + 1) * stride;
-    for (int i = 0; i < stride; i += kLanes) {
+    for (int i = 0; i < n; i += kLanes) {
         const auto element = [=](int k) {
             return Exact{load(gram + k * stride + i), load(gram + rests + k * stride + i)};
         };
