@@ -24,8 +24,8 @@ using Numbers = CArray<double, double>;
 using Answers = CArray<int, int>;
 using Places = std::vector<Coordinate>;
 
-enum Shape { kStar, kComb, kCoast };
-constexpr const char* kShapes[] = {"star", "comb", "coast"};
+enum Shape { kStar, kComb, kLyingComb, kCoast };
+constexpr const char* kShapes[] = {"star", "comb", "lying comb", "coast"};
 
 // An outline within 1 of the origin.
 Places outlineOf(Shape shape, int vertices) {
@@ -40,6 +40,10 @@ Places outlineOf(Shape shape, int vertices) {
             const double radius = 0.8 + around(0.2);
             outline.emplace_back(radius * std::cos(k * step), radius * std::sin(k * step));
         }
+    } else if (shape == kLyingComb) {  // a line across it meets few edges: the best case of an index by y
+        outline = outlineOf(kComb, vertices);
+        for (Coordinate& vertex : outline)
+            std::swap(vertex.x, vertex.y);
     } else if (shape == kComb) {  // upright teeth: a line through them crosses nearly all edges
         for (int k = 0; k < vertices - 2; ++k)
             outline.emplace_back(2.0 * k / (vertices - 3) - 1.0, (k % 2 ? 0.9 : -0.7) + around(0.05));
@@ -159,7 +163,7 @@ void raceInAngles(Races& races, const std::string& row, Job& job) {
 
 template <class Race>
 void raceShapes(Races& races, const std::string& what, Race race) {
-    for (const Shape shape : {kStar, kComb, kCoast})
+    for (const Shape shape : {kStar, kComb, kLyingComb, kCoast})
         for (const int vertices : {10, 100, 1000, 10000})
             for (const bool inRows : {false, true}) {
                 const std::string row = what + " of 10000 points" + (inRows ? " in rows, " : ", ") +
