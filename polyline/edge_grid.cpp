@@ -46,9 +46,9 @@ void EdgeGrid::setCells(int points) {
 
     // The lists of r rows and c columns have about n + r height + c width = n + e entries, and a point
     // meets a list of (n + e) / (r c). For a given e, r c is largest if r height = c width = e / 2. An
-    // entry takes about as long to make as to ask: e + points 4 width height / e is least for this e.
+    // entry takes twice as long to make as to ask: 2 e + points 4 width height / e is least for this e.
     const double edges = static_cast<double>(n);
-    const double entries = std::clamp(2.0 * std::sqrt(points * width * height), edges, kMostEntries * edges);
+    const double entries = std::clamp(std::sqrt(2.0 * points * width * height), edges, kMostEntries * edges);
     double rows = std::max(entries / 2.0 / height, 1.0), columns = std::max(entries / 2.0 / width, 1.0);
     const double tooMany = std::sqrt(rows * columns / (kMostCells * edges));
     if (tooMany > 1.0) {
