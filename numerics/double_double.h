@@ -15,6 +15,8 @@
 
 #if defined(__FMA__)
 #include <immintrin.h>
+#elif defined(__aarch64__) && !defined(FIELDSCAN_PORTABLE)
+#include <arm_neon.h>
 #endif
 
 namespace fieldscan {
@@ -48,6 +50,9 @@ static inline T productError(T a, T b, T product) {
 #if defined(__FMA__)
     if constexpr (sizeof(T) == 32)
         return _mm256_fmsub_pd(a, b, product);
+#elif defined(__aarch64__) && !defined(FIELDSCAN_PORTABLE)
+    if constexpr (sizeof(T) == 16)
+        return vfmaq_f64(-product, a, b);
 #endif
     constexpr double kSplitter = 0x1p27 + 1.0;
     const T a1 = a * kSplitter - (a * kSplitter - a), a2 = a - a1;

@@ -94,7 +94,7 @@ constexpr int kLanes = 2;
 #endif
 
 // True where productError (double_double.h) of Lanes is one instruction, a fused multiply-subtract.
-#if defined(__AVX2__) && defined(__FMA__)
+#if (defined(__AVX2__) && defined(__FMA__)) || defined(__aarch64__)
 constexpr bool kFused = true;
 #else
 constexpr bool kFused = false;

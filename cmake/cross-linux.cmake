@@ -1,0 +1,14 @@
+# For toolchain files: Linux with GCC of the triplet FIELDSCAN_TRIPLET, run under the qemu of FIELDSCAN_QEMU.
+set(CMAKE_SYSTEM_NAME Linux)
+
+set(CMAKE_C_COMPILER ${FIELDSCAN_TRIPLET}-gcc)
+set(CMAKE_CXX_COMPILER ${FIELDSCAN_TRIPLET}-g++)
+
+# Headers, libraries and packages only from the target, or where the user says; programs from this machine.
+set(CMAKE_FIND_ROOT_PATH /usr/${FIELDSCAN_TRIPLET} ${CMAKE_PREFIX_PATH})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+set(CMAKE_CROSSCOMPILING_EMULATOR ${FIELDSCAN_QEMU};-L;/usr/${FIELDSCAN_TRIPLET})
