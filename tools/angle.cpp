@@ -25,7 +25,7 @@ ExitCode run(const ValueOptions& options) {
 }  // namespace
 
 void addAngle(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand<ValueOptions>(
+    auto [command, options] = addSubcommand<ValueOptions>(
         program, exitCode, "angle", "Converts angles between units and layouts",
         "degrees, gon (400 to the circle), mil (6400); packed ddd.mmsst, instrument dddmmsst and display\n"
         "ddd\xC2\xB0mm'ss\"t, which hold whole tenths of a second (t), less than 1000 degrees, for the\n"
@@ -33,6 +33,6 @@ void addAngle(CLI::App& program, ExitCode& exitCode) {
         "a\n"
         "value is wrong.",
         run);
-    options->addTo(*command, {"degrees", "gon", "mil", "packed", "instrument", "display"});
-    addExample(*command, "angle 123.4530 --from packed --to gon");
+    options->addTo(command, {"degrees", "display", "gon", "instrument", "mil", "packed"});
+    addExample(command, "angle 123.4530 --from packed --to gon");
 }

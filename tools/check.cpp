@@ -62,7 +62,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addCheck(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "check", "Finds what is wrong with files",
         "Standard output: a line FILE,FORMAT,FAULTS for each. Standard error: the faults, \"FILE:LINE: "
         "expected\n...\". Exit code 1 when there is any. Empty files and names that come again get "
@@ -70,6 +70,6 @@ void addCheck(CLI::App& program, ExitCode& exitCode) {
         "Example, in the folder of the sample data:\n"
         "  fieldscan check facade_points.csv image_camera.txt",
         run);
-    options->files.addTo(*command);
-    command->add_flag("--all", options->all, "lists all faults, not only the first 20 of a file");
+    options->files.addTo(command);
+    command.flag("--all", options->all, "lists all faults, not only the first 20 of a file");
 }

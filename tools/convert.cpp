@@ -8,6 +8,7 @@
 
 #include "common/output_file.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/point_rows.h"
 #include "formats/point_stream.h"
 #include "options/file_options.h"
@@ -91,7 +92,7 @@ ExitCode run(const Options& options) {
     for (const auto& [axes, unit] :
          {std::pair(options.fromAxes, options.fromUnit), std::pair(options.toAxes, options.toUnit)})
         if (axes == "mathematical" && unit != "m")
-            throw CLI::ValidationError("units", "expected none: mathematical coordinates are millimetres");
+            throw WrongUse("units", "expected none: mathematical coordinates are millimetres");
     const PagesInTurn pages(options);
     std::optional<OutputFile> file;
     if (options.out != "-")
@@ -140,7 +141,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addConvert(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "convert", "Converts points between formats, code pages, units and axes",
         "IN has lines name,x,y,z: a point, occupied-point or scan result file of either version, or what a\n"
         "spreadsheet writes, with commas, semicolons or tabs, quotation marks, and decimal commas where\n"
@@ -150,19 +151,17 @@ void addConvert(CLI::App& program, ExitCode& exitCode) {
         "Example, in the folder of the sample data:\n"
         "  fieldscan convert facade_points.csv --to-unit ft",
         run);
-    command->add_option("IN", options->in, "a file of points, \"-\" for standard input")->required();
-    command->add_option("OUT", options->out, "the point file to write, \"-\" for standard output")
-        ->capture_default_str();
-    addPageOption(*command, options->fromPage, "--from-page", "code page of IN");
-    addPageOption(*command, options->toPage, "--to-page", "code page of OUT (that of IN)");
-    const CLI::IsMember unit({"m", "ft", "usft"}), axes({"survey", "mathematical"});
-    command->add_option("--from-unit", options->fromUnit, "unit of IN")->capture_default_str()->check(unit);
-    command->add_option("--to-unit", options->toUnit, "unit of OUT")->capture_default_str()->check(unit);
-    command->add_option("--from-axes", options->fromAxes, "axes of IN")->capture_default_str()->check(axes);
-    command->add_option("--to-axes", options->toAxes, "axes of OUT")->capture_default_str()->check(axes);
-    command
-        ->add_option("--separator", options->separator, "of the fields of IN, else what its first row shows")
-        ->check(CLI::IsMember({"comma", "semicolon", "tab"}));
-    command->add_flag("--header", options->header, "the first line of IN holds titles");
-    command->add_flag("--replace", options->replace, "writes ? for characters that the code page lacks");
+    command.option("IN", options->in, "a file of points, \"-\" for standard input").required();
+    command.option("OUT", options->out, "the point file to write, \"-\" for standard output").showsDefault();
+    addPageOption(command, options->fromPage, "--from-page", "code page of IN");
+    addPageOption(command, options->toPage, "--to-page", "code page of OUT (that of IN)");
+    const std::vector<std::string> units = {"m", "ft", "usft"}, axes = {"survey", "mathematical"};
+    command.option("--from-unit", options->fromUnit, "unit of IN").showsDefault().oneOf(units);
+    command.option("--to-unit", options->toUnit, "unit of OUT").showsDefault().oneOf(units);
+    command.option("--from-axes", options->fromAxes, "axes of IN").showsDefault().oneOf(axes);
+    command.option("--to-axes", options->toAxes, "axes of OUT").showsDefault().oneOf(axes);
+    command.option("--separator", options->separator, "of the fields of IN, else what its first row shows")
+        .oneOf({"comma", "semicolon", "tab"});
+    command.flag("--header", options->header, "the first line of IN holds titles");
+    command.flag("--replace", options->replace, "writes ? for characters that the code page lacks");
 }

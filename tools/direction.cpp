@@ -3,6 +3,7 @@
 
 #include "common/angle_units.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/point_stream.h"
 #include "options/file_options.h"
 #include "options/station_options.h"
@@ -17,7 +18,7 @@ struct Options {
 
 ExitCode run(const Options& options) {
     if (!options.station.given())
-        throw CLI::RequiredError("--station or --station-file");
+        throw WrongUse("--station or --station-file is required");
     useCodePage(options.page);
     PointStream stream(options.points);
     const CXYZ station = options.station.station();
@@ -49,7 +50,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addDirection(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "direction", "Computes directions and zenith angles from a station",
         "Standard output: lines name,direction,zenith angle in UTF-8. Coordinates are x north, y east, z "
         "up.\n"
@@ -57,10 +58,10 @@ void addDirection(CLI::App& program, ExitCode& exitCode) {
         "Example, in the folder of the sample data:\n"
         "  fieldscan direction facade_points.csv --station-file facade_station.csv --height 1.5",
         run);
-    command->add_option("POINTS", options->points, "a point, occupied-point or scan result file")->required();
-    options->station.addTo(*command);
-    command->add_option("--unit", options->unit, "of the angles")
-        ->capture_default_str()
-        ->check(CLI::IsMember({"degrees", "gon", "mil", "packed"}));
-    addPageOption(*command, options->page);
+    command.option("POINTS", options->points, "a point, occupied-point or scan result file").required();
+    options->station.addTo(command);
+    command.option("--unit", options->unit, "of the angles")
+        .showsDefault()
+        .oneOf({"degrees", "gon", "mil", "packed"});
+    addPageOption(command, options->page);
 }

@@ -70,11 +70,11 @@ ExitCode run(const ValueOptions& options) {
 }  // namespace
 
 void addDistance(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand<ValueOptions>(
+    auto [command, options] = addSubcommand<ValueOptions>(
         program, exitCode, "distance", "Converts distances between units and the instrument's layout",
         "m, ft (international foot), usft (US survey foot), instrument (iiiiiffff: metres, and tenths of a\n"
         "millimetre, less than 100000 m). Standard output: a distance a line; nothing if a value is wrong.",
         run);
-    options->addTo(*command, {"m", "ft", "usft", "instrument"});
-    addExample(*command, "distance 001234567 --from instrument --to usft");
+    options->addTo(command, {"ft", "instrument", "m", "usft"});
+    addExample(command, "distance 001234567 --from instrument --to usft");
 }

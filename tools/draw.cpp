@@ -46,7 +46,7 @@ std::vector<Residual> residualsOf(const TextFile& file) {
 
 // Why a picture cannot have this name; empty where it can. A name without an end is as the user wants it.
 std::string refusalOf(const std::string& out) {
-    const std::string end = CLI::detail::to_lower(pathOf(out).extension().u8string());
+    const std::string end = lowered(pathOf(out).extension().u8string());
     return end.empty() || end == ".svg" ? ""
                                         : "expected NAME.svg, found \"" + out + "\" (pictures are SVG only)";
 }
@@ -69,28 +69,28 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addDraw(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "draw", "Draws a scan area, or the residuals of helmert",
         "The picture is SVG. Residuals are enlarged; those longer than 3 times their RMS are marked:\n"
         "  fieldscan helmert FROM TO | fieldscan draw - --out residuals.svg",
         run);
-    addExample(*command, "draw @facade_outline.csv --out area.svg");
+    addExample(command, "draw @facade_outline.csv --out area.svg");
     command
-        ->add_option("FILE", options->file,
-                     "a scan-area file, an outline (lines name,horizontal angle,zenith angle,0 in degrees),\n"
-                     "or the output of helmert")
-        ->required();
-    command->add_option("--out", options->out, "the picture, NAME.svg; \"-\" for standard output")
-        ->capture_default_str()
-        ->type_name("FILE")
-        ->check(CLI::Validator(refusalOf, ""));
+        .option("FILE", options->file,
+                "a scan-area file, an outline (lines name,horizontal angle,zenith angle,0 in degrees),\n"
+                "or the output of helmert")
+        .required();
+    command.option("--out", options->out, "the picture, NAME.svg; \"-\" for standard output")
+        .showsDefault()
+        .valueName("FILE")
+        .check(refusalOf);
     command
-        ->add_option("--axes", options->axes,
-                     "of residuals: survey (x upward, y to the right) or mathematical (x to the right)")
-        ->capture_default_str()
-        ->check(CLI::IsMember({"survey", "mathematical"}));
-    command->add_option("--unit", options->view.unit, "of residuals and their coordinates")
-        ->capture_default_str()
-        ->check(CLI::IsMember({"m", "mm", "ft"}));
-    addPageOption(*command, options->page);
+        .option("--axes", options->axes,
+                "of residuals: survey (x upward, y to the right) or mathematical (x to the right)")
+        .showsDefault()
+        .oneOf({"survey", "mathematical"});
+    command.option("--unit", options->view.unit, "of residuals and their coordinates")
+        .showsDefault()
+        .oneOf({"m", "mm", "ft"});
+    addPageOption(command, options->page);
 }

@@ -161,7 +161,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addHelmert(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "helmert",
         "Adjusts a plane similarity or affine transformation between point files",
         "x' = a x - b y + tx, y' = b x + a y + ty, from points of FROM to those of TO with the same name.\n"
@@ -177,15 +177,15 @@ void addHelmert(CLI::App& program, ExitCode& exitCode) {
         "without\n"
         "--out the points go there, and there is no report.",
         run);
-    command->add_option("FROM", options->from, "the points to transform")->required();
-    command->add_option("TO", options->to, "the points they are to fit")->required();
-    command->add_flag("--affine", options->isAffine, "six parameters instead of four");
-    CLI::Option* apply =
-        command->add_option("--apply", options->apply, "transforms these points")->type_name("FILE");
-    command->add_option("--out", options->out, "the transformed points, \"-\" for standard output")
-        ->type_name("FILE")
-        ->capture_default_str()
-        ->needs(apply);
-    addPageOption(*command, options->page);
-    addExample(*command, "helmert @site_points.csv @station_control.csv --apply @site_points.csv");
+    command.option("FROM", options->from, "the points to transform").required();
+    command.option("TO", options->to, "the points they are to fit").required();
+    command.flag("--affine", options->isAffine, "six parameters instead of four");
+    const Option apply =
+        command.option("--apply", options->apply, "transforms these points").valueName("FILE");
+    command.option("--out", options->out, "the transformed points, \"-\" for standard output")
+        .valueName("FILE")
+        .showsDefault()
+        .needs(apply);
+    addPageOption(command, options->page);
+    addExample(command, "helmert @site_points.csv @station_control.csv --apply @site_points.csv");
 }

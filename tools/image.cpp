@@ -175,26 +175,22 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addImage(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "image", "Compares points measured in an image with the projected object",
         "Files that are not named are those of the sample. Standard output: what was read, found and "
         "written.\n"
         "DIR gets photo_coordinates.csv, projected_points.txt and image_measurement.svg.",
         run);
-    command->add_option(
-        "CAMERA", options->camera,
-        "a camera file: focal length, principal point, distortion, pixel pitch, fiducial marks");
-    command->add_option(
-        "IMAGE_POINTS", options->imagePoints,
-        "an image-coordinate file: image name, width and height, count, lines \"name x y\" in\n"
-        "pixels; a point with the name of a fiducial mark is that mark");
-    command->add_option(
-        "OBJECT_POINTS", options->objectPoints,
-        "lines \"name,x,y,z\" in metres: x east, y north, z up. Those that are measured too are\n"
-        "control points, the others new points");
-    command->add_option(
-        "ORIENTATION", options->orientation,
-        "an exterior orientation file, or two lines: \"name,x,y,z\", the projection centre, and\n"
-        "\"name,omega,phi,kappa\" in degrees; kappa is the first rotation");
-    addFolderOption(*command, options->out);
+    command.option("CAMERA", options->camera,
+                   "a camera file: focal length, principal point, distortion, pixel pitch, fiducial marks");
+    command.option("IMAGE_POINTS", options->imagePoints,
+                   "an image-coordinate file: image name, width and height, count, lines \"name x y\" in\n"
+                   "pixels; a point with the name of a fiducial mark is that mark");
+    command.option("OBJECT_POINTS", options->objectPoints,
+                   "lines \"name,x,y,z\" in metres: x east, y north, z up. Those that are measured too are\n"
+                   "control points, the others new points");
+    command.option("ORIENTATION", options->orientation,
+                   "an exterior orientation file, or two lines: \"name,x,y,z\", the projection centre, and\n"
+                   "\"name,omega,phi,kappa\" in degrees; kappa is the first rotation");
+    addFolderOption(command, options->out);
 }

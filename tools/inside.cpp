@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/point_stream.h"
 #include "options/file_options.h"
 #include "options/station_options.h"
@@ -41,7 +42,7 @@ std::string placesOf(const ScanJob& job, const PointBlock& block, std::vector<Si
 
 ExitCode run(const Options& options) {
     if (options.station.isHeightOnly())
-        throw CLI::RequiredError("--station or --station-file (for --height)");
+        throw WrongUse("--station or --station-file (for --height) is required");
     useCodePage(options.page);
     ScanJob job;
     readArea(TextFile(options.area), job, true);
@@ -78,7 +79,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addInside(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] =
+    auto [command, options] =
         addSubcommand(program, exitCode, "inside", "Finds the points inside the outline of a scan area",
                       "Standard output: lines name,inside or name,outside in UTF-8; name,at station straight "
                       "above or below\n"
@@ -88,15 +89,15 @@ void addInside(CLI::App& program, ExitCode& exitCode) {
                       "facade_station.csv --height 1.5",
                       run);
     command
-        ->add_option("AREA", options->area,
-                     "a scan-area file of the second version, or an outline: lines\n"
-                     "name,horizontal angle,zenith angle,0 in degrees")
-        ->required();
+        .option("AREA", options->area,
+                "a scan-area file of the second version, or an outline: lines\n"
+                "name,horizontal angle,zenith angle,0 in degrees")
+        .required();
     command
-        ->add_option("POINTS", options->points,
-                     "with a station points (x north, y east, z up), without one directions: lines like\n"
-                     "those of an outline")
-        ->required();
-    options->station.addTo(*command);
-    addPageOption(*command, options->page);
+        .option("POINTS", options->points,
+                "with a station points (x north, y east, z up), without one directions: lines like\n"
+                "those of an outline")
+        .required();
+    options->station.addTo(command);
+    addPageOption(command, options->page);
 }

@@ -1,11 +1,13 @@
 // The program fieldscan: the library's files and computations at a desk. Reads the command line by CLI11 and
 // turns every outcome into an exit code.
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <iostream>
 
 #include "common/command_line.h"
+#include "common/wrong_use.h"
 #include "subcommands.h"
 
 int main(int argc, char** argv) {
@@ -32,6 +34,9 @@ int main(int argc, char** argv) {
                 throw CLI::RequiredError("SUBCOMMAND");
         } catch (const CLI::ParseError& error) {
             exitCode = program.exit(error) == 0 ? kFine : kWrongUse;
+        } catch (const WrongUse& error) {
+            program.exit(CLI::ValidationError(error.what()));
+            exitCode = kWrongUse;
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());

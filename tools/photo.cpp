@@ -31,21 +31,21 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addPhoto(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] =
+    auto [command, options] =
         addSubcommand(program, exitCode, "photo", "Converts pixels of an image to photo coordinates",
                       "Standard output: lines name,x,y,0 in millimetres from the principal point, x to the "
                       "right, y upward,\n"
                       "without lens distortion.",
                       run);
-    addExample(*command, "photo @image_camera.txt @image_points.txt");
-    command->add_option("CAMERA", options->camera, "a camera file")->required();
+    addExample(command, "photo @image_camera.txt @image_points.txt");
+    command.option("CAMERA", options->camera, "a camera file").required();
     command
-        ->add_option("IMAGE_POINTS", options->imagePoints,
-                     "an image-coordinate file, or lines name,x,y,0 in pixels; points with the name of a\n"
-                     "fiducial mark of the camera are these marks")
-        ->required();
-    command->add_option("--out", options->out, "the point file to write, \"-\" for standard output")
-        ->type_name("FILE")
-        ->capture_default_str();
-    addPageOption(*command, options->page);
+        .option("IMAGE_POINTS", options->imagePoints,
+                "an image-coordinate file, or lines name,x,y,0 in pixels; points with the name of a\n"
+                "fiducial mark of the camera are these marks")
+        .required();
+    command.option("--out", options->out, "the point file to write, \"-\" for standard output")
+        .valueName("FILE")
+        .showsDefault();
+    addPageOption(command, options->page);
 }

@@ -7,6 +7,7 @@
 #include "common/angles.h"
 #include "common/files.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "options/example.h"
 #include "options/file_options.h"
 #include "options/number_options.h"
@@ -39,10 +40,9 @@ void setCorners(const std::vector<double>& corners, ScanJob& job) {
     double width = corners[2] - left;
     width -= 360.0 * std::floor(width / 360.0);
     if (width < kLeastWidth || top < 0.0 || top >= bottom || bottom > 180.0)
-        throw CLI::ValidationError(
-            "--corners",
-            "expected the right one 0.01 degrees or more from the left one, and zenith "
-            "angles from 0 to 180, the top before the bottom (--panorama: full circle)");
+        throw WrongUse("--corners",
+                       "expected the right one 0.01 degrees or more from the left one, and zenith "
+                       "angles from 0 to 180, the top before the bottom (--panorama: full circle)");
     const int edges = static_cast<int>(std::ceil(width / kLongestEdge));
     for (int i = 0; i <= edges; ++i)
         addVertex(job.area, left + width * i / edges, top);
@@ -52,7 +52,7 @@ void setCorners(const std::vector<double>& corners, ScanJob& job) {
 
 void setFullCircle(const std::vector<double>& panorama, ScanJob& job) {
     if (job.area.SetFullCircle(panorama[0] * kRadiansPerDegree, panorama[1] * kRadiansPerDegree) != 1)
-        throw CLI::ValidationError("--panorama", "expected the top before the bottom");
+        throw WrongUse("--panorama", "expected the top before the bottom");
 }
 
 void readOrSetArea(const Options& options, ScanJob& job) {
@@ -79,8 +79,8 @@ Grid gridOf(const Options& options, const ScanJob& job) {
         rows = std::ceil((job.height() - kRounding) / stepY) + 1.0;
     }
     if (columns * rows > kMostShots)
-        throw CLI::ValidationError(
-            "the grid", format("expected up to %.0f shots, found %.0f x %.0f", kMostShots, columns, rows));
+        throw WrongUse("the grid",
+                       format("expected up to %.0f shots, found %.0f x %.0f", kMostShots, columns, rows));
     return {static_cast<int>(columns), static_cast<int>(rows)};
 }
 
@@ -108,9 +108,9 @@ void printPlan(const ScanJob& job, const Options& options, double difference) {
 void requireOneOf(bool first, bool second, bool third, const char* words) {
     const int given = (first ? 1 : 0) + (second ? 1 : 0) + (third ? 1 : 0);
     if (given == 0)
-        throw CLI::RequiredError(words);
+        throw WrongUse(std::string(words) + " is required");
     if (given > 1)
-        throw CLI::ValidationError(words, "expected one of them only");
+        throw WrongUse(words, "expected one of them only");
 }
 
 ExitCode run(const Options& options) {
@@ -119,10 +119,10 @@ ExitCode run(const Options& options) {
     const bool counted = options.columns > 0 || options.rows > 0;
     requireOneOf(counted, !options.step.empty(), false, "--columns and --rows, or --step");
     if (counted && (options.columns == 0 || options.rows == 0))
-        throw CLI::RequiredError("--columns and --rows, both of them");
+        throw WrongUse("--columns and --rows, both of them is required");
     std::error_code ignored;
     if (fs::equivalent(pathOf(options.outline), pathOf(options.out), ignored))
-        throw CLI::ValidationError("--out", "expected another file than the outline");
+        throw WrongUse("--out", "expected another file than the outline");
     useCodePage(options.page);
     ScanJob job;
     readOrSetArea(options, job);
@@ -135,7 +135,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addPlan(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "plan", "Plans the shots over an area, as a scan-area file",
         "The outermost shots are at the corners of the area; those of a full circle are on a ring, at equal\n"
         "steps. Standard output, in degrees, horizontal before zenith angles: corners (left, top, right, "
@@ -145,31 +145,29 @@ void addPlan(CLI::App& program, ExitCode& exitCode) {
         "  fieldscan plan --corners 350,80.5,20,100.25 --columns 3 --rows 2 --version 1 --out area.txt\n"
         "  fieldscan plan --panorama 60,110 --step 20,16 --out area.txt",
         run);
-    addExample(*command, "plan @facade_outline.csv --step 15 --out area.txt");
+    addExample(command, "plan @facade_outline.csv --step 15 --out area.txt");
     const double kTurn = 360.0;
-    command->add_option("OUTLINE", options->outline,
-                        "an outline (lines name,horizontal angle,zenith angle,0 in degrees), or a scan-area\n"
-                        "file of the second version");
-    addNumbersOption(*command, "--corners", options->corners,
+    command.option("OUTLINE", options->outline,
+                   "an outline (lines name,horizontal angle,zenith angle,0 in degrees), or a scan-area\n"
+                   "file of the second version");
+    addNumbersOption(command, "--corners", options->corners,
                      {4, 4, -kTurn, kTurn, "four angles LEFT,TOP,RIGHT,BOTTOM up to 360"},
                      "of a rectangle instead, from left to right also across zero")
-        ->type_name("LEFT,TOP,RIGHT,BOTTOM");
-    addNumbersOption(*command, "--panorama", options->panorama,
+        .valueName("LEFT,TOP,RIGHT,BOTTOM");
+    addNumbersOption(command, "--panorama", options->panorama,
                      {2, 2, 0.0, 180.0, "two zenith angles TOP,BOTTOM from 0 to 180"},
                      "the full circle instead, between two zenith angles")
-        ->type_name("TOP,BOTTOM");
-    const CLI::Range counts(1, static_cast<int>(kMostShots));
-    command->add_option("--columns", options->columns, "of shots")->type_name("N")->check(counts);
-    command->add_option("--rows", options->rows, "of shots")->type_name("N")->check(counts);
-    addNumbersOption(*command, "--step", options->step,
+        .valueName("TOP,BOTTOM");
+    const int most = static_cast<int>(kMostShots);
+    command.option("--columns", options->columns, "of shots").valueName("N").between(1, most);
+    command.option("--rows", options->rows, "of shots").valueName("N").between(1, most);
+    addNumbersOption(command, "--step", options->step,
                      {1, 2, 0.001, kTurn, "one or two steps H,V from 0.001 to 360"},
                      "degrees between neighbours, at most: horizontal and vertical, or one for both")
-        ->type_name("H[,V]");
-    command
-        ->add_option("--version", options->version, "of the file; the first has no outline, but six decimals")
-        ->capture_default_str()
-        ->type_name("1|2")
-        ->check(CLI::IsMember({1, 2}).description(""));
-    command->add_option("--out", options->out, "the scan-area file to write")->type_name("FILE")->required();
-    addPageOption(*command, options->page);
+        .valueName("H[,V]");
+    command.option("--version", options->version, "of the file; the first has no outline, but six decimals")
+        .showsDefault()
+        .oneOf({1, 2}, "1|2");
+    command.option("--out", options->out, "the scan-area file to write").valueName("FILE").required();
+    addPageOption(command, options->page);
 }

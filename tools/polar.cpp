@@ -8,6 +8,7 @@
 #include "common/point_output.h"
 #include "common/points.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/checked_files.h"
 #include "formats/observation_lines.h"
 #include "options/example.h"
@@ -119,7 +120,7 @@ CXYZ backsightPoint(const Options& options) {
 double angleOption(const char* name, const std::string& text, const std::string& unit) {
     const auto degrees = degreesOf(text, unit);
     if (!degrees)
-        throw CLI::ValidationError(name, "expected " + expectedAngle(unit) + ", found \"" + text + "\"");
+        throw WrongUse(name, "expected " + expectedAngle(unit) + ", found \"" + text + "\"");
     return *degrees;
 }
 
@@ -169,14 +170,14 @@ CXYZ pointOf(const Options& options, const TextFile& file, const Reading& r, con
 
 ExitCode run(const Options& options) {
     if (!options.station.given())
-        throw CLI::RequiredError("--station or --station-file");
+        throw WrongUse("--station or --station-file is required");
     if (options.orientation.empty() && options.backsight.empty())
-        throw CLI::RequiredError("--orientation or --backsight");
+        throw WrongUse("--orientation or --backsight is required");
     const bool isNamed = !options.backsight.empty() && !isNumberPair(options.backsight);
     if (isNamed && options.known.empty())
-        throw CLI::RequiredError("--known (for a back sight by name)");
+        throw WrongUse("--known (for a back sight by name) is required");
     if (!options.backsight.empty() && !isNamed && options.reading.empty())
-        throw CLI::RequiredError("--reading (for a back sight by coordinates)");
+        throw WrongUse("--reading (for a back sight by coordinates) is required");
     useCodePage(options.page);
     const TextFile file(options.observations);
     const std::vector<Target> targets = readTargets(file, options.unit);
@@ -203,7 +204,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addPolar(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "polar", "Computes coordinates from directions, zenith angles and distances",
         "The result is a point file in the code page of the files, x north, y east, z up, rounded to 0.1 "
         "mm.\n"
@@ -212,33 +213,31 @@ void addPolar(CLI::App& program, ExitCode& exitCode) {
         "fault. Of the back sight OBSERVATIONS may have only name,direction.",
         run);
     command
-        ->add_option("OBSERVATIONS", options->observations,
-                     "lines name,direction,zenith angle,distance, or these and the target's height")
-        ->required();
-    options->station.addTo(*command);
-    addNumberOption(*command, "--target-height", options->targetHeight, Sign::any,
+        .option("OBSERVATIONS", options->observations,
+                "lines name,direction,zenith angle,distance, or these and the target's height")
+        .required();
+    options->station.addTo(command);
+    addNumberOption(command, "--target-height", options->targetHeight, Sign::any,
                     "of targets whose line has none");
-    CLI::Option* orientation =
-        command->add_option("--orientation", options->orientation, "azimuth of the zero direction")
-            ->type_name("ANGLE");
-    CLI::Option* backsight =
-        command->add_option("--backsight", options->backsight, "a point of --known, or its coordinates")
-            ->type_name("NAME|X,Y")
-            ->excludes(orientation);
-    command->add_option("--known", options->known, "the point file with the back sight")
-        ->type_name("FILE")
-        ->needs(backsight);
-    command
-        ->add_option("--reading", options->reading, "direction to the back sight, else that of OBSERVATIONS")
-        ->type_name("ANGLE")
-        ->needs(backsight);
-    command->add_flag("--horizontal", options->isHorizontal, "distances are horizontal, not along the slope");
-    addAngleUnitOption(*command, options->unit);
-    command->add_option("--out", options->out, "the point file, \"-\" for standard output")
-        ->capture_default_str();
-    addPageOption(*command, options->page);
+    const Option orientation =
+        command.option("--orientation", options->orientation, "azimuth of the zero direction")
+            .valueName("ANGLE");
+    const Option backsight =
+        command.option("--backsight", options->backsight, "a point of --known, or its coordinates")
+            .valueName("NAME|X,Y")
+            .excludes(orientation);
+    command.option("--known", options->known, "the point file with the back sight")
+        .valueName("FILE")
+        .needs(backsight);
+    command.option("--reading", options->reading, "direction to the back sight, else that of OBSERVATIONS")
+        .valueName("ANGLE")
+        .needs(backsight);
+    command.flag("--horizontal", options->isHorizontal, "distances are horizontal, not along the slope");
+    addAngleUnitOption(command, options->unit);
+    command.option("--out", options->out, "the point file, \"-\" for standard output").showsDefault();
+    addPageOption(command, options->page);
     addExample(
-        *command,
+        command,
         "polar @polar_observations.txt --station-file @polar_station.csv --height 1.52 --target-height 1.6 "
         "--backsight T11 --known @station_control.csv --unit packed");
 }

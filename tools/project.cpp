@@ -4,6 +4,7 @@
 
 #include "common/point_output.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/checked_files.h"
 #include "image/image_input.h"
 #include "options/example.h"
@@ -21,7 +22,7 @@ void orientInside(const Options& options, Measurement& m) {
     if (m.image.camera.innType == 0)
         return;
     if (options.marks.empty())
-        throw CLI::RequiredError("--marks (the camera has fiducial marks)");
+        throw WrongUse("--marks (the camera has fiducial marks) is required");
     const TextFile file(options.marks);
     readCheckedImagePoints(file, m);
     try {
@@ -64,31 +65,29 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addProject(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "project", "Projects points of the object into an image",
         "Standard output: lines name,x,y,0 in pixels, y downward, also beyond the edges of the image. Points "
         "that\n"
         "cannot be seen are left out and named on standard error.",
         run);
-    addExample(*command,
+    addExample(command,
                "project @image_camera.txt @image_orientation.csv @image_object_points.csv --marks "
                "@image_points.txt");
-    command->add_option("CAMERA", options->camera, "a camera file")->required();
+    command.option("CAMERA", options->camera, "a camera file").required();
     command
-        ->add_option("ORIENTATION", options->orientation,
-                     "an exterior orientation file, or two lines: name,x,y,z, the projection centre, and\n"
-                     "name,omega,phi,kappa in degrees; kappa is the first rotation")
-        ->required();
+        .option("ORIENTATION", options->orientation,
+                "an exterior orientation file, or two lines: name,x,y,z, the projection centre, and\n"
+                "name,omega,phi,kappa in degrees; kappa is the first rotation")
+        .required();
+    command.option("OBJECT_POINTS", options->objectPoints, "a point file in metres: x east, y north, z up")
+        .required();
     command
-        ->add_option("OBJECT_POINTS", options->objectPoints, "a point file in metres: x east, y north, z up")
-        ->required();
-    command
-        ->add_option(
-            "--marks", options->marks,
-            "the measured fiducial marks, as IMAGE_POINTS of photo; required where the camera has any")
-        ->type_name("FILE");
-    command->add_option("--out", options->out, "the point file to write, \"-\" for standard output")
-        ->type_name("FILE")
-        ->capture_default_str();
-    addPageOption(*command, options->page);
+        .option("--marks", options->marks,
+                "the measured fiducial marks, as IMAGE_POINTS of photo; required where the camera has any")
+        .valueName("FILE");
+    command.option("--out", options->out, "the point file to write, \"-\" for standard output")
+        .valueName("FILE")
+        .showsDefault();
+    addPageOption(command, options->page);
 }

@@ -8,6 +8,7 @@
 #include "common/angle_units.h"
 #include "common/angles.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/checked_files.h"
 #include "formats/observation_lines.h"
 #include "options/example.h"
@@ -73,7 +74,7 @@ std::optional<Place> placeNear(const std::string& text) {
         return std::nullopt;
     const auto fields = fieldsOf(text);
     if (fields.size() != 2 || !numberOf(fields[0]) || !numberOf(fields[1]))
-        throw CLI::ValidationError("--near", "expected two numbers X,Y, found \"" + text + "\"");
+        throw WrongUse("--near", "expected two numbers X,Y, found \"" + text + "\"");
     return Place{*numberOf(fields[0]), *numberOf(fields[1])};
 }
 
@@ -181,7 +182,7 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addResect(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "resect", "Computes a station from directions and distances to known points",
         "Distances are horizontal. Standard output:\n"
         "  x, y                 value and standard deviation\n"
@@ -197,18 +198,17 @@ void addResect(CLI::App& program, ExitCode& exitCode) {
         "                       number; and \"largest\" after the largest W\n"
         "Standard deviations follow from --sigma-direction and --sigma-distance.",
         run);
-    command->add_option("KNOWN", options->known, "the point file with the targets: x north, y east")
-        ->required();
+    command.option("KNOWN", options->known, "the point file with the targets: x north, y east").required();
     command
-        ->add_option("OBSERVATIONS", options->observations,
-                     "lines name,direction or name,direction,distance; directions may be empty")
-        ->required();
-    addNumberOption(*command, "--sigma-direction", options->directionSigma, Sign::positive,
+        .option("OBSERVATIONS", options->observations,
+                "lines name,direction or name,direction,distance; directions may be empty")
+        .required();
+    addNumberOption(command, "--sigma-direction", options->directionSigma, Sign::positive,
                     "standard deviation of a direction, seconds of arc");
-    addNumberOption(*command, "--sigma-distance", options->distanceSigma, Sign::positive,
+    addNumberOption(command, "--sigma-distance", options->distanceSigma, Sign::positive,
                     "standard deviation of a distance, metres");
-    command->add_option("--near", options->nearTo, "chooses where two stations fit")->type_name("X,Y");
-    addAngleUnitOption(*command, options->unit);
-    addPageOption(*command, options->page);
-    addExample(*command, "resect @station_control.csv @station_observations.txt --unit packed");
+    command.option("--near", options->nearTo, "chooses where two stations fit").valueName("X,Y");
+    addAngleUnitOption(command, options->unit);
+    addPageOption(command, options->page);
+    addExample(command, "resect @station_control.csv @station_observations.txt --unit packed");
 }

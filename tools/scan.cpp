@@ -10,6 +10,7 @@
 #include "common/points.h"
 #include "common/progress.h"
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "options/file_options.h"
 #include "options/station_options.h"
 #include "pictures/scan_picture.h"
@@ -33,7 +34,7 @@ struct InputFiles {
         std::string stationFile = options.station, pointFile = options.points;
         if (options.stationCoordinates) {  // the second file then holds the points
             if (!pointFile.empty())
-                throw CLI::ExtrasError({pointFile});
+                throw WrongUse("The following argument was not expected: " + pointFile);
             std::swap(stationFile, pointFile);
         }
         outline = fileOrSample(options.outline, "facade_outline.csv");
@@ -140,19 +141,19 @@ ExitCode run(const Options& options) {
 }  // namespace
 
 void addScan(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, options] = addSubcommand(
+    auto [command, options] = addSubcommand(
         program, exitCode, "scan", "Finds the points inside an outlined area, records and draws them",
         "Files that are not named are those of the sample. Standard output: what was read, found and "
         "written.\n"
         "DIR gets scan_area.txt, points_inside.csv and scan_job.svg.",
         run);
-    command->add_option("OUTLINE", options->outline,
-                        "lines \"name,horizontal angle,zenith angle,0\" in degrees; a full circle goes from\n"
-                        "0 to 359.9999");
-    command->add_option("STATION", options->station,
-                        "lines \"name,x,y,z\", of which the first counts; left out where --station is given");
-    command->add_option("POINTS", options->points, "lines \"name,x,y,z\": x north, y east, z up");
-    addStationOption(*command, options->stationCoordinates);
-    addHeightOption(*command, options->instrumentHeight);
-    addFolderOption(*command, options->out);
+    command.option("OUTLINE", options->outline,
+                   "lines \"name,horizontal angle,zenith angle,0\" in degrees; a full circle goes from\n"
+                   "0 to 359.9999");
+    command.option("STATION", options->station,
+                   "lines \"name,x,y,z\", of which the first counts; left out where --station is given");
+    command.option("POINTS", options->points, "lines \"name,x,y,z\": x north, y east, z up");
+    addStationOption(command, options->stationCoordinates);
+    addHeightOption(command, options->instrumentHeight);
+    addFolderOption(command, options->out);
 }

@@ -137,12 +137,12 @@ ExitCode run(const FileListOptions& files) {
 }  // namespace
 
 void addShow(CLI::App& program, ExitCode& exitCode) {
-    const auto [command, files] = addSubcommand(
+    auto [command, files] = addSubcommand(
         program, exitCode, "show", "Says what files are and what they hold",
         "Standard output: lines \"key: value\" in UTF-8, \"file\" first. x, y, z are the smallest and the\n"
         "largest of the points; angles are horizontal and zenith angle.\n"
         "Example, in the folder of the sample data:\n"
         "  fieldscan show facade_points.csv facade_outline.csv",
         run);
-    files->addTo(*command);
+    files->addTo(command);
 }

@@ -4,23 +4,23 @@
 #ifndef TOOLS_SUBCOMMANDS_H
 #define TOOLS_SUBCOMMANDS_H
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <utility>
+
+#include "options/command.h"
 
 enum ExitCode { kFine = 0, kDataAreWrong = 1, kWrongUse = 2 };
 
 // Adds a subcommand whose function `run` gets its options and returns the exit code. The options to be filled
-// live as long as the subcommand. `run` may throw CLI::ParseError, which is wrong use, and std::runtime_error
-// with a text for the operator, which means wrong data.
+// live as long as the subcommand. `run` may throw WrongUse, and std::runtime_error with a text
+// for the operator, which means wrong data.
 template <class Options>
-std::pair<CLI::App*, Options*> addSubcommand(CLI::App& program, ExitCode& exitCode, const char* name,
-                                             const char* summary, const char* details,
-                                             ExitCode (*run)(const Options&)) {
+std::pair<Command, Options*> addSubcommand(CLI::App& program, ExitCode& exitCode, const char* name,
+                                           const char* summary, const char* details,
+                                           ExitCode (*run)(const Options&)) {
     const auto options = std::make_shared<Options>();
-    CLI::App* command = program.add_subcommand(name, summary);
-    command->footer(details);
-    command->callback([options, run, &exitCode] { exitCode = run(*options); });
+    const Command command(program, name, summary, details,
+                          [options, run, &exitCode] { exitCode = run(*options); });
     return {command, options.get()};
 }
 

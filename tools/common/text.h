@@ -19,6 +19,9 @@ std::string fixedText(double value, int decimals);
 // Appends the number as "%.Nf" has it. Several times as fast, which files of millions of points need.
 void addFixed(std::string& text, double value, int decimals);
 
+// The text with small letters for A to Z.
+std::string lowered(std::string text);
+
 int lettersIn(const std::string& text);
 // The text, filled with blanks up to so many letters; %-*s would count bytes.
 std::string padded(std::string text, int letters);

@@ -1,7 +1,6 @@
 // Files by std::ifstream, standard input by the system's read, which returns what a pipe has.
 #include "formats/line_reader.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
@@ -9,6 +8,7 @@
 
 #include "common/data_error.h"
 #include "common/files.h"
+#include "common/wrong_use.h"
 
 #if defined(_WIN32)
 #include <io.h>
@@ -53,7 +53,7 @@ LineReader::LineReader(const std::string& argument) : m_name(argument), m_isInpu
     if (m_isInput) {
         static bool isTaken = false;
         if (std::exchange(isTaken, true))
-            throw CLI::ValidationError("-", "standard input gives one file only");
+            throw WrongUse("-", "standard input gives one file only");
         m_name = "(standard input)";
         return;
     }

@@ -8,7 +8,7 @@
 
 class LineReader {
 public:
-    // "-" is standard input. Throws DataError, and CLI::ValidationError for a second "-".
+    // "-" is standard input. Throws DataError, and WrongUse for a second "-".
     explicit LineReader(const std::string& argument);
 
     // The next line with its line feed, which the last one may lack; valid until the next call. False at the

@@ -15,7 +15,7 @@
 
 class TextFile {
 public:
-    // "-" is standard input. Throws DataError, and CLI::ValidationError for a second "-".
+    // "-" is standard input. Throws DataError, and WrongUse for a second "-".
     explicit TextFile(const std::string& argument);
 
     const std::string& name() const { return m_name; }

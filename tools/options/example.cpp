@@ -18,8 +18,8 @@ std::string sample(const std::string& name) {
 
 }  // namespace
 
-void addExample(CLI::App& command, const std::string& words) {
-    command.footer([words] {
+void addExample(Command& command, const std::string& words) {
+    command.addToHelp([words] {
         std::string line = "Example: fieldscan";
         for (const std::string_view word : wordsOf(words))
             line += " " + (word[0] == '@' ? sample(std::string(word.substr(1))) : std::string(word));

@@ -2,11 +2,12 @@
 #ifndef TOOLS_OPTIONS_EXAMPLE_H
 #define TOOLS_OPTIONS_EXAMPLE_H
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+#include "options/command.h"
 
 // Adds "Example: fieldscan WORDS" to the help. Words that begin with @ are files of the sample data; the help
 // has their place on this computer, so that the line runs as it stands.
-void addExample(CLI::App& command, const std::string& words);
+void addExample(Command& command, const std::string& words);
 
 #endif

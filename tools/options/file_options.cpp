@@ -5,7 +5,11 @@
 #include <cstdlib>
 #include <map>
 
-void addPageOption(CLI::App& command, std::string& page, const char* name, const char* help) {
+#include "common/data_error.h"
+#include "common/text.h"
+#include "common/wrong_use.h"
+
+void addPageOption(Command& command, std::string& page, const char* name, const char* help) {
     // The library takes a name it does not know for UTF-8, so only these are passed on.
     static const std::map<std::string, std::string> pages = {
         {"932", "CP932"},           {"cp932", "CP932"},       {"shift_jis", "CP932"},
@@ -16,42 +20,42 @@ void addPageOption(CLI::App& command, std::string& page, const char* name, const
         {"latin1", "LATIN1"},       {"iso-8859-1", "LATIN1"}, {"cp28591", "LATIN1"},
         {"28591", "LATIN1"}};
     command
-        .add_option_function<std::string>(
+        .option(
             name,
             [&page](const std::string& text) {
-                const auto known = pages.find(CLI::detail::to_lower(text));
+                const auto known = pages.find(lowered(text));
                 if (known == pages.end())
-                    throw CLI::ValidationError("\"" + text + "\"", "expected 932, 1252, UTF-8 or Latin-1");
+                    throw WrongUse("\"" + text + "\"", "expected 932, 1252, UTF-8 or Latin-1");
                 page = known->second;
             },
             help)
-        ->type_name("932|1252|UTF-8|Latin-1");
+        .valueName("932|1252|UTF-8|Latin-1");
 }
 
 void useCodePage(const std::string& page) {
     if (page.empty())
         return;
 #if defined(_WIN32)
-    throw CLI::ValidationError("code page", "on Windows it is that of the system");
+    throw WrongUse("code page", "on Windows it is that of the system");
 #else
     setenv("FIELDSCAN_ANSI_CODEPAGE", page.c_str(), 1);
 #endif
 }
 
-void addFolderOption(CLI::App& command, std::string& folder) {
-    command.add_option("--out", folder, "the folder for what is written")
-        ->type_name("DIR")
-        ->capture_default_str();
+void addFolderOption(Command& command, std::string& folder) {
+    command.option("--out", folder, "the folder for what is written").valueName("DIR").showsDefault();
 }
 
-void FileListOptions::addTo(CLI::App& command) {
-    command.add_option("FILE", names, "files of the application")->required();
-    std::string formats;
-    for (const auto& [name, format] : kFormats)
-        formats += (formats.empty() ? "" : ", ") + name;
-    command.add_option("--as", as, "the format, where the content does not show it:\n" + formats)
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember(&kFormats).description(""));
+void FileListOptions::addTo(Command& command) {
+    command.option("FILE", names, "files of the application").required();
+    std::vector<std::string> formats;
+    std::string list;
+    for (const auto& [name, format] : kFormats) {
+        formats.push_back(name);
+        list += (list.empty() ? "" : ", ") + name;
+    }
+    command.option("--as", as, "the format, where the content does not show it:\n" + list)
+        .oneOf(formats, "FORMAT");
     addPageOption(command, page);
 }
 

@@ -1,26 +1,23 @@
-// A wrong number is wrong use: CLI::ValidationError.
+// A wrong number is WrongUse.
 #include "options/number_options.h"
 
 #include "common/text.h"
+#include "common/wrong_use.h"
 #include "formats/fields.h"
 
-CLI::Option* addNumberOption(CLI::App& command, const char* name, double& value, Sign sign,
-                             const char* help) {
+Option addNumberOption(Command& command, const char* name, double& value, Sign sign, const char* help) {
     const auto take = [&value, name, sign](const std::string& text) {
         const auto number = numberOf(text);
         if (!number || (sign == Sign::positive && *number <= 0.0))
-            throw CLI::ValidationError(name, std::string("expected a number") +
-                                                 (sign == Sign::positive ? " above 0" : "") + ", found \"" +
-                                                 text + "\"");
+            throw WrongUse(name, std::string("expected a number") +
+                                     (sign == Sign::positive ? " above 0" : "") + ", found \"" + text + "\"");
         value = *number;
     };
-    return command.add_option_function<std::string>(name, take, help)
-        ->type_name("NUMBER")
-        ->default_str(format("%g", value));
+    return command.option(name, take, help).valueName("NUMBER").showsDefault(format("%g", value));
 }
 
-CLI::Option* addNumbersOption(CLI::App& command, const char* name, std::vector<double>& numbers,
-                              const NumberList& list, const char* help) {
+Option addNumbersOption(Command& command, const char* name, std::vector<double>& numbers,
+                        const NumberList& list, const char* help) {
     const auto take = [=, &numbers](const std::string& text) {
         numbers.clear();
         bool good = true;
@@ -30,14 +27,11 @@ CLI::Option* addNumbersOption(CLI::App& command, const char* name, std::vector<d
             numbers.push_back(number.value_or(0.0));
         }
         if (!good || numbers.size() < list.least || numbers.size() > list.most)
-            throw CLI::ValidationError(name,
-                                       std::string("expected ") + list.expected + ", found \"" + text + "\"");
+            throw WrongUse(name, std::string("expected ") + list.expected + ", found \"" + text + "\"");
     };
-    return command.add_option_function<std::string>(name, take, help);
+    return command.option(name, take, help);
 }
 
-void addAngleUnitOption(CLI::App& command, std::string& unit) {
-    command.add_option("--unit", unit, "of the angles")
-        ->capture_default_str()
-        ->check(CLI::IsMember({"degrees", "gon", "mil", "packed"}));
+void addAngleUnitOption(Command& command, std::string& unit) {
+    command.option("--unit", unit, "of the angles").showsDefault().oneOf({"degrees", "gon", "mil", "packed"});
 }

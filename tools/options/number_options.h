@@ -3,14 +3,15 @@
 #ifndef TOOLS_OPTIONS_NUMBER_OPTIONS_H
 #define TOOLS_OPTIONS_NUMBER_OPTIONS_H
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
+
+#include "options/command.h"
 
 enum class Sign { any, positive };
 
 // What `value` holds before is the default.
-CLI::Option* addNumberOption(CLI::App& command, const char* name, double& value, Sign sign, const char* help);
+Option addNumberOption(Command& command, const char* name, double& value, Sign sign, const char* help);
 
 // How many numbers an option takes, between commas, and their range.
 struct NumberList {
@@ -19,10 +20,10 @@ struct NumberList {
     const char* expected;  // for messages: "two zenith angles TOP,BOTTOM from 0 to 180"
 };
 
-CLI::Option* addNumbersOption(CLI::App& command, const char* name, std::vector<double>& numbers,
-                              const NumberList& list, const char* help);
+Option addNumbersOption(Command& command, const char* name, std::vector<double>& numbers,
+                        const NumberList& list, const char* help);
 
 // Adds --unit of angles, one of degrees, gon, mil and packed.
-void addAngleUnitOption(CLI::App& command, std::string& unit);
+void addAngleUnitOption(Command& command, std::string& unit);
 
 #endif

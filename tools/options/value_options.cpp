@@ -3,14 +3,14 @@
 
 #include <cstdio>
 
+#include "common/data_error.h"
+#include "common/wrong_use.h"
 #include "formats/text_file.h"
 
-void ValueOptions::addTo(CLI::App& command, const std::set<std::string>& units) {
-    command.add_option("VALUE", values, "else lines of standard input; after \"--\" if one is negative");
-    command.add_option("--from", from, "unit or layout of the values")
-        ->required()
-        ->check(CLI::IsMember(units));
-    command.add_option("--to", to, "unit or layout to convert to")->required()->check(CLI::IsMember(units));
+void ValueOptions::addTo(Command& command, const std::vector<std::string>& units) {
+    command.option("VALUE", values, "else lines of standard input; after \"--\" if one is negative");
+    command.option("--from", from, "unit or layout of the values").required().oneOf(units);
+    command.option("--to", to, "unit or layout to convert to").required().oneOf(units);
 }
 
 void ValueOptions::convertAll(const std::function<std::string(std::string_view)>& convert) const {
@@ -19,7 +19,7 @@ void ValueOptions::convertAll(const std::function<std::string(std::string_view)>
         try {
             converted += convert(trimmed(value)) + "\n";
         } catch (const DataError& error) {
-            throw CLI::ValidationError("VALUE", error.what());
+            throw WrongUse("VALUE", error.what());
         }
     }
     if (values.empty()) {

@@ -2,20 +2,20 @@
 #ifndef TOOLS_OPTIONS_VALUE_OPTIONS_H
 #define TOOLS_OPTIONS_VALUE_OPTIONS_H
 
-#include <CLI/CLI.hpp>
 #include <functional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "options/command.h"
 
 struct ValueOptions {
     std::vector<std::string> values;
     std::string from, to;
 
-    void addTo(CLI::App& command, const std::set<std::string>& units);
+    void addTo(Command& command, const std::vector<std::string>& units);
     // Prints what `convert` makes of each value, a line each, or nothing when it throws a DataError for one
-    // of them. That becomes a CLI::ValidationError for a value of the command line; for standard input its
+    // of them. That becomes a WrongUse for a value of the command line; for standard input its
     // text gets the line's number.
     void convertAll(const std::function<std::string(std::string_view)>& convert) const;
 };
