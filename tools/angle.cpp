@@ -1,4 +1,7 @@
 // angle: angles between units and the layouts of the instrument.
+#include <string>
+#include <string_view>
+
 #include "common/angle_units.h"
 #include "common/data_error.h"
 #include "options/example.h"
@@ -24,7 +27,7 @@ ExitCode run(const ValueOptions& options) {
 
 }  // namespace
 
-void addAngle(CLI::App& program, ExitCode& exitCode) {
+void addAngle(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand<ValueOptions>(
         program, exitCode, "angle", "Converts angles between units and layouts",
         "degrees, gon (400 to the circle), mil (6400); packed ddd.mmsst, instrument dddmmsst and display\n"

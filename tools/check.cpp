@@ -1,6 +1,8 @@
 // check: what is wrong with files, line by line.
 #include <algorithm>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #include "formats/contents.h"
 #include "formats/notes.h"
@@ -61,7 +63,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addCheck(CLI::App& program, ExitCode& exitCode) {
+void addCheck(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "check", "Finds what is wrong with files",
         "Standard output: a line FILE,FORMAT,FAULTS for each. Standard error: the faults, \"FILE:LINE: "

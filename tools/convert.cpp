@@ -5,6 +5,9 @@
 #include <cstdlib>
 #include <functional>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "common/output_file.h"
 #include "common/text.h"
@@ -140,7 +143,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addConvert(CLI::App& program, ExitCode& exitCode) {
+void addConvert(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "convert", "Converts points between formats, code pages, units and axes",
         "IN has lines name,x,y,z: a point, occupied-point or scan result file of either version, or what a\n"

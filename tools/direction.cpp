@@ -1,6 +1,8 @@
 // direction: directions and zenith angles from a station, by XYZToHV.
 #include <fieldscan/survey.h>
 
+#include <string>
+
 #include "common/angle_units.h"
 #include "common/text.h"
 #include "common/wrong_use.h"
@@ -49,7 +51,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addDirection(CLI::App& program, ExitCode& exitCode) {
+void addDirection(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "direction", "Computes directions and zenith angles from a station",
         "Standard output: lines name,direction,zenith angle in UTF-8. Coordinates are x north, y east, z "

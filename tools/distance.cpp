@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "common/data_error.h"
 #include "common/text.h"
@@ -69,7 +71,7 @@ ExitCode run(const ValueOptions& options) {
 
 }  // namespace
 
-void addDistance(CLI::App& program, ExitCode& exitCode) {
+void addDistance(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand<ValueOptions>(
         program, exitCode, "distance", "Converts distances between units and the instrument's layout",
         "m, ft (international foot), usft (US survey foot), instrument (iiiiiffff: metres, and tenths of a\n"

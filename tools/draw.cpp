@@ -1,5 +1,7 @@
 // draw: a scan area, or the residuals of helmert, as a picture.
 #include <cmath>
+#include <string>
+#include <vector>
 
 #include "common/files.h"
 #include "common/text.h"
@@ -68,7 +70,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addDraw(CLI::App& program, ExitCode& exitCode) {
+void addDraw(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "draw", "Draws a scan area, or the residuals of helmert",
         "The picture is SVG. Residuals are enlarged; those longer than 3 times their RMS are marked:\n"

@@ -1,6 +1,8 @@
 // helmert: a plane similarity or affine transformation from two point files, by CHelmert and CPlaneAffine.
 #include <cmath>
 #include <cstdio>
+#include <string>
+#include <vector>
 
 #include "common/angles.h"
 #include "common/point_output.h"
@@ -160,7 +162,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addHelmert(CLI::App& program, ExitCode& exitCode) {
+void addHelmert(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "helmert",
         "Adjusts a plane similarity or affine transformation between point files",

@@ -174,7 +174,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addImage(CLI::App& program, ExitCode& exitCode) {
+void addImage(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "image", "Compares points measured in an image with the projected object",
         "Files that are not named are those of the sample. Standard output: what was read, found and "

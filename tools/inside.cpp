@@ -78,7 +78,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addInside(CLI::App& program, ExitCode& exitCode) {
+void addInside(Program& program, ExitCode& exitCode) {
     auto [command, options] =
         addSubcommand(program, exitCode, "inside", "Finds the points inside the outline of a scan area",
                       "Standard output: lines name,inside or name,outside in UTF-8; name,at station straight "

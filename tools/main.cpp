@@ -1,22 +1,19 @@
-// The program fieldscan: the library's files and computations at a desk. Reads the command line by CLI11 and
-// turns every outcome into an exit code.
-#include <CLI/CLI.hpp>
-#include <algorithm>
+// The program fieldscan: the library's files and computations at a desk. Turns every outcome into an exit
+// code.
 #include <cstdio>
 #include <exception>
 #include <iostream>
 
 #include "common/command_line.h"
-#include "common/wrong_use.h"
+#include "options/command.h"
 #include "subcommands.h"
 
 int main(int argc, char** argv) {
     const StandardStreams streams;
     ExitCode exitCode = kFine;
     try {
-        CLI::App program("Files and computations of a scanning total station.", "fieldscan");
-        program.set_version_flag("--version", FIELDSCAN_VERSION);
-        program.footer(
+        Program program(
+            "fieldscan", FIELDSCAN_VERSION, "Files and computations of a scanning total station.",
             "One FILE may be \"-\", standard input, but for scan and image. Without a code page files are "
             "in\n"
             "FIELDSCAN_ANSI_CODEPAGE, else UTF-8. Exit codes: 0 fine, 1 the data are wrong or a file cannot "
@@ -26,18 +23,8 @@ int main(int argc, char** argv) {
              {addScan, addImage, addShow, addCheck, addConvert, addDirection, addInside, addHelmert, addDraw,
               addPolar, addResect, addAngle, addDistance, addPlan, addPhoto, addProject})
             add(program, exitCode);
-        try {
-            std::vector<std::string> words = commandLineWords(argc, argv);
-            std::reverse(words.begin(), words.end());  // CLI11 takes them from the end
-            program.parse(words);
-            if (program.get_subcommands().empty())  // require_subcommand would not name a misspelt one
-                throw CLI::RequiredError("SUBCOMMAND");
-        } catch (const CLI::ParseError& error) {
-            exitCode = program.exit(error) == 0 ? kFine : kWrongUse;
-        } catch (const WrongUse& error) {
-            program.exit(CLI::ValidationError(error.what()));
+        if (!program.run(commandLineWords(argc, argv)))
             exitCode = kWrongUse;
-        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         exitCode = kDataAreWrong;

@@ -30,7 +30,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addPhoto(CLI::App& program, ExitCode& exitCode) {
+void addPhoto(Program& program, ExitCode& exitCode) {
     auto [command, options] =
         addSubcommand(program, exitCode, "photo", "Converts pixels of an image to photo coordinates",
                       "Standard output: lines name,x,y,0 in millimetres from the principal point, x to the "

@@ -134,7 +134,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addPlan(CLI::App& program, ExitCode& exitCode) {
+void addPlan(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "plan", "Plans the shots over an area, as a scan-area file",
         "The outermost shots are at the corners of the area; those of a full circle are on a ring, at equal\n"

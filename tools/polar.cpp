@@ -2,6 +2,9 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "common/angle_units.h"
 #include "common/angles.h"
@@ -203,7 +206,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addPolar(CLI::App& program, ExitCode& exitCode) {
+void addPolar(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "polar", "Computes coordinates from directions, zenith angles and distances",
         "The result is a point file in the code page of the files, x north, y east, z up, rounded to 0.1 "

@@ -64,7 +64,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addProject(CLI::App& program, ExitCode& exitCode) {
+void addProject(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "project", "Projects points of the object into an image",
         "Standard output: lines name,x,y,0 in pixels, y downward, also beyond the edges of the image. Points "

@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <limits>
 #include <map>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "common/angle_units.h"
 #include "common/angles.h"
@@ -181,7 +184,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addResect(CLI::App& program, ExitCode& exitCode) {
+void addResect(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "resect", "Computes a station from directions and distances to known points",
         "Distances are horizontal. Standard output:\n"

@@ -140,7 +140,7 @@ ExitCode run(const Options& options) {
 
 }  // namespace
 
-void addScan(CLI::App& program, ExitCode& exitCode) {
+void addScan(Program& program, ExitCode& exitCode) {
     auto [command, options] = addSubcommand(
         program, exitCode, "scan", "Finds the points inside an outlined area, records and draws them",
         "Files that are not named are those of the sample. Standard output: what was read, found and "

@@ -1,6 +1,7 @@
 // show: which format a file has, and what it holds as the library reads it.
 #include <cstdio>
 #include <set>
+#include <string>
 
 #include "common/angles.h"
 #include "common/text.h"
@@ -136,7 +137,7 @@ ExitCode run(const FileListOptions& files) {
 
 }  // namespace
 
-void addShow(CLI::App& program, ExitCode& exitCode) {
+void addShow(Program& program, ExitCode& exitCode) {
     auto [command, files] = addSubcommand(
         program, exitCode, "show", "Says what files are and what they hold",
         "Standard output: lines \"key: value\" in UTF-8, \"file\" first. x, y, z are the smallest and the\n"

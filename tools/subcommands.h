@@ -15,30 +15,30 @@ enum ExitCode { kFine = 0, kDataAreWrong = 1, kWrongUse = 2 };
 // live as long as the subcommand. `run` may throw WrongUse, and std::runtime_error with a text
 // for the operator, which means wrong data.
 template <class Options>
-std::pair<Command, Options*> addSubcommand(CLI::App& program, ExitCode& exitCode, const char* name,
+std::pair<Command, Options*> addSubcommand(Program& program, ExitCode& exitCode, const char* name,
                                            const char* summary, const char* details,
                                            ExitCode (*run)(const Options&)) {
     const auto options = std::make_shared<Options>();
-    const Command command(program, name, summary, details,
-                          [options, run, &exitCode] { exitCode = run(*options); });
-    return {command, options.get()};
+    return {
+        program.subcommand(name, summary, details, [options, run, &exitCode] { exitCode = run(*options); }),
+        options.get()};
 }
 
-void addScan(CLI::App& program, ExitCode& exitCode);
-void addImage(CLI::App& program, ExitCode& exitCode);
-void addShow(CLI::App& program, ExitCode& exitCode);
-void addCheck(CLI::App& program, ExitCode& exitCode);
-void addConvert(CLI::App& program, ExitCode& exitCode);
-void addDirection(CLI::App& program, ExitCode& exitCode);
-void addInside(CLI::App& program, ExitCode& exitCode);
-void addHelmert(CLI::App& program, ExitCode& exitCode);
-void addDraw(CLI::App& program, ExitCode& exitCode);
-void addPolar(CLI::App& program, ExitCode& exitCode);
-void addResect(CLI::App& program, ExitCode& exitCode);
-void addAngle(CLI::App& program, ExitCode& exitCode);
-void addDistance(CLI::App& program, ExitCode& exitCode);
-void addPlan(CLI::App& program, ExitCode& exitCode);
-void addPhoto(CLI::App& program, ExitCode& exitCode);
-void addProject(CLI::App& program, ExitCode& exitCode);
+void addScan(Program& program, ExitCode& exitCode);
+void addImage(Program& program, ExitCode& exitCode);
+void addShow(Program& program, ExitCode& exitCode);
+void addCheck(Program& program, ExitCode& exitCode);
+void addConvert(Program& program, ExitCode& exitCode);
+void addDirection(Program& program, ExitCode& exitCode);
+void addInside(Program& program, ExitCode& exitCode);
+void addHelmert(Program& program, ExitCode& exitCode);
+void addDraw(Program& program, ExitCode& exitCode);
+void addPolar(Program& program, ExitCode& exitCode);
+void addResect(Program& program, ExitCode& exitCode);
+void addAngle(Program& program, ExitCode& exitCode);
+void addDistance(Program& program, ExitCode& exitCode);
+void addPlan(Program& program, ExitCode& exitCode);
+void addPhoto(Program& program, ExitCode& exitCode);
+void addProject(Program& program, ExitCode& exitCode);
 
 #endif

@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <string>
 
-// The text is for the operator; main prints it as CLI11 prints the faults that it finds itself.
+// The text is for the operator; it is printed like the faults that CLI11 finds.
 struct WrongUse : std::runtime_error {
     using std::runtime_error::runtime_error;
     WrongUse(const std::string& option, const std::string& what) : WrongUse(option + ": " + what) {}

@@ -1,7 +1,10 @@
 #include "options/command.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <utility>
+
+#include "common/wrong_use.h"
 
 namespace {
 
@@ -66,13 +69,6 @@ Option& Option::check(std::function<std::string(const std::string&)> faultOf) {
 
 bool Option::isGiven() const { return m_option->count() > 0; }
 
-Command::Command(CLI::App& program, const char* name, const char* summary, const char* details,
-                 std::function<void()> run)
-    : m_app(program.add_subcommand(name, summary)) {
-    m_app->footer(details);
-    m_app->callback(std::move(run));
-}
-
 Option Command::option(const char* name, std::string& value, const std::string& help) {
     return Option(m_app->add_option(name, value, help));
 }
@@ -95,3 +91,34 @@ Option Command::flag(const char* name, bool& isGiven, const std::string& help) {
 }
 
 void Command::addToHelp(std::function<std::string()> paragraph) { m_app->footer(std::move(paragraph)); }
+
+Program::Program(const char* name, const char* version, const char* summary, const char* details)
+    : m_app(std::make_unique<CLI::App>(summary, name)) {
+    m_app->set_version_flag("--version", version);
+    m_app->footer(details);
+}
+
+Program::~Program() = default;
+
+Command Program::subcommand(const char* name, const char* summary, const char* details,
+                            std::function<void()> run) {
+    CLI::App* const command = m_app->add_subcommand(name, summary);
+    command->footer(details);
+    command->callback(std::move(run));
+    return Command(command);
+}
+
+bool Program::run(std::vector<std::string> words) {
+    std::reverse(words.begin(), words.end());  // CLI11 takes them from the end
+    try {
+        m_app->parse(words);
+        if (m_app->get_subcommands().empty())  // require_subcommand would not name a misspelt one
+            throw CLI::RequiredError("SUBCOMMAND");
+    } catch (const CLI::ParseError& error) {  // asking for the help is one too
+        return m_app->exit(error) == 0;
+    } catch (const WrongUse& error) {
+        m_app->exit(CLI::ValidationError(error.what()));
+        return false;
+    }
+    return true;
+}

@@ -1,6 +1,8 @@
 // The place of the sample data is looked for only when the help is printed.
 #include "options/example.h"
 
+#include <string_view>
+
 #include "common/data_error.h"
 #include "common/files.h"
 #include "formats/fields.h"

@@ -1,6 +1,8 @@
 // A wrong number is WrongUse.
 #include "options/number_options.h"
 
+#include <string_view>
+
 #include "common/text.h"
 #include "common/wrong_use.h"
 #include "formats/fields.h"
