@@ -12,8 +12,8 @@
 enum ExitCode { kFine = 0, kDataAreWrong = 1, kWrongUse = 2 };
 
 // Adds a subcommand whose function `run` gets its options and returns the exit code. The options to be filled
-// live as long as the subcommand. `run` may throw WrongUse, and std::runtime_error with a text
-// for the operator, which means wrong data.
+// live as long as the subcommand. `run` may throw WrongUse, and std::runtime_error with a text for the
+// operator, which means wrong data.
 template <class Options>
 std::pair<Command, Options*> addSubcommand(Program& program, ExitCode& exitCode, const char* name,
                                            const char* summary, const char* details,

@@ -1,5 +1,4 @@
-// Wrong use of the program that its subcommands notice: an option that lacks another, a text that is no
-// number.
+// Wrong use that subcommands notice: an option that lacks another, a text that is no number.
 #ifndef TOOLS_COMMON_WRONG_USE_H
 #define TOOLS_COMMON_WRONG_USE_H
 

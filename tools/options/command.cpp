@@ -1,3 +1,4 @@
+// Each function passes on to that of CLI11 with the same task.
 #include "options/command.h"
 
 #include <CLI/CLI.hpp>
