@@ -90,6 +90,21 @@ TEST(EnteredNormalEquations, GiveAllTheirDigits) {
     }
 }
 
+// Squares of such elements overflow or underflow; the correlation calls for refining.
+TEST(EnteredNormalEquations, AreSolvedAtTheEndsOfTheRange) {
+    for (const auto& solver : kSolversOfEntered) {
+        for (const double unit : {0x1p-560, 0x1p560}) {
+            CLeastSq correlated(0, 2);
+            const double s = 0.998046875 * unit;
+            enterNormal(correlated, {unit, s, unit - 3.0 * s, 0.0, unit, s - 3.0 * unit});
+            ASSERT_EQ((correlated.*solver.solve)(), 1) << solver.name;
+            EXPECT_NEAR(correlated.GetBcor(0), 1.0, 1e-12) << solver.name;
+            EXPECT_NEAR(correlated.GetBcor(1), -3.0, 1e-12) << solver.name;
+            EXPECT_NEAR(correlated.GetCovar(0, 0) * unit, 256.25, 1e-1) << solver.name;
+        }
+    }
+}
+
 // The products of three columns e1, e1 + d e2, e2 + d e3: no pivot is below d^2, but of the first column d^2
 // is left beside the others.
 TEST(EnteredNormalEquations, AreRefusedWhereRoundingThemDecides) {
