@@ -1,6 +1,7 @@
 // image: an image measurement. Reads a camera, measured image points, object points and the orientation of
 // the image, computes photo coordinates, projects the object into the image and compares, records and draws.
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "common/angles.h"

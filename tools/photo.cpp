@@ -1,6 +1,7 @@
 // photo: pixels of an image to photo coordinates, by the inner orientation and the lens distortion.
 #include <string>
 
+#include "common/data_error.h"
 #include "common/point_output.h"
 #include "image/image_input.h"
 #include "options/example.h"

@@ -1,6 +1,7 @@
 // plan: the shots over an area, as a scan-area file.
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <vector>
 

@@ -8,6 +8,7 @@
 
 #include "common/angle_units.h"
 #include "common/angles.h"
+#include "common/data_error.h"
 #include "common/point_output.h"
 #include "common/points.h"
 #include "common/text.h"

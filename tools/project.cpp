@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <string>
 
+#include "common/data_error.h"
 #include "common/point_output.h"
 #include "common/text.h"
 #include "common/wrong_use.h"

@@ -10,6 +10,7 @@
 
 #include "common/angle_units.h"
 #include "common/angles.h"
+#include "common/data_error.h"
 #include "common/text.h"
 #include "common/wrong_use.h"
 #include "formats/checked_files.h"

@@ -1,6 +1,7 @@
 // scan: a scan job. Reads an outline, a station and points, finds the points inside the outline as seen from
 // the station, records the area and those points, and draws them.
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>

@@ -2,6 +2,8 @@
 #ifndef TOOLS_IMAGE_IMAGE_RECORDS_H
 #define TOOLS_IMAGE_IMAGE_RECORDS_H
 
+#include <filesystem>
+
 #include "common/points.h"
 #include "image/measurement.h"
 

@@ -2,6 +2,8 @@
 #ifndef TOOLS_PICTURES_IMAGE_PICTURE_H
 #define TOOLS_PICTURES_IMAGE_PICTURE_H
 
+#include <filesystem>
+
 #include "image/measurement.h"
 
 // Writes an SVG file of the image frame. Returns how many points and marks have no name in it, because the
