@@ -34,6 +34,23 @@ char* putShortAscii(char* to, const CString& name) {
     return all < 0x80 ? to + length : to;
 }
 
+// Takes a name of ASCII, 1 to kShortName units and no blank at its ends, with its comma off `line`, and
+// returns its length; 0 for any other name, and nothing is taken. Most names are like that.
+int takeShortAscii(std::string_view& line, unsigned short* units) {
+    const int most = static_cast<int>(std::min<std::size_t>(line.size(), kShortName + 1));
+    unsigned int all = 0;
+    int length = 0;
+    for (; length < most && line[static_cast<std::size_t>(length)] != ','; ++length) {
+        const auto byte = static_cast<unsigned char>(line[static_cast<std::size_t>(length)]);
+        all |= byte;
+        units[length] = byte;
+    }
+    if (length == 0 || length == most || all >= 0x80 || units[0] <= ' ' || units[length - 1] <= ' ')
+        return 0;
+    line.remove_prefix(static_cast<std::size_t>(length) + 1);
+    return length;
+}
+
 // The first field of `line`, which is taken off with its comma.
 std::string_view takeField(std::string_view& line) {
     const std::size_t comma = line.find(',');
@@ -107,7 +124,9 @@ std::string_view fieldscan::numberText(unsigned int codePage, std::string_view f
 
 CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsigned int codePage,
                           std::string_view& line) {
-    const std::string_view name = takeField(line);
+    unsigned short shortName[kShortName + 1];
+    const int length = takeShortAscii(line, shortName);
+    const std::string_view name = length > 0 ? std::string_view() : takeField(line);
     reserveForLines(points, file);
     const int size = points.GetSize();
     points.SetSize(size + 1);
@@ -116,7 +135,10 @@ CXYZ& fieldscan::addPoint(CArray<CXYZ, CXYZ&>& points, const CFile& file, unsign
         point.x = takeNumber(codePage, line);
         point.y = takeNumber(codePage, line);
         point.z = takeNumber(codePage, line);
-        setTrimmed(point.name, codePage, name);
+        if (length > 0)
+            point.name.Append(shortName, length);
+        else
+            setTrimmed(point.name, codePage, name);
     } catch (...) {
         points.SetSize(size);  // no point without all of it
         throw;

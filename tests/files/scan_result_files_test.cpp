@@ -126,7 +126,7 @@ TEST_F(VersionedFiles, AreReadUpToTheFirstLineThatIsNone) {
         {"", "0: "},
         {"field_scan_mpt_filever1.0\r\n" + lines, "0: "},
         {kVersion + "P,1,2,3,c,4,t,5\n\n" + lines + "torn,1,2", "1: " + lines},
-        {kVersion + " Q , 1 , 2 ,3 , c , 99999999999 , t , 5 , 6 , more , fields\r\n",
+        {kVersion + " Q, 1 , 2 ,3 , c , 99999999999 , t , 5 , 6 , more , fields\r\n",
          "1: Q,1.000000,2.000000,3.000000,c,2147483647,t,5.0000,6.0000\n"}};
     for (const auto& [bytes, expected] : rows)
         EXPECT_EQ(read(bytes), expected) << bytes;
