@@ -69,7 +69,7 @@ bool memoryEnds() { return happens(memory); }
 using namespace fieldscan::faults;
 using Size = std::size_t;
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the names are the linker's
+// The names are those of the linker, for what it wraps.
 extern "C" {
 
 int __real_open64(const char* path, int flags, ...);
@@ -166,7 +166,6 @@ int __wrap_ftruncate64(int file, off64_t length) {
 }
 
 }  // extern "C"
-// NOLINTEND(bugprone-reserved-identifier)
 
 // The forms for arrays and without exceptions come down to these.
 void* operator new(std::size_t size) {
