@@ -206,8 +206,8 @@ private:
 };
 
 TEST_P(Kernels, GiveTheBitsOfThePlainLoops) {
-    for (int n = 1; n <= 87; n += n < 41 ? 1 : 23) {  // rows in place, from 64 on packed
-        for (const int m : {0, 1, 2, 7, 63, 64, 65, 150}) {
+    for (int n = 1; n <= 87; n += n < 41 ? 1 : 23) {  // rows in place, from 64 on packed by 64 or 192
+        for (const int m : {0, 1, 2, 7, 63, 64, 65, 193}) {
             System s = systemOf(m, n, (m + n) % 2 == 0);
             if (m > 0 && m < 2 * n && n % 3 == 0)
                 s.weights.front() *= -1.0;
