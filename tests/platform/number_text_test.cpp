@@ -130,7 +130,7 @@ void compareText(double value, int decimals, int width, bool zeroFill, bool expo
 
 TEST_P(AgainstCLibrary, RandomDoubles) {
     std::uniform_real_distribution<double> coordinate(-2e6, 2e6);
-    for (int i = 0; i < count(1000000); ++i) {
+    for (int i = 0; i < count(300000); ++i) {
         double value = coordinate(m_random);
         if (i % 4 == 0) {
             const std::uint64_t bits = m_random();
