@@ -50,7 +50,7 @@ FIELDSCAN_IN_EACH_SET(
     long long exactGramRoom(int n);  // doubles
     // `room` begins with n + 1 powers of two, each at least the length of that column of sqrt(|P|) A or l.
     void formExactGram(const WeightedRows& a, double* room, double* gram);
-    // I - V N, rounded, rows of wholeCacheLines(n).
+    // I - V N, rounded, in rows of wholeCacheLines(n), whose ends are left as they were.
     void inverseResiduals(const double* gram, const double* v, int n, double* residuals);
     void gramResidual(const double* gram, const double* high, const double* low, int n, double* sums);
 
